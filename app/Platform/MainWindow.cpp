@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Platform/MainWindow.h"
+
+#include "app/Platform/X11SizeHints.h"
+
+#include <QCloseEvent>
+#include <QMenuBar>
+#include <QScreen>
+#include <QWindow>
+
+namespace murvo {
+
+MainWindow::MainWindow(QWidget *parent)
+    : QMainWindow(parent)
+    , _content(new QWidget(this)) {
+    setWindowTitle(QStringLiteral("Murvo"));
+    _content->setAutoFillBackground(true);
+    _content->setMinimumSize(1, 1);
+    setCentralWidget(_content);
+}
+
+QWidget *MainWindow::contentView() const {
+    return _content;
+}
+
+QRect MainWindow::contentScreenRect() const {
+    return {_content->mapToGlobal(QPoint()), _content->size()};
+}
+
+int MainWindow::menuBarHeight() const {
+    const QMenuBar *bar = menuBar();
+    return bar->isVisibleTo(this) && !bar->isNativeMenuBar() ? bar->sizeHint().height() : 0;
+}
+
+void MainWindow::setContentSize(const QSizeF &size) {
+    if (isFullScreen()) {
+        _sizeAfterFullScreen = size;
+        return;
+    }
+    if (isMaximized())
+        showNormal();
+    resize(qRound(size.width()), qRound(size.height()) + menuBarHeight());
+}
+
+void MainWindow::setContentAspectRatio(const QSize &ratio) {
+    _aspectRatio = ratio;
+    _isAspectKept = true;
+    applyAspectHint();
+}
+
+QSize MainWindow::contentAspectRatio() const {
+    return _aspectRatio;
+}
+
+void MainWindow::liftContentAspectRatio() {
+    _isAspectKept = false;
+    applyAspectHint();
+}
+
+void MainWindow::applyAspectHint() const {
+    if (windowHandle())
+        setContentAspectHint(*windowHandle(), _isAspectKept ? _aspectRatio : QSize(), {0, menuBarHeight()});
+}
+
+void MainWindow::center() {
+    const QScreen *screen = this->screen();
+    if (!screen)
+        return;
+    QRect frame(QPoint(), size() + (frameGeometry().size() - geometry().size()));
+    frame.moveCenter(screen->geometry().center());
+    move(frame.topLeft());
+}
+
+void MainWindow::toggleFullScreen() {
+    if (isFullScreen())
+        showNormal();
+    else
+        showFullScreen();
+}
+
+void MainWindow::setShouldClose(std::function<bool()> shouldClose) {
+    _shouldClose = std::move(shouldClose);
+}
+
+void MainWindow::resizeEvent(QResizeEvent *event) {
+    QMainWindow::resizeEvent(event);
+    applyAspectHint();
+    Q_EMIT didResize();
+}
+
+void MainWindow::moveEvent(QMoveEvent *event) {
+    QMainWindow::moveEvent(event);
+    Q_EMIT didMove();
+}
+
+void MainWindow::changeEvent(QEvent *event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        Q_EMIT didBecomeKey();
+    if (event->type() != QEvent::WindowStateChange)
+        return;
+    const bool wasFullScreen =
+        static_cast<QWindowStateChangeEvent *>(event)->oldState().testFlag(Qt::WindowFullScreen);
+    if (wasFullScreen == isFullScreen())
+        return;
+    menuBar()->setVisible(!isFullScreen());
+    if (isFullScreen()) {
+        Q_EMIT didEnterFullScreen();
+        return;
+    }
+    if (const QSizeF size = std::exchange(_sizeAfterFullScreen, {}); size.isValid()) {
+        setContentSize(size);
+        center();
+    }
+    Q_EMIT didExitFullScreen();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event) {
+    event->setAccepted(!_shouldClose || _shouldClose());
+}
+
+} // namespace murvo

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QMainWindow>
+#include <QSizeF>
+
+#include <functional>
+
+namespace murvo {
+
+/// The one ordinary window: title bar, menu bar and a content area that holds the home screen and, during a
+/// film, lies beneath the two windows of the player. It reports what happens to it and decides nothing.
+/// Sizes are in device-independent pixels. Main thread only.
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+
+  public:
+    explicit MainWindow(QWidget *parent = nullptr);
+
+    /// The area beneath the menu bar; views are its children and fill it.
+    [[nodiscard]] QWidget *contentView() const;
+    /// The content area on the screen.
+    [[nodiscard]] QRect contentScreenRect() const;
+
+    /// Leaves a maximised state first; in full screen it holds from its end on. The frame and the menu bar
+    /// come on top of the size.
+    void setContentSize(const QSizeF &size);
+    /// Keeps the content's shape while the user resizes.
+    void setContentAspectRatio(const QSize &ratio);
+    /// Empty until one is set.
+    [[nodiscard]] QSize contentAspectRatio() const;
+    /// Any size again.
+    void liftContentAspectRatio();
+    /// Puts the frame into the middle of its screen.
+    void center();
+    void toggleFullScreen();
+
+    /// Asked when the user closes the window; a refused close leaves it open.
+    void setShouldClose(std::function<bool()> shouldClose);
+
+  Q_SIGNALS:
+    void didResize();
+    void didMove();
+    void didBecomeKey();
+    void didEnterFullScreen();
+    void didExitFullScreen();
+
+  protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void moveEvent(QMoveEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+  private:
+    [[nodiscard]] int menuBarHeight() const;
+    void applyAspectHint() const;
+
+    QWidget *_content;
+    QSizeF _sizeAfterFullScreen; // invalid when none was asked for
+    QSize _aspectRatio;
+    bool _isAspectKept = false;
+    std::function<bool()> _shouldClose;
+};
+
+} // namespace murvo

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QSize>
+#include <QWindow>
+
+namespace murvo {
+
+/// Asks the window manager to keep the shape of the window's content while the user resizes it. The part of
+/// the window that is not content (its menu bar) is base, and stays as it is. An empty aspect lifts the wish.
+/// Qt has no call for it and writes the same hints itself now and then: ask again after each resize.
+/// Does nothing on platforms other than X11.
+void setContentAspectHint(const QWindow &window, const QSize &aspect, const QSize &base);
+
+} // namespace murvo
