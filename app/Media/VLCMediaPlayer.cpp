@@ -1,0 +1,229 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Media/VLCMediaPlayer.h"
+
+#include "app/Media/VLCHandles.h"
+#include "app/Media/VLCInstance.h"
+#include "app/Media/VLCVideoView.h"
+
+#include <array>
+#include <atomic>
+#include <deque>
+
+namespace murvo {
+
+struct VLCMediaPlayer::Impl {
+    VLCMediaPlayer *owner = nullptr;
+    std::atomic<unsigned> generation = 0; // of the media; read on libVLC's threads
+    VLCHandle<libvlc_media_player_t> player;
+    std::deque<VLCEventSubscription> subscriptions; // after the player, so detached before it goes
+
+    static void onEvent(const libvlc_event_t *event, void *data) {
+        auto *impl = static_cast<Impl *>(data);
+        QMetaObject::invokeMethod(
+            impl->owner,
+            [owner = impl->owner, generation = impl->generation.load(), type = event->type] {
+                owner->receive(generation, type);
+            },
+            Qt::QueuedConnection);
+    }
+};
+
+namespace {
+
+constexpr std::array observedEvents = {
+    libvlc_MediaPlayerOpening,     libvlc_MediaPlayerBuffering,        libvlc_MediaPlayerPlaying,
+    libvlc_MediaPlayerPaused,      libvlc_MediaPlayerStopped,          libvlc_MediaPlayerEndReached,
+    libvlc_MediaPlayerTimeChanged, libvlc_MediaPlayerEncounteredError,
+};
+
+/// The state that an event of libVLC stands for.
+VLCMediaPlayerState stateOfEvent(int type) {
+    switch (type) {
+    case libvlc_MediaPlayerOpening:
+        return VLCMediaPlayerStateOpening;
+    case libvlc_MediaPlayerBuffering:
+        return VLCMediaPlayerStateBuffering;
+    case libvlc_MediaPlayerPlaying:
+        return VLCMediaPlayerStatePlaying;
+    case libvlc_MediaPlayerPaused:
+        return VLCMediaPlayerStatePaused;
+    case libvlc_MediaPlayerEndReached:
+        return VLCMediaPlayerStateEnded;
+    case libvlc_MediaPlayerEncounteredError:
+        return VLCMediaPlayerStateError;
+    default:
+        return VLCMediaPlayerStateStopped;
+    }
+}
+
+// The library lists "no track" as one of the tracks, under this identifier.
+constexpr int noTrack = -1;
+
+template<typename Visitor>
+void forEachAudioTrack(libvlc_media_player_t *player, Visitor visit) {
+    const VLCHandle<libvlc_track_description_t> tracks(libvlc_audio_get_track_description(player));
+    for (const libvlc_track_description_t *track = tracks.get(); track; track = track->p_next) {
+        if (track->i_id != noTrack)
+            visit(*track);
+    }
+}
+
+} // namespace
+
+VLCMediaPlayer::VLCMediaPlayer(const VLCInstance &instance, const VLCVideoView *view, QObject *parent)
+    : QObject(parent)
+    , _impl(std::make_unique<Impl>()) {
+    _impl->owner = this;
+    if (!instance.isUsable())
+        return;
+    _impl->player.reset(libvlc_media_player_new(instance.handle()));
+    libvlc_media_player_t *player = _impl->player.get();
+    if (!player)
+        return;
+    if (view)
+        libvlc_media_player_set_xwindow(player, static_cast<uint32_t>(view->nativeWindow()));
+    // Mouse and keys belong to the page that lies over the picture.
+    libvlc_video_set_mouse_input(player, 0);
+    libvlc_video_set_key_input(player, 0);
+    libvlc_event_manager_t *manager = libvlc_media_player_event_manager(player);
+    for (const auto type : observedEvents)
+        _impl->subscriptions.emplace_back(manager, type, &Impl::onEvent, _impl.get());
+}
+
+VLCMediaPlayer::~VLCMediaPlayer() {
+    stop();
+}
+
+void VLCMediaPlayer::setMedia(std::unique_ptr<VLCMedia> media) {
+    stop();
+    if (_impl->player)
+        libvlc_media_player_set_media(_impl->player.get(), media ? media->handle() : nullptr);
+    _media = std::move(media);
+}
+
+VLCMedia *VLCMediaPlayer::media() const {
+    return _media.get();
+}
+
+void VLCMediaPlayer::play() {
+    if (!_media || !_impl->player)
+        return;
+    if (_state == VLCMediaPlayerStateEnded)
+        restartFrom({});
+    else
+        libvlc_media_player_play(_impl->player.get());
+}
+
+void VLCMediaPlayer::restartFrom(const VLCTime &time) {
+    stop();
+    _timeToSeek = time;
+    libvlc_media_player_play(_impl->player.get());
+}
+
+void VLCMediaPlayer::pause() {
+    if (_impl->player)
+        libvlc_media_player_set_pause(_impl->player.get(), 1);
+}
+
+void VLCMediaPlayer::stop() {
+    if (_impl->player)
+        libvlc_media_player_stop(_impl->player.get());
+    ++_impl->generation;
+    _state = VLCMediaPlayerStateStopped;
+    _timeToSeek = {};
+}
+
+bool VLCMediaPlayer::isPlaying() const {
+    return _impl->player && libvlc_media_player_is_playing(_impl->player.get()) != 0;
+}
+
+VLCMediaPlayerState VLCMediaPlayer::state() const {
+    return _state;
+}
+
+VLCTime VLCMediaPlayer::time() const {
+    const libvlc_time_t time = _impl->player ? libvlc_media_player_get_time(_impl->player.get()) : -1;
+    return VLCTime::timeWithInt(qMax<libvlc_time_t>(time, 0));
+}
+
+void VLCMediaPlayer::setTime(const VLCTime &time) {
+    if (!_media || !_impl->player)
+        return;
+    if (_state == VLCMediaPlayerStateEnded)
+        restartFrom(time);
+    else
+        libvlc_media_player_set_time(_impl->player.get(), time.intValue());
+}
+
+int VLCMediaPlayer::volume() const {
+    return _impl->player ? libvlc_audio_get_volume(_impl->player.get()) : -1;
+}
+
+void VLCMediaPlayer::setVolume(int volume) {
+    if (_impl->player)
+        libvlc_audio_set_volume(_impl->player.get(), qBound(0, volume, 200));
+}
+
+void VLCMediaPlayer::setMute(bool isMuted) {
+    if (_impl->player)
+        libvlc_audio_set_mute(_impl->player.get(), isMuted ? 1 : 0);
+}
+
+float VLCMediaPlayer::rate() const {
+    return _impl->player ? libvlc_media_player_get_rate(_impl->player.get()) : 1.0F;
+}
+
+void VLCMediaPlayer::setRate(float rate) {
+    if (_impl->player)
+        libvlc_media_player_set_rate(_impl->player.get(), rate);
+}
+
+QStringList VLCMediaPlayer::audioTrackNames() const {
+    QStringList names;
+    if (_impl->player)
+        forEachAudioTrack(_impl->player.get(), [&](const libvlc_track_description_t &track) {
+            names.append(QString::fromUtf8(track.psz_name));
+        });
+    return names;
+}
+
+QList<int> VLCMediaPlayer::audioTrackIndexes() const {
+    QList<int> indexes;
+    if (_impl->player)
+        forEachAudioTrack(_impl->player.get(),
+                          [&](const libvlc_track_description_t &track) { indexes.append(track.i_id); });
+    return indexes;
+}
+
+int VLCMediaPlayer::currentAudioTrackIndex() const {
+    return _impl->player ? libvlc_audio_get_track(_impl->player.get()) : noTrack;
+}
+
+void VLCMediaPlayer::setCurrentAudioTrackIndex(int index) {
+    if (_impl->player)
+        libvlc_audio_set_track(_impl->player.get(), index);
+}
+
+int VLCMediaPlayer::currentVideoSubTitleIndex() const {
+    return _impl->player ? libvlc_video_get_spu(_impl->player.get()) : noTrack;
+}
+
+void VLCMediaPlayer::setCurrentVideoSubTitleIndex(int index) {
+    if (_impl->player)
+        libvlc_video_set_spu(_impl->player.get(), index);
+}
+
+void VLCMediaPlayer::receive(unsigned generation, int eventType) {
+    if (generation != _impl->generation.load())
+        return;
+    if (eventType == libvlc_MediaPlayerTimeChanged) {
+        Q_EMIT timeChanged();
+        return;
+    }
+    _state = stateOfEvent(eventType);
+    if (_state == VLCMediaPlayerStatePlaying && _timeToSeek.numberValue())
+        libvlc_media_player_set_time(_impl->player.get(), std::exchange(_timeToSeek, {}).intValue());
+    Q_EMIT stateChanged();
+}
+
+} // namespace murvo
