@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Classes/Deferred.h"
+
+namespace murvo {
+
+Deferred::Ptr Deferred::deferred() {
+    return initWithQueue(nullptr);
+}
+
+Deferred::Ptr Deferred::initWithQueue(TaskQueue *queue) {
+    return Ptr(new Deferred(queue));
+}
+
+Promise::Ptr Deferred::promise() {
+    return shared_from_this();
+}
+
+Promise::Ptr Deferred::resolve(const QVariant &value) {
+    storeResult(value);
+    transitionToState(PromiseStateResolved);
+    return promise();
+}
+
+Promise::Ptr Deferred::reject(const PromiseError &error) {
+    storeReason(error);
+    transitionToState(PromiseStateRejected);
+    return promise();
+}
+
+} // namespace murvo

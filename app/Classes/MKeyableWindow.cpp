@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Classes/MKeyableWindow.h"
+
+#include "app/Classes/LenientNumber.h"
+#include "app/Classes/MDragReceiverWebView.h"
+#include "app/Classes/PageScripts.h"
+#include "app/Platform/MainWindow.h"
+#include "app/ViewControllers/WebViewController.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QWindow>
+
+namespace murvo {
+
+MKeyableWindow::MKeyableWindow(MainWindow &mainWindow, WebViewController &page, QWidget *parent)
+    : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint)
+    , _mainWindow(mainWindow)
+    , _page(page) {
+    setAttribute(Qt::WA_TranslucentBackground);
+    setWindowTitle(mainWindow.windowTitle());
+}
+
+void MKeyableWindow::makeKeyWindow() {
+    if (!isVisible())
+        return;
+    activateWindow();
+    _page.view()->setFocus();
+}
+
+void MKeyableWindow::showEvent(QShowEvent *event) {
+    QWidget::showEvent(event);
+    // The window's own events pass here before Qt hands them to the widget under the pointer.
+    windowHandle()->installEventFilter(this);
+}
+
+bool MKeyableWindow::eventFilter(QObject *watched, QEvent *event) {
+    return watched == windowHandle() && sendEvent(event);
+}
+
+bool MKeyableWindow::sendEvent(QEvent *event) {
+    switch (event->type()) {
+    case QEvent::MouseButtonDblClick: {
+        const auto *click = static_cast<QMouseEvent *>(event);
+        if (click->button() != Qt::LeftButton || click->modifiers().testFlag(Qt::ControlModifier))
+            return false;
+        return handleDoubleClick(height() - click->position().y());
+    }
+    case QEvent::ShortcutOverride:
+    case QEvent::KeyPress:
+        if (static_cast<QKeyEvent *>(event)->key() != Qt::Key_Escape)
+            return false;
+        if (event->type() == QEvent::KeyPress && _mainWindow.isFullScreen())
+            _mainWindow.toggleFullScreen();
+        event->accept();
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool MKeyableWindow::handleDoubleClick(double distanceFromBottom) {
+    double top = 0;
+    if (!scanDouble(_page.evaluate(PageScripts::nextSubtitleTop()), top))
+        return false;
+    const double frameHeight = _mainWindow.frameGeometry().height();
+    if (top != 0 && !(distanceFromBottom > frameHeight - top))
+        return false;
+    _mainWindow.toggleFullScreen();
+    return true;
+}
+
+void MKeyableWindow::keyPressEvent(QKeyEvent *event) {
+    event->accept();
+}
+
+void MKeyableWindow::closeEvent(QCloseEvent *event) {
+    // A close wished by the window manager (Alt+F4 while the page has the keys) is meant for the main window.
+    event->ignore();
+    QMetaObject::invokeMethod(&_mainWindow, &QWidget::close, Qt::QueuedConnection);
+}
+
+} // namespace murvo
