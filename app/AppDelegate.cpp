@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/AppDelegate.h"
+
+#include "app/Classes/MSubtitlesToDownload.h"
+#include "app/Classes/MSubtitlesToUpload.h"
+#include "app/Classes/PageScripts.h"
+#include "app/Media/SoundPlayer.h"
+#include "app/Media/VLCMediaPlayer.h"
+#include "app/Menus/FileMenuController.h"
+#include "app/Platform/MainWindow.h"
+#include "app/ViewControllers/LoaderViewController.h"
+#include "app/ViewControllers/VLCVideoViewController.h"
+#include "app/ViewControllers/WebViewController.h"
+
+#include <QMenuBar>
+#include <QThread>
+
+namespace murvo {
+
+AppDelegate::AppDelegate(QWebEngineProfile &profile, const VLCInstance &vlc, FilmIdentified filmIdentified)
+    : _profile(profile)
+    , _vlc(vlc)
+    , _filmIdentified(std::move(filmIdentified))
+    , _window(std::make_unique<MainWindow>()) {
+    MSubtitlesToDownload::setHttpClient(&_videoConnections);
+    MSubtitlesToUpload::setHttpClient(&_videoConnections);
+}
+
+AppDelegate::~AppDelegate() {
+    endEarlierVideo();
+    _window->disconnect(this);
+    delete _alert;
+    MSubtitlesToDownload::setHttpClient(nullptr);
+    MSubtitlesToUpload::setHttpClient(nullptr);
+}
+
+void AppDelegate::applicationDidFinishLaunching() {
+    connectMainWindow();
+    connectFileMenu();
+    auto &center = NotificationCenter::defaultCenter();
+    _observers.push_back(
+        center.addObserver(notifications::launchVideo, [this](const QVariantMap &) { launchVideo(); }));
+    _observers.push_back(center.addObserver(notifications::hashComputed, [this](const QVariantMap &userInfo) {
+        hashComputed(userInfo.value(notifications::hashKey).value<VideoHash>());
+    }));
+    loadHomeScreen();
+    _window->show();
+    _window->center();
+}
+
+void AppDelegate::connectMainWindow() {
+    // main window -> this
+    connect(_window.get(), &MainWindow::didResize, this, &AppDelegate::windowDidResize);
+    connect(_window.get(), &MainWindow::didMove, this, &AppDelegate::repositionWindows);
+    connect(_window.get(), &MainWindow::didBecomeKey, this, &AppDelegate::windowDidBecomeKey);
+    connect(_window.get(), &MainWindow::didEnterFullScreen, this,
+            [this] { sendToPlayerPage(PageScripts::enteredFullscreen()); });
+    connect(_window.get(), &MainWindow::didExitFullScreen, this,
+            [this] { sendToPlayerPage(PageScripts::leftFullscreen()); });
+    _window->setShouldClose([this] { return windowShouldClose(); });
+}
+
+void AppDelegate::connectFileMenu() {
+    _fileMenu = new FileMenuController(*_window->menuBar(), *_window);
+    // File menu -> this
+    connect(_fileMenu, &FileMenuController::videoChosen, this, &AppDelegate::takeVideoIn);
+    connect(_fileMenu, &FileMenuController::quitChosen, this, &AppDelegate::terminate);
+}
+
+VLCMediaPlayer *AppDelegate::player() const {
+    return _vlcVideoViewController ? &_vlcVideoViewController->player() : nullptr;
+}
+
+} // namespace murvo

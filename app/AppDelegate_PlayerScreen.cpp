@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/AppDelegate.h"
+
+#include "app/Classes/MDragReceiverWebView.h"
+#include "app/Classes/MKeyableWindow.h"
+#include "app/Classes/PageScripts.h"
+#include "app/Media/VLCMediaPlayer.h"
+#include "app/Media/VLCVideoView.h"
+#include "app/Platform/MainWindow.h"
+#include "app/ViewControllers/LoaderViewController.h"
+#include "app/ViewControllers/VLCVideoViewController.h"
+#include "app/ViewControllers/WebViewController.h"
+
+#include <QVBoxLayout>
+
+namespace murvo {
+
+namespace {
+
+void fill(QWidget &window, QWidget *view) {
+    auto *layout = new QVBoxLayout(&window);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(view);
+}
+
+} // namespace
+
+void AppDelegate::loadPlayerScreen() {
+    _loaderViewController->hideLoader();
+    if (!_vlcVideoViewController) {
+        createPlayerWindows();
+        createPlayerControllers();
+    }
+    repositionWindows();
+    _vlcViewWindow->show();
+    _playerWebViewWindow->show();
+    _playerWebViewWindow->makeKeyWindow();
+}
+
+void AppDelegate::createPlayerWindows() {
+    _playerWebViewController = std::make_unique<WebViewController>(_profile);
+    // Each window is transient for the one beneath it: window managers keep only such a chain in order.
+    _vlcViewWindow =
+        new QWidget(_window.get(), Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint |
+                                       Qt::WindowDoesNotAcceptFocus);
+    _vlcViewWindow->setAttribute(Qt::WA_ShowWithoutActivating);
+    _vlcViewWindow->setWindowTitle(_window->windowTitle());
+    _playerWebViewWindow = new MKeyableWindow(*_window, *_playerWebViewController, _vlcViewWindow);
+    fill(*_playerWebViewWindow, _playerWebViewController->view());
+}
+
+void AppDelegate::createPlayerControllers() {
+    _vlcVideoViewController =
+        std::make_unique<VLCVideoViewController>(_vlc, *_playerWebViewController, _vlcViewWindow);
+    fill(*_vlcViewWindow, _vlcVideoViewController->view());
+
+    // player page -> this
+    _playerWebViewController->setNavigationPolicy(
+        [this](const QUrl &url) { return decidePolicyForNavigation(url); });
+    _playerWebViewController->view()->setDropHandler([this](const QString &path) { takeVideoIn(path); });
+    // player -> this
+    connect(player(), &VLCMediaPlayer::stateChanged, this, &AppDelegate::mediaPlayerStateChanged);
+    connect(player(), &VLCMediaPlayer::timeChanged, this, &AppDelegate::mediaPlayerTimeChanged);
+}
+
+void AppDelegate::repositionWindows() {
+    if (!_vlcViewWindow)
+        return;
+    const QRect content = _window->contentScreenRect();
+    _vlcViewWindow->setGeometry(content);
+    _playerWebViewWindow->setGeometry(content);
+}
+
+bool AppDelegate::isPlayerScreenVisible() const {
+    return _playerWebViewWindow && (_playerWebViewWindow->isVisible() || _vlcViewWindow->isVisible());
+}
+
+void AppDelegate::sendToPlayerPage(const QString &script) {
+    if (_playerWebViewController)
+        _playerWebViewController->send(script);
+}
+
+void AppDelegate::exitFullscreen() {
+    if (_window->isFullScreen())
+        _window->toggleFullScreen();
+}
+
+void AppDelegate::windowDidResize() {
+    repositionWindows();
+    sendToPlayerPage(PageScripts::resized());
+}
+
+void AppDelegate::windowDidBecomeKey() {
+    if (_playerWebViewWindow)
+        _playerWebViewWindow->makeKeyWindow();
+}
+
+bool AppDelegate::windowShouldClose() {
+    if (isPlayerScreenVisible())
+        loadHomeScreen();
+    else
+        Q_EMIT terminate();
+    return false;
+}
+
+} // namespace murvo

@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ViewControllers/WebViewController.h"
+
+#include "app/Classes/MDragReceiverWebView.h"
+#include "app/Platform/Log.h"
+
+#include <QEventLoop>
+#include <QTimer>
+#include <QWebEnginePage>
+#include <QWebEngineProfile>
+#include <QWebEngineSettings>
+
+#include <chrono>
+#include <memory>
+
+namespace murvo {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// A healthy page answers within a few milliseconds.
+constexpr auto evaluationLimit = 1s;
+
+/// A page that asks its controller about navigations and writes its console to the log.
+class Page : public QWebEnginePage {
+  public:
+    using Policy = std::function<bool(const QUrl &url, bool isMainFrame)>;
+
+    Page(QWebEngineProfile *profile, QObject *parent, Policy policy)
+        : QWebEnginePage(profile, parent)
+        , _policy(std::move(policy)) {}
+
+  protected:
+    bool acceptNavigationRequest(const QUrl &url, NavigationType, bool isMainFrame) override {
+        return _policy(url, isMainFrame);
+    }
+
+    void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString &message, int line,
+                                  const QString &source) override {
+        const auto text = QStringLiteral("%1 (%2:%3)").arg(message, QUrl(source).fileName()).arg(line);
+        if (level == ErrorMessageLevel)
+            qCWarning(logPage).noquote() << text;
+        else
+            qCInfo(logPage).noquote() << text;
+    }
+
+  private:
+    Policy _policy;
+};
+
+void restrict(QWebEngineSettings &settings) {
+    settings.setAttribute(QWebEngineSettings::ErrorPageEnabled, false);
+    settings.setAttribute(QWebEngineSettings::LocalContentCanAccessFileUrls, false);
+    settings.setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, false);
+    settings.setAttribute(QWebEngineSettings::PluginsEnabled, false);
+    settings.setAttribute(QWebEngineSettings::NavigateOnDropEnabled, false);
+    settings.setAttribute(QWebEngineSettings::FocusOnNavigationEnabled, true);
+    settings.setAttribute(QWebEngineSettings::PlaybackRequiresUserGesture, false);
+}
+
+} // namespace
+
+WebViewController::WebViewController(QWebEngineProfile &profile, bool useCache, QObject *parent)
+    : QObject(parent) {
+    _useCache = useCache;
+    makeView(profile);
+}
+
+WebViewController::WebViewController(QWebEngineProfile &profile, QObject *parent)
+    : QObject(parent) {
+    makeView(profile);
+}
+
+WebViewController::~WebViewController() {
+    delete _view;
+}
+
+void WebViewController::makeView(QWebEngineProfile &profile) {
+    _view = new MDragReceiverWebView;
+    auto *page = new Page(&profile, _view, [this](const QUrl &url, bool isMainFrame) {
+        const bool isAccepted = !_policy || _policy(url);
+        if (isAccepted && isMainFrame)
+            Q_EMIT progressStarted();
+        return isAccepted;
+    });
+    page->setBackgroundColor(Qt::transparent);
+    restrict(*page->settings());
+    _view->setPage(page);
+    // A navigation that the policy cancelled ends in "not loaded" too: only a loaded page counts.
+    connect(page, &QWebEnginePage::loadFinished, this, [this](bool isLoaded) {
+        if (isLoaded)
+            Q_EMIT progressFinished();
+    });
+    if (!_useCache)
+        profile.clearHttpCache();
+}
+
+MDragReceiverWebView *WebViewController::view() const {
+    return _view;
+}
+
+void WebViewController::setNavigationPolicy(NavigationPolicy policy) {
+    _policy = std::move(policy);
+}
+
+void WebViewController::loadUrl(const QString &url) {
+    _view->load(QUrl(url));
+}
+
+void WebViewController::clear() {
+    _view->load(QUrl(QStringLiteral("about:blank")));
+}
+
+void WebViewController::send(const QString &script) {
+    _view->page()->runJavaScript(script);
+}
+
+QString WebViewController::evaluate(const QString &script) {
+    struct Answer {
+        QEventLoop *waiting = nullptr; // null once nobody waits any more
+        QString text;
+    };
+    QEventLoop loop;
+    const auto answer = std::make_shared<Answer>(Answer{.waiting = &loop, .text = {}});
+    QTimer::singleShot(evaluationLimit, &loop, &QEventLoop::quit);
+    connect(_view->page(), &QWebEnginePage::renderProcessTerminated, &loop, &QEventLoop::quit);
+    _view->page()->runJavaScript(script, [answer](const QVariant &result) {
+        answer->text = result.toString();
+        if (answer->waiting)
+            answer->waiting->quit();
+    });
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
+    answer->waiting = nullptr;
+    return answer->text.isNull() ? QStringLiteral("") : answer->text;
+}
+
+} // namespace murvo

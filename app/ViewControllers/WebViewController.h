@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QUrl>
+
+#include <functional>
+
+class QWebEngineProfile;
+
+namespace murvo {
+
+class MDragReceiverWebView;
+
+/// Hosts one web view: the home page or the player page. It is the one place that speaks to its page.
+/// It deletes its view, unless the window that holds it did so before. Main thread only.
+class WebViewController : public QObject {
+    Q_OBJECT
+
+  public:
+    /// Decides about each navigation of the page, in whichever frame: true lets the view load the URL.
+    using NavigationPolicy = std::function<bool(const QUrl &url)>;
+
+    /// The profile is borrowed and must outlive the controller. The last controller made decides by useCache,
+    /// for all of them, whether views made from then on begin with an emptied cache.
+    WebViewController(QWebEngineProfile &profile, bool useCache, QObject *parent = nullptr);
+    /// Leaves the shared choice as it is.
+    explicit WebViewController(QWebEngineProfile &profile, QObject *parent = nullptr);
+    ~WebViewController() override;
+
+    [[nodiscard]] MDragReceiverWebView *view() const;
+    void setNavigationPolicy(NavigationPolicy policy);
+
+    void loadUrl(const QString &url);
+    /// Leaves the page for an empty one.
+    void clear();
+
+    /// Runs the script whose result nobody wants; returns at once.
+    void send(const QString &script);
+    /// Runs the script and waits for its result as text, without handling user input, for a second at most.
+    /// Empty when there is no result in time.
+    [[nodiscard]] QString evaluate(const QString &script);
+
+  Q_SIGNALS:
+    /// An accepted navigation of the main frame has begun; it has been loaded.
+    void progressStarted();
+    void progressFinished();
+
+  private:
+    static inline bool _useCache = false;
+
+    void makeView(QWebEngineProfile &profile);
+
+    QPointer<MDragReceiverWebView> _view;
+    NavigationPolicy _policy;
+};
+
+} // namespace murvo

@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/AppDelegate.h"
+#include "app/Classes/MConstants.h"
+#include "app/Classes/VideoSource.h"
+#include "app/Media/VLCInstance.h"
+#include "app/Platform/Log.h"
+#include "app/Platform/PageScheme.h"
+#include "app/Platform/TerminationSignals.h"
+#include "service/EmbeddedService.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QIcon>
+#include <QStandardPaths>
+#include <QWebEngineProfile>
+
+#include <cstdio>
+#include <optional>
+#include <unistd.h>
+
+using namespace murvo;
+
+namespace {
+
+constexpr int exitUsage = 2;
+
+constexpr const char *usage = R"(Usage: murvo [FILM]
+
+Plays FILM, a file or an HTTP URL, with its subtitles. Without one it shows the home screen.
+
+  --help     this text
+  --version  the version
+
+Environment:
+  MURVO_BASE_URL  the subtitle service to use in place of the embedded one; ends in "/"
+)";
+
+struct Invocation {
+    std::optional<int> exitStatus; ///< set when the program ends at once
+    QString film;                  ///< null without one
+};
+
+Invocation parseArguments(int argc, char **argv) {
+    Invocation invocation;
+    bool areOptionsOver = false;
+    for (int i = 1; i < argc; ++i) {
+        const QString argument = QFile::decodeName(argv[i]);
+        if (!areOptionsOver && argument == QLatin1String("--help")) {
+            std::fputs(usage, stdout);
+            invocation.exitStatus = 0;
+        } else if (!areOptionsOver && argument == QLatin1String("--version")) {
+            std::puts("murvo " MURVO_VERSION);
+            invocation.exitStatus = 0;
+        } else if (!areOptionsOver && argument == QLatin1String("--")) {
+            areOptionsOver = true;
+        } else if (!areOptionsOver && argument.startsWith(u'-')) {
+            std::fprintf(stderr, "murvo: unknown option %s; see murvo --help\n", argv[i]);
+            invocation.exitStatus = exitUsage;
+        } else {
+            invocation.film = videoSourceFromShell(argument, QDir::currentPath());
+        }
+    }
+    return invocation;
+}
+
+/// Settings that the libraries read from the environment; a user's own choice wins.
+void prepareEnvironment() {
+    // libVLC draws into X11 windows only; under Wayland that means XWayland.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    // The web engine's sandbox cannot be had as root, which is how containers run.
+    if (::geteuid() == 0 && qEnvironmentVariableIsEmpty("QTWEBENGINE_DISABLE_SANDBOX")) {
+        qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
+        qCInfo(logApp, "Running as root: the web engine's sandbox is off");
+    }
+}
+
+/// The address of the service to use, or null after a message. Starts the embedded service when no other is
+/// named.
+QString findService(std::unique_ptr<service::EmbeddedService> &embedded) {
+    const QString given = qEnvironmentVariable("MURVO_BASE_URL");
+    if (!given.isEmpty()) {
+        if (given.endsWith(u'/'))
+            return given;
+        std::fputs("murvo: MURVO_BASE_URL must end in \"/\"\n", stderr);
+        return {};
+    }
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    QString error;
+    embedded = service::EmbeddedService::start(data + QStringLiteral("/murvo"), error);
+    if (embedded)
+        return embedded->baseUrl();
+    std::fprintf(stderr, "murvo: %s\n", qPrintable(error));
+    return {};
+}
+
+int runApplication(QApplication &application, const QString &film) {
+    std::unique_ptr<service::EmbeddedService> embedded;
+    const QString baseUrl = findService(embedded);
+    if (baseUrl.isNull())
+        return exitUsage;
+    MConstants::setMurvoBaseUrl(baseUrl);
+
+    // Order of life: the pages end before their profile, the players before the library.
+    const VLCInstance vlc;
+    QWebEngineProfile profile;
+    PageScheme::install(profile);
+    AppDelegate::FilmIdentified filmIdentified;
+    if (embedded)
+        filmIdentified = [&embedded](const QString &path, const VideoHash &hash) {
+            embedded->filmIdentified(path, hash.fileHash, hash.fileSize);
+        };
+    AppDelegate delegate(profile, vlc, std::move(filmIdentified));
+    const TerminationSignals signalsOfEnd;
+    QObject::connect(&signalsOfEnd, &TerminationSignals::received, &application,
+                     [] { QCoreApplication::exit(0); });
+    QObject::connect(&delegate, &AppDelegate::terminate, &application, [] { QCoreApplication::exit(0); });
+
+    delegate.applicationDidFinishLaunching();
+    if (!film.isNull())
+        delegate.applicationOpenFile(film);
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    const Invocation invocation = parseArguments(argc, argv);
+    if (invocation.exitStatus)
+        return *invocation.exitStatus;
+    installLogFormat();
+    prepareEnvironment();
+    PageScheme::registerScheme();
+    QApplication::setOrganizationName(QStringLiteral("Murvo"));
+    QApplication::setApplicationName(QStringLiteral("Murvo"));
+    QApplication::setDesktopFileName(QStringLiteral("murvo"));
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication application(argc, argv);
+    const int status = runApplication(application, invocation.film);
+    qCInfo(logApp, "Ended in order");
+    return status;
+}
