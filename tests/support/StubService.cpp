@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/StubService.h"
+
+#include <QTcpSocket>
+
+namespace murvo::test {
+
+namespace {
+
+QByteArray pathOf(const QByteArray &target) {
+    return target.mid(1).split('?').first();
+}
+
+QByteArray serialize(const StubReply &reply, const QByteArray &method) {
+    QByteArray head = "HTTP/1.1 " + QByteArray::number(reply.status) + " Stub\r\n";
+    head += "Content-Type: " + reply.contentType + "\r\n";
+    const qint64 length = reply.declaredLength == -1 ? reply.body.size() : reply.declaredLength;
+    if (length >= 0)
+        head += "Content-Length: " + QByteArray::number(length) + "\r\n";
+    for (const QByteArray &line : reply.extraHeaders)
+        head += line + "\r\n";
+    head += "Connection: close\r\n\r\n";
+    return method == "HEAD" ? head : head + reply.body;
+}
+
+} // namespace
+
+QByteArray RecordedRequest::header(const QByteArray &name) const {
+    const QList<QByteArray> lines = head.split('\n');
+    for (const QByteArray &line : lines) {
+        const qsizetype colon = line.indexOf(':');
+        if (colon > 0 && line.left(colon).compare(name, Qt::CaseInsensitive) == 0)
+            return line.mid(colon + 1).trimmed();
+    }
+    return {};
+}
+
+StubService::StubService(QObject *parent)
+    : QObject(parent) {
+    if (!_server.listen(QHostAddress::LocalHost))
+        qFatal("stub service: no port");
+    connect(&_server, &QTcpServer::newConnection, this, [this] {
+        while (QTcpSocket *socket = _server.nextPendingConnection()) {
+            connect(socket, &QTcpSocket::readyRead, this, [this, socket] { readFrom(socket); });
+            connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
+                _received.remove(socket);
+                socket->deleteLater();
+            });
+        }
+    });
+}
+
+QString StubService::baseUrl() const {
+    return QStringLiteral("http://127.0.0.1:%1/").arg(_server.serverPort());
+}
+
+void StubService::on(const QByteArray &path, Handler handler) {
+    _handlers.insert(path, std::move(handler));
+}
+
+void StubService::on(const QByteArray &path, const StubReply &reply) {
+    on(path, [reply](const RecordedRequest &) { return reply; });
+}
+
+QList<RecordedRequest> StubService::requestsTo(const QByteArray &path) const {
+    QList<RecordedRequest> found;
+    for (const RecordedRequest &request : _requests) {
+        if (pathOf(request.target) == path)
+            found.append(request);
+    }
+    return found;
+}
+
+void StubService::readFrom(QTcpSocket *socket) {
+    QByteArray &received = _received[socket];
+    received += socket->readAll();
+    const qsizetype end = received.indexOf("\r\n\r\n");
+    if (end < 0)
+        return;
+    RecordedRequest request;
+    request.head = received.left(end + 2);
+    const QList<QByteArray> words = request.head.left(request.head.indexOf('\r')).split(' ');
+    request.method = words.value(0);
+    request.target = words.value(1);
+    const qint64 length = request.header("Content-Length").toLongLong();
+    if (received.size() < end + 4 + length)
+        return;
+    request.body = received.mid(end + 4);
+    received.clear();
+    _requests.append(request);
+    answer(socket, request);
+}
+
+void StubService::answer(QTcpSocket *socket, const RecordedRequest &request) {
+    const auto handler = _handlers.constFind(pathOf(request.target));
+    const StubReply reply = handler == _handlers.cend() ? StubReply{.status = 404} : (*handler)(request);
+    if (reply.isSilent)
+        return;
+    if (reply.isReset) {
+        socket->abort();
+        return;
+    }
+    socket->write(serialize(reply, request.method));
+    socket->disconnectFromHost();
+}
+
+} // namespace murvo::test

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QTcpServer>
+
+#include <functional>
+
+class QTcpSocket;
+
+namespace murvo::test {
+
+/// One request as it came over the wire.
+struct RecordedRequest {
+    QByteArray method;
+    QByteArray target; ///< path and query as sent
+    QByteArray head;   ///< request line and headers, raw
+    QByteArray body;
+
+    /// Value of the header whose name is written exactly so in any case; null without it.
+    [[nodiscard]] QByteArray header(const QByteArray &name) const;
+};
+
+/// What the stub does with a request.
+struct StubReply {
+    int status = 200;
+    QByteArray contentType = "text/html; charset=utf-8";
+    QByteArray body = {};
+    QList<QByteArray> extraHeaders = {}; ///< whole lines without the line end
+    bool isReset = false;                ///< closes the connection without an answer
+    bool isSilent = false;               ///< never answers
+    qint64 declaredLength = -1;          ///< Content-Length to send in place of the body's; -2 sends none
+};
+
+/// A web service on loopback that answers by table and keeps every request byte for byte. It stands for a
+/// service that is not ours: pages with jQuery and nothing else. Lives on the thread of its event loop.
+class StubService : public QObject {
+    Q_OBJECT
+
+  public:
+    using Handler = std::function<StubReply(const RecordedRequest &request)>;
+
+    explicit StubService(QObject *parent = nullptr);
+
+    /// Ends in "/".
+    [[nodiscard]] QString baseUrl() const;
+
+    /// Answers requests whose path (without query and leading "/") is exactly path. Later ones replace
+    /// earlier.
+    void on(const QByteArray &path, Handler handler);
+    void on(const QByteArray &path, const StubReply &reply);
+
+    [[nodiscard]] const QList<RecordedRequest> &requests() const { return _requests; }
+    [[nodiscard]] QList<RecordedRequest> requestsTo(const QByteArray &path) const;
+    void forgetRequests() { _requests.clear(); }
+
+  private:
+    void readFrom(QTcpSocket *socket);
+    void answer(QTcpSocket *socket, const RecordedRequest &request);
+
+    QTcpServer _server;
+    QHash<QByteArray, Handler> _handlers;
+    QHash<QTcpSocket *, QByteArray> _received;
+    QList<RecordedRequest> _requests;
+};
+
+} // namespace murvo::test

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/TestFilms.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QStringList>
+
+namespace murvo::test {
+
+namespace {
+
+QString made(const QString &name, const QStringList &arguments) {
+    const QDir folder(QStringLiteral(MURVO_TEST_FILMS));
+    const QString path = folder.filePath(name);
+    if (QFile::exists(path))
+        return path;
+    folder.mkpath(QStringLiteral("."));
+    // Made under another name first: test programs may run side by side.
+    const QString draft = folder.filePath(QString::number(QCoreApplication::applicationPid()) + u'-' + name);
+    const QStringList all = QStringList{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-y")} +
+                            arguments + QStringList{draft};
+    if (QProcess::execute(QStringLiteral("ffmpeg"), all) != 0)
+        qFatal("ffmpeg could not make %s", qPrintable(name));
+    QFile::rename(draft, path);
+    QFile::remove(draft); // when another program was faster
+    return path;
+}
+
+QStringList words(const char *text) {
+    return QString::fromLatin1(text).split(u' ');
+}
+
+} // namespace
+
+QString filmWithTwoAudioTracks() {
+    return made(QStringLiteral("two-tracks.mkv"),
+                words("-f lavfi -i testsrc2=s=640x360:r=25:d=20 -f lavfi -i sine=f=220:d=20 -f lavfi -i "
+                      "sine=f=880:d=20 "
+                      "-map 0 -map 1 -map 2 -c:v libx264 -preset ultrafast -g 25 -c:a aac "
+                      "-metadata:s:a:0 title=Low -metadata:s:a:0 language=eng "
+                      "-metadata:s:a:1 title=High -metadata:s:a:1 language=fra"));
+}
+
+QString shortFilm() {
+    return made(QStringLiteral("short.mkv"),
+                words("-f lavfi -i testsrc2=s=320x240:r=25:d=4 -f lavfi -i sine=f=440:d=4 "
+                      "-c:v libx264 -preset ultrafast -g 25 -c:a aac"));
+}
+
+QString soundOnly() {
+    return made(QStringLiteral("sound.mka"), words("-f lavfi -i sine=f=440:d=4 -c:a aac"));
+}
+
+QString silentFilm() {
+    return made(QStringLiteral("silent.mkv"),
+                words("-f lavfi -i testsrc2=s=320x240:r=25:d=4 -c:v libx264 -preset ultrafast"));
+}
+
+} // namespace murvo::test

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+namespace murvo::test {
+
+/// Films for the tests, made with ffmpeg on first use and kept in the build folder. Paths are absolute.
+
+/// 20 s, 640x360, 25 frames a second, two audio tracks titled Low (220 Hz) and High (880 Hz).
+[[nodiscard]] QString filmWithTwoAudioTracks();
+/// 4 s, 320x240, one audio track.
+[[nodiscard]] QString shortFilm();
+/// 4 s, no picture.
+[[nodiscard]] QString soundOnly();
+/// 4 s, 320x240, no sound.
+[[nodiscard]] QString silentFilm();
+
+} // namespace murvo::test
