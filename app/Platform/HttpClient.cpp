@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Platform/HttpClient.h"
 
+#include <QHostAddress>
 #include <QNetworkAccessManager>
+#include <QNetworkProxy>
 #include <QNetworkReply>
 #include <QNetworkRequest>
 
@@ -18,6 +20,17 @@ bool isStatusError(QNetworkReply::NetworkError error) {
            (error >= QNetworkReply::InternalServerError && error <= QNetworkReply::UnknownServerError);
 }
 
+/// The system's proxies, but never for this machine itself: the embedded service is not behind them.
+class ProxyFactory : public QNetworkProxyFactory {
+  public:
+    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery &query) override {
+        if (QHostAddress(query.peerHostName()).isLoopback() ||
+            query.peerHostName() == QLatin1String("localhost"))
+            return {QNetworkProxy(QNetworkProxy::NoProxy)};
+        return systemProxyForQuery(query);
+    }
+};
+
 HttpResponse responseOf(const QNetworkReply &reply) {
     HttpResponse response;
     response.status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
@@ -32,7 +45,9 @@ HttpResponse responseOf(const QNetworkReply &reply) {
 
 HttpClient::HttpClient(QObject *parent)
     : QObject(parent)
-    , _manager(new QNetworkAccessManager(this)) {}
+    , _manager(new QNetworkAccessManager(this)) {
+    _manager->setProxyFactory(new ProxyFactory); // the manager takes it over
+}
 
 HttpClient::~HttpClient() {
     abandonAll();
