@@ -5,6 +5,8 @@
 
 #include <functional>
 
+class QMimeData;
+
 namespace murvo {
 
 /// The web view of the home page and of the player page. It takes a single dropped file when drops are

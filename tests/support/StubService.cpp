@@ -50,6 +50,12 @@ StubService::StubService(QObject *parent)
     });
 }
 
+StubService::~StubService() {
+    const QList<QTcpSocket *> sockets = _server.findChildren<QTcpSocket *>();
+    for (QTcpSocket *socket : sockets)
+        socket->disconnect(this);
+}
+
 QString StubService::baseUrl() const {
     return QStringLiteral("http://127.0.0.1:%1/").arg(_server.serverPort());
 }

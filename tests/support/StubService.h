@@ -45,6 +45,7 @@ class StubService : public QObject {
     using Handler = std::function<StubReply(const RecordedRequest &request)>;
 
     explicit StubService(QObject *parent = nullptr);
+    ~StubService() override;
 
     /// Ends in "/".
     [[nodiscard]] QString baseUrl() const;
@@ -62,10 +63,10 @@ class StubService : public QObject {
     void readFrom(QTcpSocket *socket);
     void answer(QTcpSocket *socket, const RecordedRequest &request);
 
-    QTcpServer _server;
     QHash<QByteArray, Handler> _handlers;
     QHash<QTcpSocket *, QByteArray> _received;
     QList<RecordedRequest> _requests;
+    QTcpServer _server;
 };
 
 } // namespace murvo::test

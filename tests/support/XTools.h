@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QPoint>
+#include <QString>
+#include <QStringList>
+
+class QWidget;
+
+namespace murvo::test {
+
+/// The desktop seen and touched from outside, with the programs xdotool, xprop and wmctrl.
+
+/// Standard output of the program; fails the test when it cannot be run or exits with another status than 0.
+QString run(const QString &program, const QStringList &arguments);
+
+/// Real pointer and key events, at screen positions.
+void clickAt(const QPoint &position, int times = 1);
+void controlDoubleClickAt(const QPoint &position);
+/// A key by its X name, such as "Escape", to the window that has the keys.
+void pressKey(const QString &key);
+
+/// xprop's line of one property of the window.
+[[nodiscard]] QString property(const QWidget &window, const QString &name);
+/// X identifiers of the application windows, bottom to top, as the window manager stacks them.
+[[nodiscard]] QStringList stacking();
+[[nodiscard]] QString xId(const QWidget &window);
+
+} // namespace murvo::test
