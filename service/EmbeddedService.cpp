@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/EmbeddedService.h"
+
+#include "Http/FilmRoutes.h"
+#include "Http/HttpServer.h"
+#include "Http/PageRoutes.h"
+#include "Http/Router.h"
+#include "Http/SettingsRoutes.h"
+#include "Http/SubtitleRoutes.h"
+#include "Log.h"
+#include "Sources/FilmPaths.h"
+#include "Sources/SubtitleLookup.h"
+#include "Store/Database.h"
+#include "Store/FilmTable.h"
+#include "Store/SettingsTable.h"
+#include "Store/SubtitleTable.h"
+#include "Subtitles/FilmLines.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace murvo::service {
+
+namespace {
+
+bool makePrivateFolder(const QString &folder) {
+    return QDir().mkpath(folder) &&
+           QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+} // namespace
+
+/// Everything in the order in which it is built on: the server comes last and so stops first.
+struct EmbeddedService::Impl {
+    explicit Impl(const QString &databasePath)
+        : database(databasePath, Database::builtInSteps()) {
+        addPageRoutes(router);
+        addSettingsRoutes(router, settings);
+        addFilmRoutes(router, {films, subtitles, settings, lookup, lines});
+        addSubtitleRoutes(router, {films, subtitles, lines});
+    }
+
+    Database database;
+    FilmTable films{database};
+    SubtitleTable subtitles{database};
+    SettingsTable settings{database};
+    FilmPaths paths;
+    SubtitleLookup lookup{films, subtitles, paths};
+    FilmLines lines{subtitles};
+    Router router;
+    std::unique_ptr<HttpServer> server;
+};
+
+std::unique_ptr<EmbeddedService> EmbeddedService::start(const QString &dataFolder, QString &error) {
+    if (!makePrivateFolder(dataFolder)) {
+        error = QStringLiteral("The folder %1 for your data cannot be made or written to.").arg(dataFolder);
+        return nullptr;
+    }
+    const QString databasePath = QDir(dataFolder).filePath(QStringLiteral("murvo.sqlite"));
+    try {
+        auto impl = std::make_unique<Impl>(databasePath);
+        impl->server = HttpServer::start(impl->router);
+        if (!impl->server) {
+            error = QStringLiteral("No port could be opened on this computer for the subtitle service.");
+            return nullptr;
+        }
+        return std::unique_ptr<EmbeddedService>(new EmbeddedService(std::move(impl)));
+    } catch (const std::exception &failure) {
+        error = QStringLiteral("Your data in %1 cannot be opened: %2.")
+                    .arg(databasePath, QString::fromUtf8(failure.what()));
+        return nullptr;
+    }
+}
+
+EmbeddedService::EmbeddedService(std::unique_ptr<Impl> impl)
+    : _impl(std::move(impl)) {}
+
+EmbeddedService::~EmbeddedService() = default;
+
+QString EmbeddedService::baseUrl() const {
+    return _impl->server->baseUrl();
+}
+
+void EmbeddedService::filmIdentified(const QString &path, quint64 movieHash, quint64 fileSize) {
+    _impl->paths.announce(path, movieHash, fileSize);
+}
+
+} // namespace murvo::service

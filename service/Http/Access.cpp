@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Http/Access.h"
+
+#include <QRandomGenerator>
+
+#include <array>
+
+namespace murvo::service {
+
+namespace {
+
+constexpr auto scheme = "http://";
+
+QByteArray randomToken() {
+    std::array<quint32, 8> words{};
+    QRandomGenerator::system()->fillRange(words.data(), static_cast<qsizetype>(words.size()));
+    return QByteArray(reinterpret_cast<const char *>(words.data()), sizeof(words)).toHex();
+}
+
+bool equalInConstantTime(QByteArrayView a, QByteArrayView b) {
+    if (a.size() != b.size())
+        return false;
+    unsigned difference = 0;
+    for (qsizetype i = 0; i < a.size(); ++i)
+        difference |=
+            static_cast<unsigned char>(a[i]) ^ static_cast<unsigned>(static_cast<unsigned char>(b[i]));
+    return difference == 0;
+}
+
+} // namespace
+
+Access::Access(quint16 port)
+    : _host("127.0.0.1:" + QByteArray::number(port))
+    , _token(randomToken()) {}
+
+QString Access::baseUrl() const {
+    return QString::fromLatin1(scheme + _host + '/' + _token + '/');
+}
+
+bool Access::headersAllowed(const QByteArrayList &hosts, const QByteArrayList &origins) const {
+    if (hosts.size() != 1 || hosts.first() != _host)
+        return false;
+    return origins.isEmpty() || (origins.size() == 1 && origins.first() == scheme + _host);
+}
+
+std::optional<QString> Access::pathBelowToken(const QByteArray &path) const {
+    const qsizetype end = path.indexOf('/', 1);
+    if (!path.startsWith('/') || end < 0 ||
+        !equalInConstantTime(QByteArrayView(path).sliced(1, end - 1), _token))
+        return std::nullopt;
+    return QString::fromUtf8(path.mid(end + 1));
+}
+
+} // namespace murvo::service

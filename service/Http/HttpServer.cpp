@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Http/HttpServer.h"
+
+#include "Http/Access.h"
+#include "Http/Router.h"
+#include "Log.h"
+
+#include <httplib.h>
+
+#include <algorithm>
+#include <thread>
+
+namespace murvo::service {
+
+Q_LOGGING_CATEGORY(serviceLog, "murvo.service")
+
+namespace {
+
+// An idle kept-alive connection holds a thread of the pool for as long as it is kept; the player and its
+// pages open about a dozen, and stopping waits for the idle time.
+constexpr int poolThreads = 32;
+constexpr time_t keepAliveSeconds = 1;
+constexpr size_t requestsPerConnection = 1000;
+constexpr time_t readTimeoutSeconds = 5;
+// Enough for the subtitles of one film, many times over.
+constexpr size_t largestBodyBytes = 64UL * 1024 * 1024;
+// Longer paths do not exist here; the library matches paths with a recursive regular expression.
+constexpr size_t longestPathBytes = 256;
+
+constexpr auto uploadPath = "Api/Subtitles/UploadGzippedFiles";
+// Holds the upload's own Content-Type while the library is told another (see hideMultipart).
+constexpr auto hiddenTypeHeader = "X-Murvo-Content-Type";
+
+httplib::Headers securityHeaders() {
+    return {{"Content-Security-Policy",
+             "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; "
+             "connect-src 'self'; frame-src app:; base-uri 'none'; "
+             "form-action 'none'; frame-ancestors 'none'"},
+            {"X-Content-Type-Options", "nosniff"},
+            {"Referrer-Policy", "no-referrer"},
+            {"Cross-Origin-Resource-Policy", "same-origin"},
+            {"Cache-Control", "no-store"}};
+}
+
+QByteArrayList valuesOf(const httplib::Request &request, const char *name) {
+    QByteArrayList values;
+    const auto range = request.headers.equal_range(name);
+    std::for_each(range.first, range.second,
+                  [&values](const auto &header) { values.append(QByteArray::fromStdString(header.second)); });
+    return values;
+}
+
+void write(const Response &from, httplib::Response &to) {
+    to.status = from.status;
+    to.set_content(from.body.constData(), static_cast<size_t>(from.body.size()),
+                   from.contentType.toStdString());
+}
+
+Response errorForStatus(int status) {
+    switch (status) {
+    case 404:
+        return errorResponse(404, QStringLiteral("notFound"), QStringLiteral("There is nothing here."));
+    case 413:
+        return errorResponse(413, QStringLiteral("tooLarge"), QStringLiteral("The request is too large."));
+    case 414:
+        return errorResponse(414, QStringLiteral("tooLong"), QStringLiteral("The address is too long."));
+    default:
+        return errorResponse(status, QStringLiteral("badRequest"),
+                             QStringLiteral("The request could not be read."));
+    }
+}
+
+// The library refuses multipart bodies that the player may rightly send (one without a part, for instance)
+// before any route sees them. Told that the body is plain bytes it hands it over whole, and the route reads
+// it itself.
+void hideMultipart(const httplib::Request &request) {
+    auto &headers = const_cast<httplib::Request &>(request).headers;
+    const auto type = headers.find("Content-Type");
+    if (type == headers.end())
+        return;
+    const std::string original = type->second;
+    type->second = "application/octet-stream";
+    headers.emplace(hiddenTypeHeader, original);
+}
+
+} // namespace
+
+struct HttpServer::Impl {
+    explicit Impl(const Router &usedRouter)
+        : router(usedRouter) {}
+
+    void configure();
+    [[nodiscard]] std::optional<Response> refuse(const httplib::Request &request) const;
+    void answer(const httplib::Request &from, httplib::Response &to) const;
+
+    const Router &router;
+    httplib::Server server;
+    std::unique_ptr<Access> access;
+    std::thread listener;
+};
+
+void HttpServer::Impl::configure() {
+    server.new_task_queue = [] { return new httplib::ThreadPool(poolThreads); };
+    server.set_tcp_nodelay(true);
+    server.set_keep_alive_timeout(keepAliveSeconds);
+    server.set_keep_alive_max_count(requestsPerConnection);
+    server.set_read_timeout(readTimeoutSeconds);
+    server.set_payload_max_length(largestBodyBytes);
+    server.set_default_headers(securityHeaders());
+    server.set_exception_handler([](const auto &, auto &to, const std::exception_ptr &) {
+        write(errorResponse(500, QStringLiteral("internal"), QStringLiteral("The service failed.")), to);
+    });
+    server.set_error_handler([](const httplib::Request &, httplib::Response &to) {
+        if (to.body.empty())
+            write(errorForStatus(to.status), to);
+    });
+    server.set_pre_routing_handler([this](const httplib::Request &from, httplib::Response &to) {
+        auto &headers = const_cast<httplib::Request &>(from).headers;
+        headers.erase(hiddenTypeHeader);
+        if (const auto refusal = refuse(from)) {
+            write(*refusal, to);
+            return httplib::Server::HandlerResponse::Handled;
+        }
+        if (access->pathBelowToken(QByteArray::fromStdString(from.path)) == QLatin1String(uploadPath))
+            hideMultipart(from);
+        return httplib::Server::HandlerResponse::Unhandled;
+    });
+    const auto handler = [this](const httplib::Request &from, httplib::Response &to) { answer(from, to); };
+    const std::string anything = "/.*";
+    server.Get(anything, handler).Post(anything, handler).Put(anything, handler);
+}
+
+std::optional<Response> HttpServer::Impl::refuse(const httplib::Request &request) const {
+    if (!access->headersAllowed(valuesOf(request, "Host"), valuesOf(request, "Origin")))
+        return errorResponse(403, QStringLiteral("forbidden"),
+                             QStringLiteral("The service answers its own pages only."));
+    if (request.path.size() > longestPathBytes ||
+        !access->pathBelowToken(QByteArray::fromStdString(request.path)))
+        return errorForStatus(404);
+    // Neither the limit of the body nor its check counts for these two, and no client of the service needs
+    // them.
+    if (request.has_header("Transfer-Encoding") || request.has_header("Content-Encoding"))
+        return errorResponse(415, QStringLiteral("encodingRefused"),
+                             QStringLiteral("Send the body as it is, with its length."));
+    return std::nullopt;
+}
+
+void HttpServer::Impl::answer(const httplib::Request &from, httplib::Response &to) const {
+    Request request;
+    request.method =
+        from.method == "HEAD" ? QByteArrayLiteral("GET") : QByteArray::fromStdString(from.method);
+    request.path = access->pathBelowToken(QByteArray::fromStdString(from.path)).value_or(QString());
+    for (const auto &[name, value] : from.params)
+        request.parameters.insert(QString::fromStdString(name), QString::fromStdString(value));
+    const char *typeHeader = from.has_header(hiddenTypeHeader) ? hiddenTypeHeader : "Content-Type";
+    request.contentType = QByteArray::fromStdString(from.get_header_value(typeHeader));
+    request.body = QByteArray::fromStdString(from.body);
+    request.baseUrl = access->baseUrl();
+    write(router.answer(request), to);
+}
+
+std::unique_ptr<HttpServer> HttpServer::start(const Router &router) {
+    auto impl = std::make_unique<Impl>(router);
+    const int port = impl->server.bind_to_any_port("127.0.0.1");
+    if (port <= 0)
+        return nullptr;
+    impl->access = std::make_unique<Access>(static_cast<quint16>(port));
+    impl->configure();
+    // The socket is bound and accepts from here on; a client that is quicker than the thread waits in its
+    // queue.
+    httplib::Server *server = &impl->server;
+    impl->listener = std::thread([server] {
+        if (!server->listen_after_bind())
+            qCWarning(serviceLog) << "The service has stopped listening";
+    });
+    while (!server->is_running())
+        std::this_thread::yield(); // stopping before it runs would be forgotten
+    return std::unique_ptr<HttpServer>(new HttpServer(std::move(impl)));
+}
+
+HttpServer::HttpServer(std::unique_ptr<Impl> impl)
+    : _impl(std::move(impl)) {}
+
+HttpServer::~HttpServer() {
+    _impl->server.stop();
+    _impl->listener.join();
+}
+
+QString HttpServer::baseUrl() const {
+    return _impl->access->baseUrl();
+}
+
+} // namespace murvo::service

@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Sources/FilmProbe.h"
+
+#include "Languages.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <chrono>
+#include <memory>
+
+extern "C" {
+#include <libavformat/avformat.h>
+}
+
+namespace murvo::service {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr std::chrono::seconds longestProbe{5};
+
+struct InputCloser {
+    void operator()(AVFormatContext *input) const { avformat_close_input(&input); }
+};
+using Input = std::unique_ptr<AVFormatContext, InputCloser>;
+
+int isLate(void *deadline) {
+    return Clock::now() > *static_cast<Clock::time_point *>(deadline) ? 1 : 0;
+}
+
+Input openFilm(const QString &filmPath, Clock::time_point &deadline) {
+    AVFormatContext *raw = avformat_alloc_context();
+    if (raw == nullptr)
+        return nullptr;
+    raw->interrupt_callback = {&isLate, &deadline};
+    // A playlist handed in as a film must not make the service reach out: files only.
+    AVDictionary *options = nullptr;
+    av_dict_set(&options, "protocol_whitelist", "file", 0);
+    const QByteArray url = QByteArrayLiteral("file:") + QFile::encodeName(filmPath);
+    const int opened = avformat_open_input(&raw, url.constData(), nullptr, &options);
+    av_dict_free(&options);
+    return Input(opened < 0 ? nullptr : raw); // a failed open has freed the context
+}
+
+QString metadata(const AVStream &stream, const char *key) {
+    const AVDictionaryEntry *entry = av_dict_get(stream.metadata, key, nullptr, 0);
+    return entry == nullptr ? QString() : QString::fromUtf8(entry->value);
+}
+
+// libVLC numbers a track by the container's own id where the container has one that it keeps (MP4's track id,
+// a transport stream's PID), otherwise by its place among all streams.
+int playerTrackId(const AVFormatContext &input, const AVStream &stream) {
+    const QByteArray format(input.iformat->name);
+    const bool ownIds = format.contains("mp4") || format == "mpegts";
+    return ownIds ? stream.id : stream.index;
+}
+
+AudioTrack describe(const AVFormatContext &input, const AVStream &stream) {
+    AudioTrack track;
+    track.trackId = playerTrackId(input, stream);
+    if (const Language *language = findLanguage(metadata(stream, "language")))
+        track.language = language->code;
+    track.title = metadata(stream, "title");
+    track.isDefault = (stream.disposition & AV_DISPOSITION_DEFAULT) != 0;
+    return track;
+}
+
+// Containers without headers tell their streams only when some packets have been looked at.
+bool needsStreamInfo(const AVFormatContext &input) {
+    for (unsigned i = 0; i < input.nb_streams; ++i) {
+        const AVStream &stream = *input.streams[i];
+        if (stream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO && stream.avg_frame_rate.num == 0)
+            return true;
+    }
+    return input.nb_streams == 0 || (input.ctx_flags & AVFMTCTX_NOHEADER) != 0;
+}
+
+} // namespace
+
+std::optional<FilmFacts> probeFilm(const QString &filmPath) {
+    if (filmPath.isEmpty() || !QFileInfo(filmPath).isFile())
+        return std::nullopt;
+    Clock::time_point deadline = Clock::now() + longestProbe;
+    const Input input = openFilm(filmPath, deadline);
+    if (!input || (needsStreamInfo(*input) && avformat_find_stream_info(input.get(), nullptr) < 0))
+        return std::nullopt;
+
+    FilmFacts facts;
+    for (unsigned i = 0; i < input->nb_streams; ++i) {
+        const AVStream &stream = *input->streams[i];
+        const bool coverPicture = (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0;
+        if (stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO) {
+            facts.audioTracks.append(describe(*input, stream));
+        } else if (stream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO && !coverPicture &&
+                   facts.frameRateNumerator == 0 && stream.avg_frame_rate.den > 0) {
+            facts.frameRateNumerator = stream.avg_frame_rate.num;
+            facts.frameRateDenominator = stream.avg_frame_rate.den;
+        }
+    }
+    return facts;
+}
+
+} // namespace murvo::service

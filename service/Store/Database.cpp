@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Store/Database.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <algorithm>
+#include <chrono>
+#include <stdexcept>
+#include <type_traits>
+
+namespace murvo::service {
+
+namespace {
+
+// Another Murvo may hold the write lock for the length of one small transaction.
+constexpr std::chrono::milliseconds busyTimeout{5000};
+
+} // namespace
+
+Database::Database(const QString &filePath, const QList<SchemaStep> &steps)
+    : _connection(filePath.toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE,
+                  static_cast<int>(busyTimeout.count())) {
+    _connection.exec("PRAGMA journal_mode = WAL");
+    // FULL: what was acknowledged also survives a power cut; writes are rare enough not to care.
+    _connection.exec("PRAGMA synchronous = FULL");
+    _connection.exec("PRAGMA foreign_keys = ON");
+    migrate(steps);
+}
+
+QList<Database::SchemaStep> Database::builtInSteps() {
+    QList<SchemaStep> steps;
+    const QDir folder(QStringLiteral(":/murvo/schema"));
+    for (const QString &name : folder.entryList({QStringLiteral("*.sql")}, QDir::Files, QDir::Name)) {
+        QFile file(folder.filePath(name));
+        if (!file.open(QIODevice::ReadOnly))
+            throw std::runtime_error("a schema file is missing from the program");
+        steps.append({name.section(u'.', 0, 0).toInt(), QString::fromUtf8(file.readAll())});
+    }
+    std::sort(steps.begin(), steps.end(), [](const auto &a, const auto &b) { return a.number < b.number; });
+    return steps;
+}
+
+void Database::migrate(const QList<SchemaStep> &steps) {
+    SQLite::Transaction transaction(_connection, SQLite::TransactionBehavior::IMMEDIATE);
+    const int found = _connection.execAndGet("PRAGMA user_version").getInt();
+    const int newest = steps.isEmpty() ? 0 : steps.last().number;
+    if (found > newest)
+        throw std::runtime_error("it was written by a newer version of the program");
+    for (const SchemaStep &step : steps) {
+        if (step.number > found)
+            _connection.exec(step.sql.toStdString());
+    }
+    _connection.exec("PRAGMA user_version = " + std::to_string(newest));
+    transaction.commit();
+}
+
+} // namespace murvo::service

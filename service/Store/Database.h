@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QList>
+#include <QString>
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include <mutex>
+#include <utility>
+
+namespace murvo::service {
+
+/// The one SQLite file of the service, brought to the newest schema when opened.
+///
+/// One connection behind a mutex, used from any thread of the server's pool; owned by the EmbeddedService.
+/// It knows no table: those are the business of the *Table classes. Every call may throw SQLite::Exception.
+class Database {
+  public:
+    /// One numbered schema file: brings the database from number - 1 to number.
+    struct SchemaStep {
+        int number;
+        QString sql;
+    };
+
+    /// Opens or makes the file and applies the steps that it has not seen, all in one transaction.
+    /// Throws std::runtime_error for a file of a newer schema than the last step.
+    Database(const QString &filePath, const QList<SchemaStep> &steps);
+
+    /// The steps built into the program, in order.
+    [[nodiscard]] static QList<SchemaStep> builtInSteps();
+
+    /// Runs work(connection) alone.
+    template<typename Work>
+    auto run(Work &&work) {
+        const std::lock_guard lock(_mutex);
+        return std::forward<Work>(work)(_connection);
+    }
+
+    /// Runs work(connection) alone and in a transaction: when it returns, its changes are on the disk.
+    template<typename Work>
+    auto transact(Work &&work) {
+        const std::lock_guard lock(_mutex);
+        SQLite::Transaction transaction(_connection, SQLite::TransactionBehavior::IMMEDIATE);
+        if constexpr (std::is_void_v<decltype(work(_connection))>) {
+            std::forward<Work>(work)(_connection);
+            transaction.commit();
+        } else {
+            auto result = std::forward<Work>(work)(_connection);
+            transaction.commit();
+            return result;
+        }
+    }
+
+  private:
+    void migrate(const QList<SchemaStep> &steps);
+
+    std::mutex _mutex;
+    SQLite::Database _connection;
+};
+
+} // namespace murvo::service

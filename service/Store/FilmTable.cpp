@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Store/FilmTable.h"
+
+#include "Store/Database.h"
+
+namespace murvo::service {
+
+namespace {
+
+Film filmOfRow(SQLite::Statement &row) {
+    return {row.getColumn(0).getInt(), QString::fromStdString(row.getColumn(1).getString()),
+            QString::fromStdString(row.getColumn(2).getString())};
+}
+
+} // namespace
+
+QString FilmKey::identity() const {
+    if (hashed())
+        return QStringLiteral("hash:%1:%2").arg(movieHash, 0, 16).arg(sizeBytes);
+    return path.isEmpty() ? QStringLiteral("name:") + name : QStringLiteral("path:") + path;
+}
+
+Film FilmTable::findOrAdd(const FilmKey &key) {
+    return _database.transact([&key](SQLite::Database &connection) {
+        // A lookup without a path or a name keeps what an earlier one told.
+        SQLite::Statement add(connection,
+                              "INSERT INTO films (identity, name, path) VALUES (?, ?, ?) "
+                              "ON CONFLICT (identity) DO UPDATE SET "
+                              "name = CASE WHEN excluded.name = '' THEN name ELSE excluded.name END, "
+                              "path = CASE WHEN excluded.path = '' THEN path ELSE excluded.path END "
+                              "RETURNING id, name, path");
+        add.bind(1, key.identity().toStdString());
+        add.bind(2, key.name.toStdString());
+        add.bind(3, key.path.toStdString());
+        add.executeStep();
+        Film film = filmOfRow(add);
+        while (add.executeStep()) {
+        }
+        return film;
+    });
+}
+
+std::optional<Film> FilmTable::find(qint32 filmId) {
+    return _database.run([filmId](SQLite::Database &connection) -> std::optional<Film> {
+        SQLite::Statement query(connection, "SELECT id, name, path FROM films WHERE id = ?");
+        query.bind(1, filmId);
+        if (!query.executeStep())
+            return std::nullopt;
+        return filmOfRow(query);
+    });
+}
+
+} // namespace murvo::service

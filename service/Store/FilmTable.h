@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace murvo::service {
+
+class Database;
+
+struct Film {
+    qint32 id = 0; ///< the "videoId"
+    QString name;
+    QString path; ///< where it lay last; empty when never told
+};
+
+/// What tells one film from another: its hash and size, or where it lies when it could not be hashed.
+struct FilmKey {
+    quint64 movieHash = 0;
+    quint64 sizeBytes = 0;
+    QString path; ///< empty when not known
+    QString name;
+
+    [[nodiscard]] bool hashed() const { return movieHash != 0 || sizeBytes != 0; }
+    [[nodiscard]] QString identity() const;
+};
+
+/// The table of films. Any thread; borrows the database. Every call may throw SQLite::Exception.
+class FilmTable {
+  public:
+    explicit FilmTable(Database &database)
+        : _database(database) {}
+
+    /// The film of that key, made if it is new; its name and, where given, its path are brought up to date.
+    [[nodiscard]] Film findOrAdd(const FilmKey &key);
+
+    [[nodiscard]] std::optional<Film> find(qint32 filmId);
+
+  private:
+    Database &_database;
+};
+
+} // namespace murvo::service

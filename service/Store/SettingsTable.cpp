@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Store/SettingsTable.h"
+
+#include "Languages.h"
+#include "Store/Database.h"
+
+namespace murvo::service {
+
+namespace {
+
+constexpr auto nativeLanguageName = "nativeLanguage";
+constexpr auto volumeName = "volumePercent";
+constexpr int normalVolumePercent = 100;
+
+} // namespace
+
+QString SettingsTable::nativeLanguage() {
+    return value(nativeLanguageName, defaultNativeLanguage());
+}
+
+void SettingsTable::setNativeLanguage(const QString &code) {
+    setValue(nativeLanguageName, code);
+}
+
+int SettingsTable::volumePercent() {
+    return value(volumeName, QString::number(normalVolumePercent)).toInt();
+}
+
+void SettingsTable::setVolumePercent(int volume) {
+    setValue(volumeName, QString::number(volume));
+}
+
+QString SettingsTable::value(const char *name, const QString &otherwise) {
+    return _database.run([name, &otherwise](SQLite::Database &connection) {
+        SQLite::Statement query(connection, "SELECT value FROM settings WHERE name = ?");
+        query.bind(1, name);
+        return query.executeStep() ? QString::fromStdString(query.getColumn(0).getString()) : otherwise;
+    });
+}
+
+void SettingsTable::setValue(const char *name, const QString &value) {
+    _database.transact([name, &value](SQLite::Database &connection) {
+        SQLite::Statement update(connection, "INSERT INTO settings (name, value) VALUES (?, ?) "
+                                             "ON CONFLICT (name) DO UPDATE SET value = excluded.value");
+        update.bind(1, name);
+        update.bind(2, value.toStdString());
+        update.exec();
+    });
+}
+
+} // namespace murvo::service

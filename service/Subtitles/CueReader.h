@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "Subtitles/Cues.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace murvo::service {
+
+enum class CueProblem {
+    None,
+    PictureSubtitle, ///< drawn lines (VobSub), which hold no text
+    UnknownFormat,   ///< nothing that looks like a subtitle format
+    NoCues           ///< the format is known, but not one line could be read
+};
+
+struct CueReading {
+    QList<Cue> cues;
+    CueProblem problem = CueProblem::None;
+};
+
+/// Frames a second as a fraction; 0 when not known.
+struct FrameRate {
+    int numerator = 0;
+    int denominator = 1;
+};
+
+/// True for the beginnings of VobSub's .sub and .idx.
+[[nodiscard]] bool isPictureSubtitle(const QByteArray &fileBytes);
+
+/// Reads a subtitle file (SubRip, MicroDVD, SubViewer, MPL2, WebVTT, ASS/SSA) in any encoding from its bytes.
+/// The format is told by the content; filmRate is for files that count in frames and do not say how fast.
+/// Takes any bytes. Any thread; reads no disk and no network.
+[[nodiscard]] CueReading readCues(const QByteArray &fileBytes, FrameRate filmRate);
+
+} // namespace murvo::service

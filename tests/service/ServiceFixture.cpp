@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/ServiceFixture.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QUrl>
+
+namespace murvo::service::test {
+
+namespace {
+
+Reply replyOf(const httplib::Result &result) {
+    if (!result)
+        return {};
+    return {result->status, QByteArray::fromStdString(result->body), result->headers};
+}
+
+} // namespace
+
+QJsonObject Reply::json() const {
+    return QJsonDocument::fromJson(body).object();
+}
+
+QString Reply::errorCode() const {
+    return json().value(QLatin1String("error")).toObject().value(QLatin1String("code")).toString();
+}
+
+ServiceFixture::ServiceFixture() {
+    restart();
+}
+
+void ServiceFixture::restart() {
+    service.reset();
+    QString error;
+    service = EmbeddedService::start(dataFolder.path(), error);
+    if (!service)
+        throw std::runtime_error(error.toStdString());
+}
+
+int ServiceFixture::port() const {
+    return QUrl(service->baseUrl()).port();
+}
+
+std::string ServiceFixture::tokenPath() const {
+    return QUrl(service->baseUrl()).path().toStdString();
+}
+
+httplib::Client ServiceFixture::client() const {
+    httplib::Client client("127.0.0.1", port());
+    client.set_read_timeout(10);
+    return client;
+}
+
+Reply ServiceFixture::get(const QString &path) {
+    return replyOf(client().Get(tokenPath() + path.toStdString()));
+}
+
+Reply ServiceFixture::post(const QString &path, const QByteArray &body, const QByteArray &contentType) {
+    return replyOf(
+        client().Post(tokenPath() + path.toStdString(), body.toStdString(), contentType.toStdString()));
+}
+
+Reply ServiceFixture::put(const QString &path, const QJsonObject &body) {
+    return replyOf(client().Put(tokenPath() + path.toStdString(), QJsonDocument(body).toJson().toStdString(),
+                                "text/plain;charset=UTF-8"));
+}
+
+QString ServiceFixture::writeFile(const QString &name, const QByteArray &content) {
+    QFile file(films.filePath(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        throw std::runtime_error("cannot write " + name.toStdString());
+    return file.fileName();
+}
+
+Reply ServiceFixture::lookUp(const QString &filmPath, quint64 hash, quint64 size) {
+    service->filmIdentified(filmPath, hash, size);
+    const QString body =
+        QStringLiteral("fileSize=%1&movieHash=%2&fileName=%3&targetLanguageCode=eng&nativeLanguageCode=fra")
+            .arg(size)
+            .arg(hash, 0, 16)
+            .arg(filmPath.section(u'/', -1));
+    return post(QStringLiteral("Api/MovieFile/GetSubtitlesToDownload"), body.toUtf8(),
+                "application/x-www-form-urlencoded");
+}
+
+QByteArray ServiceFixture::uploadBody(const QByteArray &boundary,
+                                      const QList<QPair<int, QByteArray>> &parts) {
+    QByteArray body = "--" + boundary + "\r\n";
+    for (qsizetype i = 0; i < parts.size(); ++i) {
+        body += "Content-Disposition: form-data; name=\"" + QByteArray::number(parts[i].first) +
+                "\"; filename=\"My \"best\" film.srt\"\r\n\r\n" + parts[i].second;
+        if (i + 1 < parts.size())
+            body += "\r\n--" + boundary + "\r\n";
+    }
+    return body + "\r\n--" + boundary + "--\r\n";
+}
+
+Reply ServiceFixture::upload(const QList<QPair<int, QByteArray>> &parts) {
+    const QByteArray boundary(64, 'b');
+    return post(QStringLiteral("Api/Subtitles/UploadGzippedFiles"), uploadBody(boundary, parts),
+                "multipart/form-data; boundary=" + boundary);
+}
+
+Reply ServiceFixture::fetchAndUpload(const Reply &lookup) {
+    QList<QPair<int, QByteArray>> parts;
+    for (const QJsonValue &value : lookup.json().value(QLatin1String("subsToDownload")).toArray()) {
+        const QJsonObject offer = value.toObject();
+        if (!offer.value(QLatin1String("mustBeDownloaded")).toBool())
+            continue;
+        const QString url = offer.value(QLatin1String("downloadUrl")).toString();
+        EXPECT_TRUE(url.startsWith(service->baseUrl()));
+        const Reply file = get(url.mid(service->baseUrl().size()));
+        EXPECT_EQ(file.status, 200);
+        parts.append({offer.value(QLatin1String("subtitleId")).toInt(), file.body});
+    }
+    return upload(parts);
+}
+
+QByteArray srt(const QByteArray &text) {
+    return "1\n00:00:01,000 --> 00:00:02,500\n" + text + "\n\n2\n00:00:03,000 --> 00:00:04,000\nAnd on.\n";
+}
+
+} // namespace murvo::service::test

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "service/EmbeddedService.h"
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QList>
+#include <QPair>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <httplib.h>
+
+#include <memory>
+
+namespace murvo::service::test {
+
+struct Reply {
+    int status = 0; ///< 0: no reply at all
+    QByteArray body;
+    httplib::Headers headers;
+
+    [[nodiscard]] QJsonObject json() const;
+    [[nodiscard]] QString errorCode() const;
+};
+
+/// A started service with a store and a folder of films of its own, and a client that knows the token.
+class ServiceFixture : public testing::Test {
+  protected:
+    ServiceFixture();
+
+    void restart();
+
+    [[nodiscard]] Reply get(const QString &path);
+    [[nodiscard]] Reply post(const QString &path, const QByteArray &body, const QByteArray &contentType);
+    [[nodiscard]] Reply put(const QString &path, const QJsonObject &body);
+
+    /// A client for requests that are wrong on purpose, and the path of the token: "/TOKEN/".
+    [[nodiscard]] httplib::Client client() const;
+    [[nodiscard]] std::string tokenPath() const;
+    [[nodiscard]] int port() const;
+
+    QString writeFile(const QString &name, const QByteArray &content);
+
+    /// Announces the film and looks it up, as the player does.
+    [[nodiscard]] Reply lookUp(const QString &filmPath, quint64 hash = 0xabc, quint64 size = 1000);
+
+    /// Fetches everything that the lookup marks and uploads it; returns the upload's reply.
+    Reply fetchAndUpload(const Reply &lookup);
+
+    /// The player's upload body, byte for byte.
+    [[nodiscard]] static QByteArray uploadBody(const QByteArray &boundary,
+                                               const QList<QPair<int, QByteArray>> &parts);
+
+    [[nodiscard]] Reply upload(const QList<QPair<int, QByteArray>> &parts);
+
+    QTemporaryDir dataFolder;
+    QTemporaryDir films;
+    std::unique_ptr<EmbeddedService> service;
+};
+
+[[nodiscard]] QByteArray srt(const QByteArray &text);
+
+} // namespace murvo::service::test

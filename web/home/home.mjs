@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The home page: shows which language is the learner's, lets it be changed, and tells the player that it is ready.
+
+import { ServiceApi } from '../shared/api.mjs';
+import { PlayerBridge, hiddenFrameNavigation } from '../shared/bridge.mjs';
+import { LanguagePicker } from './languagepicker.mjs';
+
+const { $ } = globalThis;
+const api = ServiceApi.ofPage(document);
+const bridge = new PlayerBridge(hiddenFrameNavigation(document), $(window));
+const trouble = document.getElementById('trouble');
+const picker = new LanguagePicker(document, async (code) => {
+  try {
+    await api.changeSettings({ nativeLanguage: code });
+    trouble.textContent = '';
+  } catch (error) {
+    trouble.textContent = error.message;
+  }
+});
+
+async function showSettings() {
+  try {
+    const { nativeLanguage } = await api.settings();
+    picker.select(nativeLanguage);
+  } catch (error) {
+    trouble.textContent = error.message;
+  }
+}
+
+async function start() {
+  try {
+    picker.offer(await api.languages());
+  } catch (error) {
+    trouble.textContent = error.message;
+  }
+  await showSettings();
+  // Not before: the player reads the language from this page as soon as a film comes in.
+  bridge.execute('EnableDraggableHomeScreen');
+}
+
+$(window).on('refreshLevel', showSettings);
+start();

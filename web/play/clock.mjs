@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Where the film is now, between the player's reports. Times of the film in milliseconds; "now" is always a
+// monotonic clock's reading in milliseconds, given by the caller: nothing here reads a clock.
+
+// A report comes every 250-280 ms; when none has come for this long, the film stands, whatever the page believes.
+const longestGapMs = 700;
+// Reports wander by some tens of milliseconds; further off than this, the film has been moved.
+const jumpMs = 300;
+// While paused, a late report of the time just before the pause must not move the lines.
+const pausedJumpMs = 400;
+const samplesKept = 5;
+// After a seek, reports of the old place still arrive; a new place that never does is believed after this time.
+const longestSeekMs = 1500;
+const seekSlackMs = 300;
+
+export class PlaybackClock {
+  #running = true;
+  #speed = 1;
+  #samples = []; // { position, at }: the latest reports since the last jump
+  #standing = null; // the position while nothing runs; null before the first report
+  #latest = null; // what was last told while running: the film never runs backwards between jumps
+  #seek = null; // { target, at } until a report from there
+
+  /** The player says that the film is at position. */
+  report(position, now) {
+    if (this.#seek && !this.#endsSeek(position, now)) return;
+    if (!this.#running) {
+      const known = this.#standing;
+      if (known === null || this.#seek || Math.abs(position - known) > pausedJumpMs) this.#standing = position;
+      this.#seek = null;
+      return;
+    }
+    const jumped =
+      this.#seek !== null || this.#samples.length === 0 || Math.abs(position - this.#estimate(now)) > jumpMs;
+    this.#seek = null;
+    if (jumped) this.#startFrom(position, now);
+    else this.#samples = [...this.#samples, { position, at: now }].slice(-samplesKept);
+  }
+
+  /** The page has told the player to play (true) or pause. */
+  setRunning(running, now) {
+    if (running === this.#running) return;
+    this.#standing = this.position(now);
+    this.#running = running;
+    this.#samples = [];
+    this.#latest = null;
+    if (running && this.#standing !== null && !this.#seek) this.#startFrom(this.#standing, now);
+  }
+
+  setSpeed(speed, now) {
+    const position = this.position(now);
+    this.#speed = speed;
+    if (this.#running && position !== null && !this.#seek) this.#startFrom(position, now);
+  }
+
+  /** The page has told the player to go to position: it counts at once, and reports of the old place do not. */
+  seek(position, now) {
+    this.#seek = { target: position, at: now };
+    this.#standing = position;
+    this.#samples = [];
+    this.#latest = null;
+  }
+
+  /** Null before the first report. */
+  position(now) {
+    if (!this.#running || this.#seek || this.#samples.length === 0) return this.#standing;
+    const estimate = this.#estimate(now);
+    this.#latest = this.#latest === null ? estimate : Math.max(this.#latest, estimate);
+    return this.#latest;
+  }
+
+  /** True while the position moves by itself, so that a moment in the future can be computed. */
+  moves(now) {
+    return this.#running && !this.#seek && this.#samples.length > 0 && this.#sinceReport(now) < longestGapMs;
+  }
+
+  /** True when the film should run but has stopped telling where it is. */
+  stalled(now) {
+    return this.#running && this.#samples.length > 0 && this.#sinceReport(now) >= longestGapMs;
+  }
+
+  get running() {
+    return this.#running;
+  }
+
+  get speed() {
+    return this.#speed;
+  }
+
+  #startFrom(position, now) {
+    this.#samples = [{ position, at: now }];
+    this.#standing = position;
+    this.#latest = null;
+  }
+
+  #sinceReport(now) {
+    return now - this.#samples[this.#samples.length - 1].at;
+  }
+
+  // Each report says where the film would be now; the middle one is not fooled by one that came late.
+  #estimate(now) {
+    const until = Math.min(now, this.#samples[this.#samples.length - 1].at + longestGapMs);
+    const told = this.#samples.map(({ position, at }) => position + (until - at) * this.#speed);
+    told.sort((a, b) => a - b);
+    const middle = told.length >> 1;
+    return told.length % 2 ? told[middle] : (told[middle - 1] + told[middle]) / 2;
+  }
+
+  #endsSeek(position, now) {
+    const { target, at } = this.#seek;
+    const elapsed = now - at;
+    if (elapsed > longestSeekMs) return true;
+    return position >= target - seekSlackMs && position <= target + elapsed * this.#speed + seekSlackMs;
+  }
+}

@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The film as the page knows it: what it has told the player, what the player has told it. The player never says
+// whether it plays; the page's own commands are all there is. No element is touched here.
+
+import { PlaybackClock } from './clock.mjs';
+import { LineSteps, secondsBefore } from './linesteps.mjs';
+
+const stepSeconds = 5;
+const volumeStepPercent = 5;
+const loudestPercent = 200;
+const slowest = 0.5;
+const fastest = 2;
+const speedStep = 0.1;
+// A report comes four times a second: the last one of a film is this far before its end, at most.
+const endZoneMs = 600;
+
+const clamp = (value, least, most) => Math.min(most, Math.max(least, value));
+
+export class Film {
+  clock = new PlaybackClock();
+  durationMs = null;
+  volumePercent = 100;
+  muted = false;
+  audioTrackId = null;
+  #bridge;
+  #now;
+  #steps = null;
+  #changed;
+
+  /** bridge: a PlayerBridge; now(): a monotonic clock in ms; changed(): called after every change. */
+  constructor(bridge, now, changed) {
+    this.#bridge = bridge;
+    this.#now = now;
+    this.#changed = changed;
+  }
+
+  get positionMs() {
+    return this.clock.position(this.#now());
+  }
+
+  get playing() {
+    return this.clock.running;
+  }
+
+  get speed() {
+    return this.clock.speed;
+  }
+
+  get canStepLines() {
+    return this.#steps !== null;
+  }
+
+  /** The film has stopped by itself close to its end. */
+  get ended() {
+    if (this.durationMs === null || !this.clock.stalled(this.#now())) return false;
+    return this.positionMs >= this.durationMs - endZoneMs * Math.max(1, this.speed);
+  }
+
+  /** index: of the track that lines are stepped by, or null. */
+  stepBy(index) {
+    this.#steps = index && index.cues.length > 0 ? new LineSteps(index) : null;
+    this.#changed();
+  }
+
+  reported(positionMs) {
+    this.clock.report(positionMs, this.#now());
+    this.#changed();
+  }
+
+  togglePlay() {
+    if (this.ended) this.playAgain();
+    else this.setPlaying(!this.playing);
+  }
+
+  setPlaying(playing) {
+    this.clock.setRunning(playing, this.#now());
+    this.#bridge.execute(playing ? 'Play' : 'Pause');
+    this.#changed();
+  }
+
+  playAgain() {
+    this.seekToSecond(0);
+    this.setPlaying(true);
+  }
+
+  home() {
+    this.#bridge.execute('Stop');
+  }
+
+  /** The player seeks to whole seconds only. */
+  seekToSecond(second) {
+    const last = this.durationMs === null ? Infinity : Math.max(0, Math.floor(this.durationMs / 1000) - 1);
+    const position = clamp(Math.floor(second), 0, last);
+    this.clock.seek(position * 1000, this.#now());
+    this.#bridge.execute('SeekTo', { position });
+    this.#changed();
+  }
+
+  seekBy(direction) {
+    if (this.positionMs !== null) this.seekToSecond(Math.round(this.positionMs / 1000) + direction * stepSeconds);
+  }
+
+  stepLine(step) {
+    const cue = this.positionMs === null ? null : this.#steps?.jump(step, this.positionMs);
+    if (cue) this.seekToSecond(secondsBefore(cue.startMs));
+  }
+
+  setVolume(percent) {
+    this.volumePercent = clamp(Math.round(percent), 0, loudestPercent);
+    this.muted = false; // the player's command unmutes, too
+    this.#bridge.execute('SetVolume', { volume: this.volumePercent });
+    this.#changed();
+  }
+
+  changeVolume(direction) {
+    this.setVolume(this.volumePercent + direction * volumeStepPercent);
+  }
+
+  toggleMute() {
+    this.muted = !this.muted;
+    this.#bridge.execute('SetMuted', { muted: this.muted });
+    this.#changed();
+  }
+
+  setSpeed(speed) {
+    const rounded = clamp(Math.round(speed * 10) / 10, slowest, fastest);
+    this.clock.setSpeed(rounded, this.#now());
+    this.#bridge.execute('SetPlaybackSpeed', { speed: rounded });
+    this.#changed();
+  }
+
+  changeSpeed(direction) {
+    this.setSpeed(this.speed + direction * speedStep);
+  }
+
+  setAudioTrack(trackId) {
+    this.audioTrackId = trackId;
+    this.#bridge.execute('SetAudioTrack', { track: trackId });
+    this.#changed();
+  }
+}

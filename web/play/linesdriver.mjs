@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Shows each line at its time: sleeps until the next line begins or ends, and draws only then.
+
+const shortestSleepMs = 1;
+
+export class LinesDriver {
+  #film;
+  #tracks = []; // { index, view }
+  #timer = null;
+  #now;
+
+  constructor(film, now) {
+    this.#film = film;
+    this.#now = now;
+  }
+
+  setTracks(tracks) {
+    this.#tracks = tracks;
+    this.update();
+  }
+
+  /** To be called whenever the film's time may have changed otherwise than by running on. */
+  update() {
+    clearTimeout(this.#timer);
+    this.#timer = null;
+    const position = this.#film.positionMs;
+    if (position === null) return;
+    let next = Infinity;
+    for (const { index, view } of this.#tracks) {
+      view.show(index.at(position));
+      next = Math.min(next, index.nextChange(position));
+    }
+    if (next < Infinity && this.#film.clock.moves(this.#now())) {
+      const sleep = Math.max(shortestSleepMs, (next - position) / this.#film.speed);
+      this.#timer = setTimeout(() => this.update(), sleep);
+    }
+  }
+}

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+/** What to tell the learner about the film's subtitles; empty when all is well. */
+export function noticeOf({ fileName, learned, native, unusable }) {
+  if (learned && native) return '';
+  const bad = unusable.find((track) => track.error);
+  if (bad) return `${bad.fileName}: ${bad.error.message}`;
+  if (learned || native) return '';
+  const dot = fileName.lastIndexOf('.');
+  const base = dot > 0 ? fileName.slice(0, dot) : fileName || 'FILM';
+  return `No subtitles were found beside this film. Put ${base}.en.srt next to it and open it again.`;
+}

@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The player page: brings its parts together and connects them to the player's events.
+
+import { ServiceApi } from '../shared/api.mjs';
+import { PlayerBridge, hiddenFrameNavigation } from '../shared/bridge.mjs';
+import { AudioMenu } from './audiomenu.mjs';
+import { Controls } from './controls.mjs';
+import { CueIndex } from './cueindex.mjs';
+import { Film } from './film.mjs';
+import { actionOfKey } from './keys.mjs';
+import { LinesDriver } from './linesdriver.mjs';
+import { LinesView } from './linesview.mjs';
+import { noticeOf } from './notice.mjs';
+import { PictureClick } from './pictureclick.mjs';
+import { PointerRest } from './rest.mjs';
+import { SavedVolume } from './savedvolume.mjs';
+
+const { $ } = globalThis;
+const now = () => performance.now();
+const endWatchMs = 300;
+const noticeMs = 9000;
+const longestWaitForFilmMs = 120_000;
+
+const videoId = new URLSearchParams(location.search).get('videoId');
+const api = ServiceApi.ofPage(document);
+const bridge = new PlayerBridge(hiddenFrameNavigation(document), $(window));
+const element = (id) => document.getElementById(id);
+
+const film = new Film(bridge, now, () => show());
+const driver = new LinesDriver(film, now);
+const volume = new SavedVolume(film, api);
+const audioMenu = new AudioMenu(document, (trackId) => film.setAudioTrack(trackId));
+
+const actions = {
+  togglePlay: () => film.togglePlay(),
+  previousLine: () => film.stepLine(-1),
+  nextLine: () => film.stepLine(1),
+  replayLine: () => film.stepLine(0),
+  back: () => film.seekBy(-1),
+  forward: () => film.seekBy(1),
+  louder: () => film.changeVolume(1),
+  softer: () => film.changeVolume(-1),
+  toggleMute: () => film.toggleMute(),
+  slower: () => film.changeSpeed(-1),
+  faster: () => film.changeSpeed(1),
+  normalSpeed: () => film.setSpeed(1),
+  audioMenu: () => audioMenu.toggle(),
+  playAgain: () => film.playAgain(),
+  home: () => film.home(),
+};
+
+const controls = new Controls(document, film, actions);
+const rest = new PointerRest(document.body, () => film.playing && !film.ended && !controls.busy && !audioMenu.open);
+const pictureClick = new PictureClick(() => film.togglePlay(), now);
+
+function show() {
+  driver.update();
+  volume.update();
+  element('end').hidden = !film.ended;
+  // Behind a bar that nobody sees nothing needs to be drawn.
+  if (!document.body.classList.contains('resting') || !film.playing) controls.show();
+}
+
+function showTrack(track, view) {
+  if (!track) return null;
+  view.reserve(track.languageTag);
+  return { index: new CueIndex(track.cues), view };
+}
+
+async function loadLines() {
+  let notice;
+  try {
+    const lines = await api.filmLines(videoId);
+    const learned = showTrack(lines.learned, new LinesView(element('learned')));
+    const native = showTrack(lines.native, new LinesView(element('native')));
+    driver.setTracks([learned, native].filter(Boolean));
+    film.stepBy((learned ?? native)?.index ?? null);
+    notice = noticeOf(lines);
+  } catch (error) {
+    notice = `No lines: ${error.message}`;
+  }
+  element('notice').textContent = notice;
+  setTimeout(() => { element('notice').textContent = ''; }, noticeMs);
+}
+
+async function loadAudioTracks() {
+  try {
+    audioMenu.offer(await api.audioTracks(videoId));
+  } catch (error) {
+    console.warn(error.message); // without the menu, the film's own choice plays
+  }
+}
+
+async function askPlayer() {
+  bridge.request('IsFullscreen').then((on) => controls.fullScreen(on === true));
+  bridge.request('Volume', longestWaitForFilmMs).then(() => volume.playerReady());
+  film.durationMs = (await bridge.request('Duration', longestWaitForFilmMs)) ?? null;
+  show();
+}
+
+function keyPressed(event) {
+  const action = actionOfKey(event);
+  if (action === null) return;
+  // Space and the arrows keep their meaning in what the keyboard has gone to.
+  const focused = document.activeElement;
+  if (action === 'togglePlay' && focused?.matches('button')) return;
+  if (focused?.matches('input[type="range"]') && event.key.startsWith('Arrow')) return;
+  event.preventDefault();
+  actions[action]();
+}
+
+$(window)
+  .on('timeUpdate', (_, positionMs) => film.reported(positionMs))
+  .on('nativeApp:enteredFullscreen', () => { pictureClick.screenChanged(); controls.fullScreen(true); })
+  .on('nativeApp:leftFullscreen', () => { pictureClick.screenChanged(); controls.fullScreen(false); });
+document.addEventListener('keydown', keyPressed);
+element('picture').addEventListener('click', (event) => { if (!event.ctrlKey) pictureClick.clicked(); });
+document.body.addEventListener('pointermove', () => controls.show());
+setInterval(() => { if (film.ended !== !element('end').hidden) { rest.wake(); show(); } }, endWatchMs);
+
+show();
+askPlayer();
+loadLines();
+loadAudioTracks();
+volume.load();
