@@ -14,7 +14,9 @@ layer_count=0
 clip() {
     local name=$1 label=$2 before=${3:-} after=${4:-}
     graph_inputs+=(-i "$art/$name.svg")
-    graph+="[$((${#graph_inputs[@]} / 2 - 1)):v]${before:+$before,}scale=out_color_matrix=bt709,format=yuva444p,"
+    # The decoder's colours are multiplied by their opacity, the filters expect them plain.
+    graph+="[$((${#graph_inputs[@]} / 2 - 1)):v]format=gbrap,unpremultiply=inplace=1,${before:+$before,}"
+    graph+="scale=out_color_matrix=bt709,format=yuva444p,"
     graph+="loop=loop=-1:size=1,setpts=N/($frame_rate*TB)${after:+,$after}[$label];"
 }
 
@@ -35,7 +37,8 @@ background() {
     graph_inputs=()
     graph=""
     layer_count=0
-    clip "$1" ground
+    clip "$1" sheet
+    graph+="[sheet]format=yuv444p[ground];"
     top=ground
 }
 
@@ -92,7 +95,7 @@ scene_dawn() {
     drift dawn-wave-near 76 "600+7*sin(0.9*t)"
     gull "-100+150*t" "240-14*t+20*sin(t)" 0.72
     gull "-320+150*t" "300-14*t+16*sin(1.2*t)" 0.6 64
-    local alpha="if(lt(t,0.6),0,if(lt(t,1.4),(t-0.6)/0.8,if(lt(t,3.4),1,max(0,(4.2-t)/0.8))))"
+    local alpha="clip((t-0.4)/0.7,0,1)*clip((4.4-t)/0.8,0,1)"
     graph+="[$top]drawtext=text='A Walk by the Sea':font='DejaVu Serif':fontsize=68:fontcolor=0xfff6e0:"
     graph+="shadowcolor=0x40304f@0.6:shadowx=2:shadowy=3:x=(w-text_w)/2:y=130:alpha='$alpha'[titled];"
     top=titled
@@ -115,15 +118,15 @@ scene_beach() {
 boat_with_fisherman() {
     clip boat hull
     clip grandfather man
-    clip grandfather-arm arm "" "rotate=a='0.35+0.4*sin(5*t)':c=none"
-    graph+="[hull][arm]overlay=x=236:y=128:format=yuv444[armed];"
-    graph+="[armed][man]overlay=x=258:y=112:format=yuv444,rotate=a='0.05*sin(1.4*t)':c=none[fisherman];"
+    clip grandfather-arm arm "" "rotate=a='0.75+0.35*sin(5*t)':c=none"
+    graph+="[hull][man]overlay=x=258:y=112:format=yuv444[manned];"
+    graph+="[manned][arm]overlay=x=275:y=137:format=yuv444,rotate=a='0.05*sin(1.4*t)':c=none[fisherman];"
 }
 
 scene_boat() {
     background day-sky
     drift clouds-day 12 30
-    layer lighthouse 860 40
+    layer lighthouse 880 30 "scale=357:-1"
     gull "60*t" "120+24*sin(0.9*t)" 0.8 60
     drift day-wave-far 24 424
     drift day-wave-mid 50 "470+6*sin(1.1*t)"
@@ -148,7 +151,7 @@ scene_cafe() {
     layer houses -180 20
     rain rain-far 900
     layer cafe 0 0
-    layer tom-body 300 330 "scale=196:336,crop=196:232:0:0"
+    layer tom-body 300 344 "scale=196:336,crop=196:217:0:0"
     layer plate 730 498
     layer cup 520 420
     layer steam "560+6*sin(0.9*t)" "200-8*sin(0.7*t)"
@@ -163,8 +166,8 @@ scene_night() {
     layer shooting-star "820-420*(t-3.2)" "60+86*(t-3.2)" "" "" "enable='between(t,3.2,4)'"
     layer moon 860 30
     layer town-night 640 200 "scale=1152:234"
-    layer beam -209 -340 "" "rotate=a='PI+0.12+0.22*sin(0.9*t)':c=none"
-    layer lighthouse-night 60 60
+    layer beam -244 -385 "scale=500:500" "rotate=a='PI+0.12+0.22*sin(0.9*t)':c=none,scale=1000:1000:flags=fast_bilinear"
+    layer lighthouse-night 60 30 "scale=357:-1"
     drift night-wave-far 16 424
     layer moonlight "860+6*sin(1.1*t)" "434+3*sin(1.9*t)"
     layer boat "1120-34*t" "330+4*sin(1.5*t)" "format=rgba,colorchannelmixer=rr=0.42:gg=0.46:bb=0.66,scale=190:-1"

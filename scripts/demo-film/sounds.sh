@@ -55,9 +55,9 @@ ambience() {
     printf "[waves][outside][inside]amix=inputs=3:normalize=0,atrim=duration=%s[ambience];" "$duration_s"
 }
 
-# mix_sound LANGUAGE TAG DURATION_S: makes LANGUAGE.mka of the spoken lines, each placed at its cue.
+# mix_sound LANGUAGE DURATION_S: makes LANGUAGE.mka of the spoken lines, each placed at its cue.
 mix_sound() {
-    local language=$1 duration_s=$3 i sound labels=""
+    local language=$1 duration_s=$2 i sound labels=""
     local -a inputs=()
     sound=$(ambience "$duration_s")
     for i in "${!line_starts_s[@]}"; do
@@ -69,8 +69,8 @@ mix_sound() {
     local music=pad_music
     [[ $language == en ]] || music=bell_music
     sound+="${labels}amix=inputs=${#line_starts_s[@]}:normalize=0:duration=longest,apad,atrim=duration=$duration_s,"
-    sound+="highpass=f=90,lowpass=f=9000,acompressor=threshold=-20dB:ratio=2.5:attack=8:release=120,volume=3dB[voice];"
-    sound+="$($music),aresample=$sample_rate_hz,aecho=0.8:0.5:90|170:0.3|0.2,atrim=duration=$duration_s[music];"
+    sound+="highpass=f=90,lowpass=f=9000,acompressor=threshold=-20dB:ratio=2.5:attack=8:release=120,volume=8dB[voice];"
+    sound+="$($music),aresample=$sample_rate_hz,aecho=0.8:0.5:90|170:0.3|0.2,atrim=duration=${duration_s}[music];"
     sound+="[voice][ambience][music]amix=inputs=3:normalize=0,afade=t=in:d=1,"
     sound+="afade=t=out:st=$(awk -v d="$duration_s" 'BEGIN { print d - 1.5 }'):d=1.5,alimiter=limit=0.9:level=0,"
     sound+="aformat=channel_layouts=stereo[mix]"
