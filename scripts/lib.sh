@@ -61,7 +61,8 @@ thin_out_progress() {
     local line count=0
     while IFS= read -r line || [[ -n $line ]]; do
         if [[ $line =~ ^\[[0-9]+/[0-9]+\] ]]; then
-            ((++count % 50 == 0)) || continue
+            ((++count != 1)) || printf 'Building ...\n'
+            ((count % 50 == 0)) || continue
         fi
         printf '%s\n' "$line"
     done
