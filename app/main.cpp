@@ -135,7 +135,9 @@ int main(int argc, char **argv) {
     QApplication::setApplicationName(QStringLiteral("Murvo"));
     QApplication::setDesktopFileName(QStringLiteral("murvo"));
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication application(argc, argv);
+    // The web engine takes arguments for switches of its own: it gets none of the user's.
+    int ownArguments = 1;
+    QApplication application(ownArguments, argv);
     const int status = runApplication(application, invocation.film);
     qCInfo(logApp, "Ended in order");
     return status;

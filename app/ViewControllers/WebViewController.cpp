@@ -77,6 +77,9 @@ WebViewController::~WebViewController() {
 }
 
 void WebViewController::makeView(QWebEngineProfile &profile) {
+    // Emptying the cache here would stall the load that follows, now and then for good. To keep none has the
+    // same effect: what the view shows comes from the network.
+    profile.setHttpCacheType(_useCache ? QWebEngineProfile::MemoryHttpCache : QWebEngineProfile::NoCache);
     _view = new MDragReceiverWebView;
     auto *page = new Page(&profile, _view, [this](const QUrl &url, bool isMainFrame) {
         const bool isAccepted = !_policy || _policy(url);
@@ -92,8 +95,6 @@ void WebViewController::makeView(QWebEngineProfile &profile) {
         if (isLoaded)
             Q_EMIT progressFinished();
     });
-    if (!_useCache)
-        profile.clearHttpCache();
 }
 
 MDragReceiverWebView *WebViewController::view() const {
