@@ -46,6 +46,7 @@ bool hasSoundDevice() {
 
 std::vector<const char *> instanceArguments() {
     std::vector<const char *> arguments = {
+        "--verbose=-1",             // FFmpeg inside the library writes to stderr past the log otherwise
         "--no-video-title-show",    // no file name over the picture
         "--no-sub-autodetect-file", // the page draws the subtitles
         "--no-interact",            // no questions of its own
@@ -54,7 +55,7 @@ std::vector<const char *> instanceArguments() {
     };
     // Without the vendor's own driver the search for a VDPAU decoder ends in a message on stderr.
     if (!QFile::exists(QStringLiteral("/proc/driver/nvidia/version")))
-        arguments.push_back("--avcodec-hw=vaapi");
+        arguments.push_back("--avcodec-hw=vaapi,none");
     // A sound output that finds no device prints thousands of lines.
     if (!hasSoundServer() && !hasSoundDevice())
         arguments.push_back("--aout=dummy");

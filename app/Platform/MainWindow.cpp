@@ -84,7 +84,6 @@ void MainWindow::setShouldClose(std::function<bool()> shouldClose) {
 
 void MainWindow::resizeEvent(QResizeEvent *event) {
     QMainWindow::resizeEvent(event);
-    applyAspectHint();
     Q_EMIT didResize();
 }
 
@@ -117,6 +116,12 @@ void MainWindow::changeEvent(QEvent *event) {
 
 void MainWindow::closeEvent(QCloseEvent *event) {
     event->setAccepted(!_shouldClose || _shouldClose());
+}
+
+bool MainWindow::nativeEvent(const QByteArray &, void *message, qintptr *) {
+    if (windowHandle() && isSizeHintsChange(*windowHandle(), message))
+        applyAspectHint(); // Qt has written the hints, without the aspect
+    return false;
 }
 
 } // namespace murvo

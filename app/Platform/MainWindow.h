@@ -50,6 +50,7 @@ class MainWindow : public QMainWindow {
     void moveEvent(QMoveEvent *event) override;
     void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    bool nativeEvent(const QByteArray &eventType, void *message, qintptr *result) override;
 
   private:
     [[nodiscard]] int menuBarHeight() const;

@@ -46,4 +46,16 @@ void setContentAspectHint(const QWindow &window, const QSize &aspect, const QSiz
     xcb_flush(x11->connection());
 }
 
+bool isSizeHintsChange(const QWindow &window, const void *nativeEvent) {
+    if (!qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
+        return false;
+    constexpr uint8_t sentFlag = 0x80;
+    const auto *event = static_cast<const xcb_generic_event_t *>(nativeEvent);
+    if ((event->response_type & ~sentFlag) != XCB_PROPERTY_NOTIFY)
+        return false;
+    const auto *change = reinterpret_cast<const xcb_property_notify_event_t *>(event);
+    return change->atom == XCB_ATOM_WM_NORMAL_HINTS &&
+           change->window == static_cast<xcb_window_t>(window.winId());
+}
+
 } // namespace murvo

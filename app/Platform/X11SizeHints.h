@@ -8,8 +8,11 @@ namespace murvo {
 
 /// Asks the window manager to keep the shape of the window's content while the user resizes it. The part of
 /// the window that is not content (its menu bar) is base, and stays as it is. An empty aspect lifts the wish.
-/// Qt has no call for it and writes the same hints itself now and then: ask again after each resize.
+/// Qt has no call for it and writes the same hints itself now and then: ask again when they have changed.
 /// Does nothing on platforms other than X11.
 void setContentAspectHint(const QWindow &window, const QSize &aspect, const QSize &base);
+
+/// Whether the native event, as QWidget::nativeEvent gets it, says that the window's hints have changed.
+[[nodiscard]] bool isSizeHintsChange(const QWindow &window, const void *nativeEvent);
 
 } // namespace murvo
