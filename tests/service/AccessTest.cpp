@@ -128,10 +128,11 @@ TEST_F(AccessTest, BodiesAreBounded) {
     const std::string path = tokenPath() + "Api/Subtitles/UploadGzippedFiles";
     const std::string head = "POST " + path + " HTTP/1.1\r\nHost: " + host() +
                              "\r\nConnection: close\r\nContent-Type: multipart/form-data; boundary=b\r\n";
-    EXPECT_THAT(raw(head + "Content-Length: 999999999\r\n\r\n"), testing::HasSubstr(" 413 "));
     EXPECT_THAT(raw(head + "Transfer-Encoding: chunked\r\n\r\n"), testing::HasSubstr(" 415 "));
     EXPECT_THAT(raw(head + "Content-Encoding: gzip\r\nContent-Length: 0\r\n\r\n"),
                 testing::HasSubstr(" 415 "));
+    const QString upload = QStringLiteral("Api/Subtitles/UploadGzippedFiles");
+    EXPECT_EQ(post(upload, QByteArray(65 * 1024 * 1024, 'x'), "multipart/form-data; boundary=b").status, 413);
     const Reply form = post(QStringLiteral("Api/MovieFile/GetSubtitlesToDownload"), QByteArray(9000, 'x'),
                             "application/x-www-form-urlencoded");
     EXPECT_EQ(form.status, 413);
@@ -160,7 +161,7 @@ TEST_F(AccessTest, AnswersManyClientsAtOnceAndStopsQuickly) {
             httplib::Client own = client();
             own.set_keep_alive(true);
             int good = 0;
-            for (int n = 0; n < 20; ++n) {
+            for (int n = 0; n < 10; ++n) {
                 const auto looked = own.Post(tokenPath() + "Api/MovieFile/GetSubtitlesToDownload",
                                              "fileSize=1000&movieHash=abc&fileName=Film.mkv",
                                              "application/x-www-form-urlencoded");
@@ -172,7 +173,7 @@ TEST_F(AccessTest, AnswersManyClientsAtOnceAndStopsQuickly) {
         }));
     }
     for (auto &each : clients)
-        EXPECT_EQ(each.get(), 20);
+        EXPECT_EQ(each.get(), 10);
     httplib::Client idle = client();
     idle.set_keep_alive(true);
     ASSERT_TRUE(idle.Get(tokenPath() + "Api/Settings"));
