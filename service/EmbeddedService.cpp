@@ -19,6 +19,10 @@
 #include <QDir>
 #include <QFile>
 
+extern "C" {
+#include <libavutil/log.h>
+}
+
 namespace murvo::service {
 
 namespace {
@@ -56,6 +60,8 @@ std::unique_ptr<EmbeddedService> EmbeddedService::start(const QString &dataFolde
         error = QStringLiteral("The folder %1 for your data cannot be made or written to.").arg(dataFolder);
         return nullptr;
     }
+    // Damaged films and subtitles are answered as such; the library's own words on them help nobody.
+    av_log_set_level(AV_LOG_QUIET);
     const QString databasePath = QDir(dataFolder).filePath(QStringLiteral("murvo.sqlite"));
     try {
         auto impl = std::make_unique<Impl>(databasePath);

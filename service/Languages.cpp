@@ -20,7 +20,7 @@ const QList<Language> &knownLanguages() {
         {L("heb"), L("heb"), L("he"), u"עברית", L("Hebrew"), true},
         {L("hin"), L("hin"), L("hi"), u"हिन्दी", L("Hindi"), true},
         {L("hun"), L("hun"), L("hu"), u"Magyar", L("Hungarian"), true},
-        {L("ind"), L("ind"), L("id"), u"Bahasa Indonesia", L("Indonesian"), true},
+        {L("ind"), L("ind"), L("id"), u"Indonesia", L("Indonesian"), true},
         {L("ita"), L("ita"), L("it"), u"Italiano", L("Italian"), true},
         {L("jpn"), L("jpn"), L("ja"), u"日本語", L("Japanese"), true},
         {L("kor"), L("kor"), L("ko"), u"한국어", L("Korean"), true},

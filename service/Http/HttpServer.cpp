@@ -8,6 +8,7 @@
 #include <httplib.h>
 
 #include <algorithm>
+#include <atomic>
 #include <thread>
 
 namespace murvo::service {
@@ -90,6 +91,7 @@ struct HttpServer::Impl {
         : router(usedRouter) {}
 
     void configure();
+    void listen() noexcept;
     [[nodiscard]] std::optional<Response> refuse(const httplib::Request &request) const;
     void answer(const httplib::Request &from, httplib::Response &to) const;
 
@@ -97,6 +99,7 @@ struct HttpServer::Impl {
     httplib::Server server;
     std::unique_ptr<Access> access;
     std::thread listener;
+    std::atomic<bool> listenerEnded{false};
 };
 
 void HttpServer::Impl::configure() {
@@ -128,6 +131,16 @@ void HttpServer::Impl::configure() {
     const auto handler = [this](const httplib::Request &from, httplib::Response &to) { answer(from, to); };
     const std::string anything = "/.*";
     server.Get(anything, handler).Post(anything, handler).Put(anything, handler);
+}
+
+void HttpServer::Impl::listen() noexcept {
+    try {
+        if (!server.listen_after_bind())
+            qCWarning(serviceLog) << "The service has stopped listening";
+    } catch (const std::exception &error) {
+        qCWarning(serviceLog) << "The service cannot listen:" << error.what(); // no threads to be had
+    }
+    listenerEnded = true;
 }
 
 std::optional<Response> HttpServer::Impl::refuse(const httplib::Request &request) const {
@@ -168,14 +181,15 @@ std::unique_ptr<HttpServer> HttpServer::start(const Router &router) {
     impl->configure();
     // The socket is bound and accepts from here on; a client that is quicker than the thread waits in its
     // queue.
-    httplib::Server *server = &impl->server;
-    impl->listener = std::thread([server] {
-        if (!server->listen_after_bind())
-            qCWarning(serviceLog) << "The service has stopped listening";
-    });
-    while (!server->is_running())
-        std::this_thread::yield(); // stopping before it runs would be forgotten
-    return std::unique_ptr<HttpServer>(new HttpServer(std::move(impl)));
+    Impl *running = impl.get();
+    impl->listener = std::thread([running] { running->listen(); });
+    std::unique_ptr<HttpServer> started(new HttpServer(std::move(impl)));
+    while (!running->server.is_running()) { // stopping before it runs would be forgotten
+        if (running->listenerEnded)
+            return nullptr;
+        std::this_thread::yield();
+    }
+    return started;
 }
 
 HttpServer::HttpServer(std::unique_ptr<Impl> impl)

@@ -3,6 +3,8 @@
 
 #include <QJsonDocument>
 
+#include <algorithm>
+
 namespace murvo::service {
 
 namespace {
@@ -18,9 +20,11 @@ QByteArray jsonType() {
 } // namespace
 
 qint32 Request::positiveId(const QString &name) const {
+    const QString text = parameters.value(name);
+    const bool digits = std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
     bool ok = false;
-    const qint32 id = parameters.value(name).toInt(&ok);
-    if (!ok || id <= 0)
+    const qint32 id = text.toInt(&ok);
+    if (!ok || !digits || id <= 0)
         throw RouteError(400, QStringLiteral("badParameter"),
                          QStringLiteral("The parameter \"%1\" must be a whole number above 0.").arg(name));
     return id;

@@ -7,20 +7,34 @@ namespace {
 
 constexpr qsizetype longestBoundary = 200;
 
-// The value of name="..." or name=... in a header line. A quotation mark inside the value is not escaped by
-// the player: the value ends at the last quotation mark that a ";" or the line's end follows.
+// Where a quoted value that begins behind start ends. The player escapes nothing: a quotation mark within the
+// value is told from its end by what follows, which is another parameter or the end of the line.
+qsizetype quotedEnd(const QByteArray &line, qsizetype start) {
+    for (qsizetype at = line.indexOf('"', start); at >= 0; at = line.indexOf('"', at + 1)) {
+        const QByteArray after = line.mid(at + 1).trimmed();
+        if (after.isEmpty() || after.startsWith(';'))
+            return at;
+    }
+    return line.size();
+}
+
+// The first value of that name in a header line "type; name=value; name="value"".
 QByteArray parameter(const QByteArray &line, const QByteArray &name) {
-    qsizetype at = line.toLower().indexOf(name + '=');
-    while (at > 0 && line[at - 1] != ' ' && line[at - 1] != ';' && line[at - 1] != '\t')
-        at = line.toLower().indexOf(name + '=', at + 1); // "filename=" also ends in "name="
-    if (at < 0)
-        return {};
-    const QByteArray rest = line.mid(at + name.size() + 1);
-    if (!rest.startsWith('"'))
-        return rest.left(rest.indexOf(';') < 0 ? rest.size() : rest.indexOf(';')).trimmed();
-    const qsizetype nextParameter = rest.indexOf("\";", 1);
-    const qsizetype end = nextParameter > 0 ? nextParameter : rest.lastIndexOf('"');
-    return end > 0 ? rest.mid(1, end - 1) : rest.mid(1);
+    qsizetype at = line.indexOf(';');
+    while (at >= 0) {
+        const qsizetype equals = line.indexOf('=', at);
+        if (equals < 0)
+            break;
+        const QByteArray key = line.mid(at + 1, equals - at - 1).trimmed().toLower();
+        const bool quoted = line.mid(equals + 1, 1) == "\"";
+        const qsizetype start = quoted ? equals + 2 : equals + 1;
+        const qsizetype plainEnd = line.indexOf(';', start);
+        const qsizetype end = quoted ? quotedEnd(line, start) : plainEnd < 0 ? line.size() : plainEnd;
+        if (key == name)
+            return quoted ? line.mid(start, end - start) : line.mid(start, end - start).trimmed();
+        at = line.indexOf(';', end);
+    }
+    return {};
 }
 
 // Headers and content of one part; nothing when its headers were cut.

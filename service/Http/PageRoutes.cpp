@@ -26,8 +26,9 @@ void addFile(Router &router, const QString &path, const QString &resource) {
         qCWarning(serviceLog) << "A page's file is missing from the program:" << resource;
         return;
     }
-    const Response response{200, contentTypeOf(resource), file.readAll()};
-    router.add("GET", path, [response](const Request &) { return response; });
+    router.add("GET", path, [type = contentTypeOf(resource), bytes = file.readAll()](const Request &) {
+        return Response{200, type, bytes};
+    });
 }
 
 } // namespace

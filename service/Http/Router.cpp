@@ -5,8 +5,8 @@
 
 namespace murvo::service {
 
-void Router::add(const QByteArray &method, const QString &path, Handler handler) {
-    _routes[path].insert(method, std::move(handler));
+void Router::add(const QByteArray &method, const QString &path, const Handler &handler) {
+    _routes[path].insert(method, handler);
 }
 
 Response Router::answer(const Request &request) const noexcept {

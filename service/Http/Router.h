@@ -18,7 +18,7 @@ class Router {
   public:
     using Handler = std::function<Response(const Request &)>;
 
-    void add(const QByteArray &method, const QString &path, Handler handler);
+    void add(const QByteArray &method, const QString &path, const Handler &handler);
 
     [[nodiscard]] Response answer(const Request &request) const noexcept;
 

@@ -10,12 +10,14 @@ void FilmPaths::announce(const QString &path, quint64 movieHash, quint64 sizeByt
 
 QString FilmPaths::find(quint64 movieHash, quint64 sizeBytes, const QString &fileName) const {
     const std::lock_guard lock(_mutex);
-    const QString path = _paths.value({movieHash, sizeBytes});
+    QString path = _paths.value({movieHash, sizeBytes});
     const bool hashed = movieHash != 0 || sizeBytes != 0;
     if (hashed || path.isEmpty())
         return path;
     const QString name = path.section(u'/', -1);
-    return !fileName.isEmpty() && name.startsWith(fileName) ? path : QString();
+    if (fileName.isEmpty() || !name.startsWith(fileName))
+        path.clear();
+    return path;
 }
 
 } // namespace murvo::service

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Sources/Sidecars.h"
 
+#include "Subtitles/CueReader.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -18,6 +20,8 @@ namespace {
 // The longest films' subtitles are below 1 MB; a VobSub picture file, which cannot be used, is several.
 constexpr qint64 largestSidecarBytes = 8LL * 1024 * 1024;
 constexpr int mostSidecars = 64;
+// What is read of a larger file, only to tell whether it holds pictures.
+constexpr qint64 signatureBytes = 32;
 
 class FileDescriptor {
   public:
@@ -47,10 +51,11 @@ std::optional<QByteArray> readRegularFile(const QString &canonicalFolder, const 
     const FileDescriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status {};
     if (file.get() < 0 || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
-        status.st_size > largestSidecarBytes || !liesIn(file.get(), canonicalFolder))
+        !liesIn(file.get(), canonicalFolder))
         return std::nullopt;
 
-    QByteArray content(static_cast<qsizetype>(status.st_size), Qt::Uninitialized);
+    const bool tooLarge = status.st_size > largestSidecarBytes;
+    QByteArray content(static_cast<qsizetype>(tooLarge ? signatureBytes : status.st_size), Qt::Uninitialized);
     qsizetype filled = 0;
     while (filled < content.size()) {
         const ssize_t got =
@@ -60,6 +65,8 @@ std::optional<QByteArray> readRegularFile(const QString &canonicalFolder, const 
         filled += static_cast<qsizetype>(got);
     }
     content.truncate(filled);
+    if (tooLarge && !isPictureSubtitle(content))
+        return std::nullopt;
     return content;
 }
 

@@ -20,7 +20,8 @@ struct Sidecar {
 
 /// The subtitle files beside the film at that path, by name; none when the path is empty or names no file.
 /// Only regular files that really lie in the film's folder (a link that leads elsewhere is passed over), not
-/// larger than a subtitle can be. Any thread; reads the disk.
+/// larger than a subtitle can be; of a picture subtitle, which is, only the beginning. Any thread; reads the
+/// disk.
 [[nodiscard]] QList<Sidecar> findSidecars(const QString &filmPath);
 
 /// The bytes of one of them, under the same rules; none when the name is not that of a sidecar of this film.

@@ -21,6 +21,11 @@ QString FilmKey::identity() const {
 }
 
 Film FilmTable::findOrAdd(const FilmKey &key) {
+    // Most lookups tell nothing new, and a write waits for the disk.
+    const auto known = findByIdentity(key.identity());
+    if (known && (key.name.isEmpty() || key.name == known->name) &&
+        (key.path.isEmpty() || key.path == known->path))
+        return *known;
     return _database.transact([&key](SQLite::Database &connection) {
         // A lookup without a path or a name keeps what an earlier one told.
         SQLite::Statement add(connection,
@@ -44,6 +49,16 @@ std::optional<Film> FilmTable::find(qint32 filmId) {
     return _database.run([filmId](SQLite::Database &connection) -> std::optional<Film> {
         SQLite::Statement query(connection, "SELECT id, name, path FROM films WHERE id = ?");
         query.bind(1, filmId);
+        if (!query.executeStep())
+            return std::nullopt;
+        return filmOfRow(query);
+    });
+}
+
+std::optional<Film> FilmTable::findByIdentity(const QString &identity) {
+    return _database.run([&identity](SQLite::Database &connection) -> std::optional<Film> {
+        SQLite::Statement query(connection, "SELECT id, name, path FROM films WHERE identity = ?");
+        query.bind(1, identity.toStdString());
         if (!query.executeStep())
             return std::nullopt;
         return filmOfRow(query);

@@ -38,6 +38,8 @@ class FilmTable {
     [[nodiscard]] std::optional<Film> find(qint32 filmId);
 
   private:
+    [[nodiscard]] std::optional<Film> findByIdentity(const QString &identity);
+
     Database &_database;
 };
 

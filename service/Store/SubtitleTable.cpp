@@ -28,6 +28,12 @@ Subtitle subtitleOfRow(SQLite::Statement &row) {
 } // namespace
 
 Subtitle SubtitleTable::findOrAdd(qint32 filmId, const Subtitle &described) {
+    // Most lookups tell nothing new, and a write waits for the disk.
+    for (const Subtitle &known : ofFilm(filmId)) {
+        if (known.fileName == described.fileName && known.language == described.language &&
+            known.forced == described.forced && known.hearingImpaired == described.hearingImpaired)
+            return known;
+    }
     return _database.transact([filmId, &described](SQLite::Database &connection) {
         SQLite::Statement add(
             connection, std::string("INSERT INTO subtitles "

@@ -16,7 +16,7 @@ namespace murvo::service {
 namespace {
 
 constexpr auto replacement = "\xEF\xBF\xBD";
-constexpr qsizetype mostBytesToGuessFrom = 256 * 1024;
+constexpr qsizetype mostBytesToGuessFrom = 262'144;
 
 struct Utf8Survey {
     qsizetype goodSequences = 0; ///< of more than one byte
@@ -105,7 +105,7 @@ QByteArray encodingByText(const QByteArray &bytes) {
     if (uchardet_handle_data(detector.get(), telling.constData(), static_cast<size_t>(telling.size())) != 0)
         return "WINDOWS-1252";
     uchardet_data_end(detector.get());
-    const QByteArray guess = QByteArray(uchardet_get_charset(detector.get())).toUpper();
+    QByteArray guess = QByteArray(uchardet_get_charset(detector.get())).toUpper();
     if (guess.isEmpty() || guess == "ASCII" || guess == "ISO-8859-1")
         return "WINDOWS-1252";
     if (guess == "GB2312" || guess == "GBK")
@@ -131,7 +131,7 @@ class Converter {
         QByteArray result;
         char *in = bytes.data();
         size_t inLeft = static_cast<size_t>(bytes.size());
-        std::array<char, 16 * 1024> buffer{};
+        std::array<char, 16'384> buffer{};
         while (inLeft > 0) {
             char *out = buffer.data();
             size_t outLeft = buffer.size();

@@ -20,7 +20,7 @@ namespace murvo::service {
 namespace {
 
 constexpr qsizetype mostCues = 50'000;
-constexpr qsizetype bytesToTellFormatFrom = 16 * 1024;
+constexpr qsizetype bytesToTellFormatFrom = 16'384;
 constexpr int ioBufferBytes = 32 * 1024;
 
 struct InputCloser {

@@ -32,7 +32,7 @@ std::optional<QByteArray> gunzip(const QByteArray &bytes, qsizetype mostBytes) {
     const std::unique_ptr<z_stream, InflateEnd> end(&stream);
 
     QByteArray unpacked;
-    std::array<Bytef, 16 * 1024> buffer{};
+    std::array<Bytef, 16'384> buffer{};
     for (;;) {
         stream.next_out = buffer.data();
         stream.avail_out = static_cast<uInt>(buffer.size());

@@ -14,6 +14,12 @@
 #include <httplib.h>
 
 #include <memory>
+#include <ostream>
+
+/// Lets a failed expectation show text as text.
+inline void PrintTo(const QString &text, std::ostream *out) {
+    *out << '"' << text.toStdString() << '"';
+}
 
 namespace murvo::service::test {
 

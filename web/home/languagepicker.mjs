@@ -72,11 +72,16 @@ export class LanguagePicker {
     input.value = code;
     const flag = this.#document.createElement('span');
     flag.className = flagClass(code);
+    const names = this.#document.createElement('span');
+    names.className = 'names';
     const name = this.#document.createElement('span');
     name.textContent = nativeName;
     name.lang = languageTag;
-    label.title = englishName;
-    label.append(input, flag, name);
+    // Also for a machine without the letters of the language's own name.
+    const english = this.#document.createElement('small');
+    english.textContent = englishName;
+    names.append(name, english);
+    label.append(input, flag, names);
     return label;
   }
 }

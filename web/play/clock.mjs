@@ -31,8 +31,9 @@ export class PlaybackClock {
       this.#seek = null;
       return;
     }
-    const jumped =
-      this.#seek !== null || this.#samples.length === 0 || Math.abs(position - this.#estimate(now)) > jumpMs;
+    // After a stall the reports from before it say nothing of now.
+    const anew = this.#seek !== null || this.#samples.length === 0 || this.stalled(now);
+    const jumped = anew || Math.abs(position - this.#estimate(now)) > jumpMs;
     this.#seek = null;
     if (jumped) this.#startFrom(position, now);
     else this.#samples = [...this.#samples, { position, at: now }].slice(-samplesKept);

@@ -2,7 +2,7 @@
 
 // Which key means what. Escape is missing on purpose: the player keeps it.
 
-const actions = {
+const actions = new Map(Object.entries({
   ' ': 'togglePlay',
   a: 'previousLine',
   d: 'nextLine',
@@ -15,7 +15,7 @@ const actions = {
   '[': 'slower',
   ']': 'faster',
   backspace: 'normalSpeed',
-};
+}));
 
 /**
  * The action of a key press, or null. Letters count by what they write, and by their place where the keyboard
@@ -26,5 +26,5 @@ export function actionOfKey({ key, code = '', ctrlKey, altKey, metaKey }) {
   const written = key.toLowerCase();
   const placed = /^Key[A-Z]$/.test(code) && !/^[a-z]$/.test(written) ? code.slice(3).toLowerCase() : '';
   const bracket = { BracketLeft: '[', BracketRight: ']' }[code] ?? '';
-  return actions[written] ?? actions[placed] ?? actions[bracket] ?? null;
+  return actions.get(written) ?? actions.get(placed) ?? actions.get(bracket) ?? null;
 }

@@ -95,7 +95,7 @@ async function loadAudioTracks() {
 async function askPlayer() {
   bridge.request('IsFullscreen').then((on) => controls.fullScreen(on === true));
   bridge.request('Volume', longestWaitForFilmMs).then(() => volume.playerReady());
-  film.durationMs = (await bridge.request('Duration', longestWaitForFilmMs)) ?? null;
+  film.durationMs = (await bridge.request('Duration', longestWaitForFilmMs)) || null;
   show();
 }
 
@@ -115,7 +115,13 @@ $(window)
   .on('nativeApp:enteredFullscreen', () => { pictureClick.screenChanged(); controls.fullScreen(true); })
   .on('nativeApp:leftFullscreen', () => { pictureClick.screenChanged(); controls.fullScreen(false); });
 document.addEventListener('keydown', keyPressed);
-element('picture').addEventListener('click', (event) => { if (!event.ctrlKey) pictureClick.clicked(); });
+document.addEventListener('contextmenu', (event) => event.preventDefault());
+let pressClosesMenu = false;
+element('picture').addEventListener('pointerdown', () => { pressClosesMenu = audioMenu.open; });
+element('picture').addEventListener('click', (event) => {
+  if (!event.ctrlKey && !pressClosesMenu) pictureClick.clicked();
+});
+element('picture').addEventListener('wheel', (event) => film.changeVolume(event.deltaY < 0 ? 1 : -1));
 document.body.addEventListener('pointermove', () => controls.show());
 setInterval(() => { if (film.ended !== !element('end').hidden) { rest.wake(); show(); } }, endWatchMs);
 

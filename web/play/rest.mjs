@@ -14,7 +14,7 @@ export class PointerRest {
     this.#body = body;
     this.#mayHide = mayHide;
     for (const name of ['pointermove', 'pointerdown', 'focusin', 'keydown']) {
-      body.addEventListener(name, () => this.wake());
+      body.ownerDocument.addEventListener(name, () => this.wake());
     }
     body.addEventListener('pointerleave', () => this.#rest());
     this.wake();

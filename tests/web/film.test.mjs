@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import assert from 'node:assert/strict';
+import { beforeEach, test } from 'node:test';
+
+import { CueIndex } from '../../web/play/cueindex.mjs';
+import { Film } from '../../web/play/film.mjs';
+import { actionOfKey } from '../../web/play/keys.mjs';
+import { PictureClick } from '../../web/play/pictureclick.mjs';
+import { timeText } from '../../web/play/timetext.mjs';
+import { FakeTimers } from './faketimers.mjs';
+
+let clock;
+let commands;
+let film;
+
+function runTo(time) {
+  for (; clock < time; clock += 250) film.reported(clock);
+}
+
+beforeEach(() => {
+  clock = 0;
+  commands = [];
+  film = new Film(
+    { execute: (name, args) => commands.push(args ? `${name} ${Object.values(args)}` : name) },
+    () => clock,
+    () => {},
+  );
+  film.durationMs = 60_400;
+});
+
+test('a film starts playing, and the page\'s own commands are what changes that', () => {
+  assert.equal(film.playing, true);
+  film.togglePlay();
+  film.togglePlay();
+  assert.deepEqual(commands, ['Pause', 'Play']);
+});
+
+test('seeks stay whole seconds inside the film', () => {
+  runTo(2000);
+  film.seekBy(-1);
+  film.seekToSecond(30.9);
+  film.seekToSecond(9999);
+  assert.deepEqual(commands, ['SeekTo 0', 'SeekTo 30', 'SeekTo 59']);
+});
+
+test('line steps never seek past the beginning of the line', () => {
+  film.stepBy(new CueIndex([{ startMs: 5999, endMs: 8000, lines: ['x'] }]));
+  runTo(1000);
+  film.stepLine(1);
+  assert.deepEqual(commands, ['SeekTo 5']);
+});
+
+test('speed moves in tenths between half and double', () => {
+  film.changeSpeed(-1);
+  for (let i = 0; i < 20; i += 1) film.changeSpeed(-1);
+  film.setSpeed(1);
+  for (let i = 0; i < 20; i += 1) film.changeSpeed(1);
+  assert.equal(commands[0], 'SetPlaybackSpeed 0.9');
+  assert.ok(commands.includes('SetPlaybackSpeed 0.5'));
+  assert.equal(commands.at(-1), 'SetPlaybackSpeed 2');
+});
+
+test('volume stays between 0 and 200, and turning it unmutes', () => {
+  film.toggleMute();
+  film.changeVolume(1);
+  assert.equal(film.muted, false);
+  film.setVolume(999);
+  film.setVolume(-3);
+  assert.deepEqual(commands, ['SetMuted true', 'SetVolume 105', 'SetVolume 200', 'SetVolume 0']);
+});
+
+test('the film is over when reports stop close to its end, not before', () => {
+  runTo(60_250);
+  assert.equal(film.ended, false);
+  clock += 1000;
+  assert.equal(film.ended, true);
+  film.togglePlay();
+  assert.deepEqual(commands, ['SeekTo 0', 'Play']);
+  assert.equal(film.ended, false);
+});
+
+test('a film that stalls in its middle or is paused at its end is not over', () => {
+  runTo(30_000);
+  clock += 5000;
+  assert.equal(film.ended, false);
+  clock = 59_000;
+  runTo(60_250);
+  film.setPlaying(false);
+  clock += 5000;
+  assert.equal(film.ended, false);
+});
+
+test('keys mean what they say, whatever the keyboard writes, and never with a modifier', () => {
+  const key = (name, more = {}) => actionOfKey({ key: name, ...more });
+  assert.equal(key(' '), 'togglePlay');
+  assert.equal(key('A'), 'previousLine');
+  assert.equal(key('ф', { code: 'KeyA' }), 'previousLine');
+  assert.equal(key('q', { code: 'KeyA' }), null); // a French keyboard's q is not an a
+  assert.equal(key('ü', { code: 'BracketLeft' }), 'slower');
+  assert.equal(key('ArrowLeft'), 'back');
+  assert.equal(key('Backspace'), 'normalSpeed');
+  assert.equal(key('a', { ctrlKey: true }), null);
+  assert.equal(key('Escape'), null);
+  assert.equal(key('constructor'), null);
+});
+
+test('a click waits for a double-click, and one that led to full screen is taken back', (context) => {
+  const timers = new FakeTimers(context);
+  let toggles = 0;
+  const click = new PictureClick(() => { toggles += 1; }, () => timers.now);
+  click.clicked();
+  timers.pass(260);
+  assert.equal(toggles, 1);
+  timers.pass(2000);
+  click.clicked();
+  timers.pass(100);
+  click.screenChanged(); // the quick double-click: nothing has happened yet
+  timers.pass(1000);
+  assert.equal(toggles, 1);
+  click.clicked();
+  timers.pass(350);
+  click.screenChanged(); // the slow one: it had
+  assert.equal(toggles, 3);
+  timers.pass(2000);
+  click.screenChanged();
+  assert.equal(toggles, 3);
+});
+
+test('times read as on a clock', () => {
+  assert.deepEqual([0, 59_999, 60_000, 3_661_000, -5].map(timeText), ['0:00', '0:59', '1:00', '1:01:01', '0:00']);
+});

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import assert from 'node:assert/strict';
+import { existsSync, readFileSync } from 'node:fs';
+import { test } from 'node:test';
+
+import { flagClass } from '../../web/home/flagclass.mjs';
+import { audioTrackName } from '../../web/play/audiomenu.mjs';
+import { noticeOf } from '../../web/play/notice.mjs';
+import { ServiceApi } from '../../web/shared/api.mjs';
+import { PlayerBridge, requestUrl } from '../../web/shared/bridge.mjs';
+import { FakeTimers } from './faketimers.mjs';
+
+const web = new URL('../../web/', import.meta.url);
+
+/** The two calls of jQuery's events that the bridge needs. */
+class Events {
+  #handlers = new Map();
+  one(name, handler) { this.#handlers.set(name, handler); }
+  off(name) { this.#handlers.delete(name); }
+  trigger(name, value) {
+    const handler = this.#handlers.get(name);
+    this.#handlers.delete(name);
+    handler?.({ type: name }, value);
+  }
+  get waiting() { return this.#handlers.size; }
+}
+
+test('commands and requests are written as the player reads them', () => {
+  assert.equal(requestUrl('Execute', 'Play'), 'app:///Execute/Play');
+  assert.equal(requestUrl('Execute', 'SeekTo', { position: 42 }), 'app:///Execute/SeekTo?position=42');
+});
+
+test('each reply reaches the request that it answers, also false and 0', async () => {
+  const events = new Events();
+  const urls = [];
+  const bridge = new PlayerBridge((url) => urls.push(url), events);
+  const full = bridge.request('IsFullscreen');
+  const volume = bridge.request('Volume');
+  const guids = urls.map((url) => new URL(url).searchParams.get('guid'));
+  assert.notEqual(guids[0], guids[1]);
+  events.trigger(`response:${guids[1]}`, 0);
+  events.trigger(`response:${guids[0]}`, false);
+  assert.equal(await full, false);
+  assert.equal(await volume, 0);
+});
+
+test('a request that nobody answers ends with nothing and leaves nothing behind', async (context) => {
+  const timers = new FakeTimers(context);
+  const events = new Events();
+  const reply = new PlayerBridge(() => {}, events).request('AudioInfo', 1000);
+  timers.pass(1000);
+  assert.equal(await reply, undefined);
+  assert.equal(events.waiting, 0);
+});
+
+test('the service\'s own sentence is what a failure says', async (context) => {
+  const api = new ServiceApi(new URL('http://127.0.0.1:1/t/Api/'));
+  const asked = [];
+  context.mock.method(globalThis, 'fetch', async (url) => {
+    asked.push(String(url));
+    return new Response('{"error":{"code":"unknownFilm","message":"No film has this number."}}', { status: 404 });
+  });
+  await assert.rejects(api.filmLines(7), /No film has this number/);
+  assert.deepEqual(asked, ['http://127.0.0.1:1/t/Api/MovieFile/Lines?videoId=7']);
+});
+
+test('stripping the flag\'s classes as the player does leaves the bare code', () => {
+  const stripped = flagClass('fra').replace('flag', '').replace('small', '').replace(' ', '').replace(' ', '');
+  assert.equal(stripped, 'fra');
+});
+
+test('every language on offer has its flag, as a file and in the style', () => {
+  const source = readFileSync(new URL('../service/Languages.cpp', web), 'utf8');
+  const offered = [...source.matchAll(/L\("(\w{3})"\), L\("\w{3}"\), L\("\w\w"\), u"[^"]+", L\("\w+"\), true\}/g)];
+  assert.ok(offered.length >= 16);
+  const style = readFileSync(new URL('shared/flags.css', web), 'utf8');
+  for (const [, code] of offered) {
+    assert.ok(existsSync(new URL(`shared/flags/${code}.svg`, web)), code);
+    assert.ok(style.includes(`.flag.${code} {`), code);
+  }
+});
+
+test('sound tracks have a name in any case', () => {
+  assert.equal(audioTrackName({ title: '', languageName: 'English' }, 1), 'English');
+  assert.equal(audioTrackName({ title: 'Commentary', languageName: 'English' }, 2), 'English (Commentary)');
+  assert.equal(audioTrackName({ title: 'English 5.1', languageName: 'English' }, 2), 'English 5.1');
+  assert.equal(audioTrackName({ title: '', languageName: '' }, 3), 'Track 3');
+});
+
+test('the learner is told why a line is missing', () => {
+  const track = { cues: [] };
+  const bad = { fileName: 'F.sub', error: { message: 'Pictures.' } };
+  assert.equal(noticeOf({ fileName: 'F.mkv', learned: track, native: track, unusable: [bad] }), '');
+  assert.equal(noticeOf({ fileName: 'F.mkv', learned: track, native: null, unusable: [] }), '');
+  assert.equal(noticeOf({ fileName: 'F.mkv', learned: track, native: null, unusable: [bad] }), 'F.sub: Pictures.');
+  assert.match(noticeOf({ fileName: 'F.mkv', learned: null, native: null, unusable: [] }), /F\.en\.srt/);
+});
