@@ -53,9 +53,6 @@ std::vector<const char *> instanceArguments() {
         "--no-lua",                 // no scripts that look things up online
         "--no-metadata-network-access",
     };
-    // Without the vendor's own driver the search for a VDPAU decoder ends in a message on stderr.
-    if (!QFile::exists(QStringLiteral("/proc/driver/nvidia/version")))
-        arguments.push_back("--avcodec-hw=vaapi,none");
     // A sound output that finds no device prints thousands of lines.
     if (!hasSoundServer() && !hasSoundDevice())
         arguments.push_back("--aout=dummy");

@@ -73,6 +73,10 @@ std::unique_ptr<VLCMedia> VLCMedia::fromHandle(libvlc_media_t *handle) {
         return nullptr;
     auto impl = std::make_unique<Impl>();
     impl->media.reset(handle);
+    // Without the vendor's own driver the search for a VDPAU decoder ends in a message on stderr and a
+    // picture that starts later. The library takes this option for a media only.
+    if (!QFile::exists(QStringLiteral("/proc/driver/nvidia/version")))
+        libvlc_media_add_option(handle, ":avcodec-hw=vaapi,none");
     return std::unique_ptr<VLCMedia>(new VLCMedia(std::move(impl)));
 }
 
