@@ -10,13 +10,13 @@ namespace murvo::service {
 /// The subtitle service inside the player's process: an HTTP server on the loopback interface with its store.
 ///
 /// It is the service's one public header; everything else is reached over HTTP below baseUrl(). It runs on
-/// threads of its own and calls nothing of the player; start, the calls below and the destructor belong to one
-/// thread (the player's main thread). The destructor waits for running requests, then closes the store.
+/// threads of its own and calls nothing of the player; start, the calls below and the destructor belong to
+/// one thread (the player's main thread). The destructor waits for running requests, then closes the store.
 class EmbeddedService {
   public:
     /// Opens (or makes) the store in dataFolder, an absolute path, and starts to listen on a free port.
-    /// The folder is made for the user alone (mode 0700). Returns null and puts one sentence for the user into
-    /// error when the store cannot be opened or no port can be had.
+    /// The folder is made for the user alone (mode 0700). Returns null and puts one sentence for the user
+    /// into error when the store cannot be opened or no port can be had.
     [[nodiscard]] static std::unique_ptr<EmbeddedService> start(const QString &dataFolder, QString &error);
 
     ~EmbeddedService();
@@ -27,9 +27,9 @@ class EmbeddedService {
     /// The token is new at each start and is what keeps other users and pages out.
     [[nodiscard]] QString baseUrl() const;
 
-    /// Tells where the film with this movie hash and size (bytes) lies on this machine, so that the lookup that
-    /// follows finds the subtitles beside it. Hash and size 0 stand for a film that could not be hashed; such a
-    /// film is told apart by its path. Never sent over HTTP: a remote service does without.
+    /// Tells where the film with this movie hash and size (bytes) lies on this machine, so that the lookup
+    /// that follows finds the subtitles beside it. Hash and size 0 stand for a film that could not be hashed;
+    /// such a film is told apart by its path. Never sent over HTTP: a remote service does without.
     void filmIdentified(const QString &path, quint64 movieHash, quint64 fileSize);
 
   private:

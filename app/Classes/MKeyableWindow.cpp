@@ -29,10 +29,12 @@ void MKeyableWindow::makeKeyWindow() {
     _page.view()->setFocus();
 }
 
-void MKeyableWindow::showEvent(QShowEvent *event) {
-    QWidget::showEvent(event);
-    // The window's own events pass here before Qt hands them to the widget under the pointer.
-    windowHandle()->installEventFilter(this);
+bool MKeyableWindow::event(QEvent *event) {
+    // The window's own events pass here before Qt hands them to the widget under the pointer. The web view
+    // makes Qt create the native window anew.
+    if ((event->type() == QEvent::Show || event->type() == QEvent::WinIdChange) && windowHandle())
+        windowHandle()->installEventFilter(this);
+    return QWidget::event(event);
 }
 
 bool MKeyableWindow::eventFilter(QObject *watched, QEvent *event) {

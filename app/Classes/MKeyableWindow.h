@@ -24,7 +24,7 @@ class MKeyableWindow : public QWidget {
     bool eventFilter(QObject *watched, QEvent *event) override;
 
   protected:
-    void showEvent(QShowEvent *event) override;
+    bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 

@@ -5,6 +5,7 @@
 #include "app/Media/VLCInstance.h"
 #include "app/Media/VLCVideoView.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <deque>
@@ -33,7 +34,7 @@ namespace {
 constexpr std::array observedEvents = {
     libvlc_MediaPlayerOpening,     libvlc_MediaPlayerBuffering,        libvlc_MediaPlayerPlaying,
     libvlc_MediaPlayerPaused,      libvlc_MediaPlayerStopped,          libvlc_MediaPlayerEndReached,
-    libvlc_MediaPlayerTimeChanged, libvlc_MediaPlayerEncounteredError,
+    libvlc_MediaPlayerTimeChanged, libvlc_MediaPlayerEncounteredError, libvlc_MediaPlayerAudioVolume,
 };
 
 /// The state that an event of libVLC stands for.
@@ -58,6 +59,7 @@ VLCMediaPlayerState stateOfEvent(int type) {
 
 // The library lists "no track" as one of the tracks, under this identifier.
 constexpr int noTrack = -1;
+constexpr int maximumVolume = 200;
 
 template<typename Visitor>
 void forEachAudioTrack(libvlc_media_player_t *player, Visitor visit) {
@@ -72,26 +74,32 @@ void forEachAudioTrack(libvlc_media_player_t *player, Visitor visit) {
 
 VLCMediaPlayer::VLCMediaPlayer(const VLCInstance &instance, const VLCVideoView *view, QObject *parent)
     : QObject(parent)
+    , _instance(instance)
+    , _view(view)
     , _impl(std::make_unique<Impl>()) {
     _impl->owner = this;
-    if (!instance.isUsable())
-        return;
-    _impl->player.reset(libvlc_media_player_new(instance.handle()));
+    openPlayer();
+}
+
+VLCMediaPlayer::~VLCMediaPlayer() {
+    if (_impl->player)
+        libvlc_media_player_stop(_impl->player.get());
+}
+
+void VLCMediaPlayer::openPlayer() {
+    _impl->subscriptions.clear();
+    _impl->player.reset(_instance.isUsable() ? libvlc_media_player_new(_instance.handle()) : nullptr);
     libvlc_media_player_t *player = _impl->player.get();
     if (!player)
         return;
-    if (view)
-        libvlc_media_player_set_xwindow(player, static_cast<uint32_t>(view->nativeWindow()));
+    if (_view)
+        libvlc_media_player_set_xwindow(player, static_cast<uint32_t>(_view->nativeWindow()));
     // Mouse and keys belong to the page that lies over the picture.
     libvlc_video_set_mouse_input(player, 0);
     libvlc_video_set_key_input(player, 0);
     libvlc_event_manager_t *manager = libvlc_media_player_event_manager(player);
     for (const auto type : observedEvents)
         _impl->subscriptions.emplace_back(manager, type, &Impl::onEvent, _impl.get());
-}
-
-VLCMediaPlayer::~VLCMediaPlayer() {
-    stop();
 }
 
 void VLCMediaPlayer::setMedia(std::unique_ptr<VLCMedia> media) {
@@ -108,14 +116,21 @@ VLCMedia *VLCMediaPlayer::media() const {
 void VLCMediaPlayer::play() {
     if (!_media || !_impl->player)
         return;
-    if (_state == VLCMediaPlayerStateEnded)
+    if (_hasEnded) {
         restartFrom({});
-    else
-        libvlc_media_player_play(_impl->player.get());
+        return;
+    }
+    _isStarted = true;
+    libvlc_media_player_play(_impl->player.get());
 }
 
 void VLCMediaPlayer::restartFrom(const VLCTime &time) {
-    stop();
+    // Giving the media again ends what is over but keeps the sound output with its volume, which a stop does
+    // not.
+    libvlc_media_player_set_media(_impl->player.get(), _media->handle());
+    ++_impl->generation;
+    _state = VLCMediaPlayerStateStopped;
+    _hasEnded = false;
     _timeToSeek = time;
     libvlc_media_player_play(_impl->player.get());
 }
@@ -126,8 +141,19 @@ void VLCMediaPlayer::pause() {
 }
 
 void VLCMediaPlayer::stop() {
-    if (_impl->player)
+    if (_impl->player && _isStarted) {
         libvlc_media_player_stop(_impl->player.get());
+        // A player that has been stopped has no sound output and takes no volume before it plays again; a new
+        // one does.
+        openPlayer();
+        if (_impl->player && _media)
+            libvlc_media_player_set_media(_impl->player.get(), _media->handle());
+        _isMuted = false;
+        applySound();
+    }
+    _isStarted = false;
+    _hasEnded = false;
+    _isSoundLost = false;
     ++_impl->generation;
     _state = VLCMediaPlayerStateStopped;
     _timeToSeek = {};
@@ -149,7 +175,7 @@ VLCTime VLCMediaPlayer::time() const {
 void VLCMediaPlayer::setTime(const VLCTime &time) {
     if (!_media || !_impl->player)
         return;
-    if (_state == VLCMediaPlayerStateEnded)
+    if (_hasEnded)
         restartFrom(time);
     else
         libvlc_media_player_set_time(_impl->player.get(), time.intValue());
@@ -160,13 +186,21 @@ int VLCMediaPlayer::volume() const {
 }
 
 void VLCMediaPlayer::setVolume(int volume) {
-    if (_impl->player)
-        libvlc_audio_set_volume(_impl->player.get(), qBound(0, volume, 200));
+    _volume = std::clamp(volume, 0, maximumVolume);
+    applySound();
 }
 
 void VLCMediaPlayer::setMute(bool isMuted) {
-    if (_impl->player)
-        libvlc_audio_set_mute(_impl->player.get(), isMuted ? 1 : 0);
+    _isMuted = isMuted;
+    applySound();
+}
+
+void VLCMediaPlayer::applySound() {
+    if (!_impl->player)
+        return;
+    if (_volume)
+        libvlc_audio_set_volume(_impl->player.get(), *_volume);
+    libvlc_audio_set_mute(_impl->player.get(), _isMuted ? 1 : 0);
 }
 
 float VLCMediaPlayer::rate() const {
@@ -200,8 +234,9 @@ int VLCMediaPlayer::currentAudioTrackIndex() const {
 }
 
 void VLCMediaPlayer::setCurrentAudioTrackIndex(int index) {
-    if (_impl->player)
-        libvlc_audio_set_track(_impl->player.get(), index);
+    if (!_impl->player || index == currentAudioTrackIndex())
+        return;
+    _isSoundLost = libvlc_audio_set_track(_impl->player.get(), index) == 0;
 }
 
 int VLCMediaPlayer::currentVideoSubTitleIndex() const {
@@ -220,7 +255,13 @@ void VLCMediaPlayer::receive(unsigned generation, int eventType) {
         Q_EMIT timeChanged();
         return;
     }
+    if (eventType == libvlc_MediaPlayerAudioVolume) {
+        if (std::exchange(_isSoundLost, false))
+            applySound();
+        return;
+    }
     _state = stateOfEvent(eventType);
+    _hasEnded = _hasEnded || _state == VLCMediaPlayerStateEnded;
     if (_state == VLCMediaPlayerStatePlaying && _timeToSeek.numberValue())
         libvlc_media_player_set_time(_impl->player.get(), std::exchange(_timeToSeek, {}).intValue());
     Q_EMIT stateChanged();

@@ -44,7 +44,8 @@ class VLCMediaPlayer : public QObject {
     /// Starts, or goes on after a pause, or starts anew after the end.
     void play();
     void pause();
-    /// Blocks until the media is closed. No change is reported for it afterwards.
+    /// Blocks until the media is closed. No change is reported for it afterwards; speed and mute are normal
+    /// again.
     void stop();
     [[nodiscard]] bool isPlaying() const;
     [[nodiscard]] VLCMediaPlayerState state() const;
@@ -55,6 +56,7 @@ class VLCMediaPlayer : public QObject {
 
     /// 0 to 200, 100 is the normal volume; -1 while there is no sound output.
     [[nodiscard]] int volume() const;
+    /// May be set before the media; holds until it is set again.
     void setVolume(int volume);
     void setMute(bool isMuted);
 
@@ -79,12 +81,21 @@ class VLCMediaPlayer : public QObject {
   private:
     struct Impl;
     void receive(unsigned generation, int eventType);
+    void openPlayer();
     void restartFrom(const VLCTime &time);
+    void applySound();
 
+    const VLCInstance &_instance;
+    const VLCVideoView *const _view;
     std::unique_ptr<VLCMedia> _media;
     std::unique_ptr<Impl> _impl; // after the media, so destroyed before it
     VLCMediaPlayerState _state = VLCMediaPlayerStateStopped;
-    VLCTime _timeToSeek; // where to go as soon as the restarted media plays
+    bool _isStarted = false;
+    bool _hasEnded = false;     // stays after the stop that the library reports next
+    std::optional<int> _volume; // as last set
+    bool _isMuted = false;
+    bool _isSoundLost = false; // the sound output is being made anew, without volume and mute
+    VLCTime _timeToSeek;       // where to go as soon as the restarted media plays
 };
 
 } // namespace murvo

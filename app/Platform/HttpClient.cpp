@@ -63,7 +63,8 @@ void HttpClient::abandonAll() {
     const QList<QNetworkReply *> running = std::exchange(_running, {});
     for (QNetworkReply *reply : running) {
         reply->disconnect(this);
-        reply->abort();
+        if (reply->error() == QNetworkReply::NoError) // one that has failed is about to finish by itself
+            reply->abort();
         reply->deleteLater();
     }
 }

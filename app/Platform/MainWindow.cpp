@@ -6,9 +6,19 @@
 #include <QCloseEvent>
 #include <QMenuBar>
 #include <QScreen>
+#include <QTimer>
 #include <QWindow>
 
+#include <chrono>
+
 namespace murvo {
+
+namespace {
+
+// What a window manager takes at the most to put the frame back after full screen.
+constexpr std::chrono::milliseconds frameReturnTime{200};
+
+} // namespace
 
 MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
@@ -40,6 +50,7 @@ void MainWindow::setContentSize(const QSizeF &size) {
     if (isMaximized())
         showNormal();
     resize(qRound(size.width()), qRound(size.height()) + menuBarHeight());
+    _sizeToTakeAgain = isVisible() && !hasFrame() ? size : QSizeF();
 }
 
 void MainWindow::setContentAspectRatio(const QSize &ratio) {
@@ -63,12 +74,34 @@ void MainWindow::applyAspectHint() const {
 }
 
 void MainWindow::center() {
+    moveToCenter();
+    // Without its frame, as when it has just left full screen, it comes to lie off by the title bar.
+    if (isVisible() && !hasFrame()) {
+        _isCenteredAgain = true;
+        QTimer::singleShot(frameReturnTime, this, &MainWindow::placeAgain);
+    }
+}
+
+void MainWindow::moveToCenter() {
     const QScreen *screen = this->screen();
     if (!screen)
         return;
-    QRect frame(QPoint(), size() + (frameGeometry().size() - geometry().size()));
+    QRect frame = frameGeometry();
     frame.moveCenter(screen->geometry().center());
     move(frame.topLeft());
+}
+
+bool MainWindow::hasFrame() const {
+    return frameGeometry().size() != geometry().size();
+}
+
+void MainWindow::placeAgain() {
+    if (isFullScreen())
+        return;
+    if (const QSizeF again = std::exchange(_sizeToTakeAgain, {}); again.isValid())
+        setContentSize(again);
+    if (std::exchange(_isCenteredAgain, false))
+        moveToCenter();
 }
 
 void MainWindow::toggleFullScreen() {

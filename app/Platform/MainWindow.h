@@ -54,10 +54,16 @@ class MainWindow : public QMainWindow {
 
   private:
     [[nodiscard]] int menuBarHeight() const;
+    [[nodiscard]] bool hasFrame() const;
+    void moveToCenter();
+    void placeAgain();
     void applyAspectHint() const;
 
     QWidget *_content;
-    QSizeF _sizeAfterFullScreen; // invalid when none was asked for
+    QSizeF _sizeAfterFullScreen; // content size to take on leaving it; invalid when none was asked for
+    // Asked for while the window manager had not put the frame back yet: done again once it has.
+    QSizeF _sizeToTakeAgain;
+    bool _isCenteredAgain = false;
     QSize _aspectRatio;
     bool _isAspectKept = false;
     std::function<bool()> _shouldClose;

@@ -38,8 +38,8 @@ QString filmWithTwoAudioTracks() {
                 words("-f lavfi -i testsrc2=s=640x360:r=25:d=20 -f lavfi -i sine=f=220:d=20 -f lavfi -i "
                       "sine=f=880:d=20 "
                       "-map 0 -map 1 -map 2 -c:v libx264 -preset ultrafast -g 25 -c:a aac "
-                      "-metadata:s:a:0 title=Low -metadata:s:a:0 language=eng "
-                      "-metadata:s:a:1 title=High -metadata:s:a:1 language=fra"));
+                      "-metadata:s:a:0 title=Low -metadata:s:a:0 language=und "
+                      "-metadata:s:a:1 title=High -metadata:s:a:1 language=und"));
 }
 
 QString shortFilm() {

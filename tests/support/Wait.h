@@ -1,23 +1,45 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QEventLoop>
 #include <QTest>
+#include <QTimer>
 
 #include <chrono>
 
 namespace murvo::test {
 
-/// Runs the event loop until the predicate holds; false when it does not within the limit.
+/// Runs the event loop until the predicate holds; false when it does not within the limit. The loop never
+/// sleeps, as QTest's does: the web engine lives in it and would crawl.
 template<typename Predicate>
 [[nodiscard]] bool waitUntil(Predicate predicate,
                              std::chrono::milliseconds limit = std::chrono::seconds(10)) {
-    return QTest::qWaitFor(predicate, static_cast<int>(limit.count()));
+    using namespace std::chrono_literals;
+    if (predicate())
+        return true;
+    QEventLoop loop;
+    bool isFulfilled = false;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
+        poll.stop(); // the predicate may run the event loop itself
+        isFulfilled = predicate();
+        if (isFulfilled)
+            loop.quit();
+        else
+            poll.start();
+    });
+    poll.start(5ms);
+    QTimer::singleShot(limit, &loop, &QEventLoop::quit);
+    loop.exec();
+    return isFulfilled || predicate();
 }
 
 /// Lets everything that is already under way in the event loop happen, for checks that nothing more comes.
 /// Waits the whole time.
 inline void letPass(std::chrono::milliseconds time) {
-    QTest::qWait(static_cast<int>(time.count()));
+    QEventLoop loop;
+    QTimer::singleShot(time, &loop, &QEventLoop::quit);
+    loop.exec();
 }
 
 } // namespace murvo::test

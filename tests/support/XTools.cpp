@@ -25,7 +25,7 @@ void xdotool(const QString &words) {
 }
 
 QString moveTo(const QPoint &position) {
-    return QStringLiteral("mousemove --sync %1 %2 ").arg(position.x()).arg(position.y());
+    return QStringLiteral("mousemove %1 %2 ").arg(position.x()).arg(position.y());
 }
 
 } // namespace

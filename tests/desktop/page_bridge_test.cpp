@@ -1,0 +1,233 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What pages command and ask for, sent by a real page and seen in the player, the windows and the sound.
+
+#include "app/Classes/MDragReceiverWebView.h"
+#include "app/Media/VLCMediaPlayer.h"
+#include "app/Platform/MainWindow.h"
+#include "app/ViewControllers/WebViewController.h"
+#include "support/LogCapture.h"
+#include "support/PlayerFixture.h"
+#include "support/SoundRecorder.h"
+#include "support/TestFilms.h"
+#include "support/Wait.h"
+
+#include <gmock/gmock.h>
+
+namespace murvo::test {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+namespace {
+
+MATCHER_P2(IsBetween, low, high, "") {
+    return arg >= low && arg <= high;
+}
+
+} // namespace
+
+class PageBridge : public PlayerFixture {
+  protected:
+    void command(const char *nameAndArguments) {
+        playerPageSends(QStringLiteral("app:///Execute/") + QString::fromLatin1(nameAndArguments));
+    }
+    void request(const char *nameAndArguments) {
+        playerPageSends(QStringLiteral("app:///Request/") + QString::fromLatin1(nameAndArguments));
+    }
+    /// Everything that was sent before has been handled once this returns.
+    void settle() {
+        request("IsFullscreen?guid=settle");
+        EXPECT_TRUE(waitUntil([this] { return !answersTo(QStringLiteral("settle")).isEmpty(); }));
+    }
+    [[nodiscard]] qint64 time() const { return delegate->player()->time().intValue(); }
+    [[nodiscard]] QSize contentSize() const { return delegate->window().contentView()->size(); }
+};
+
+TEST_F(PageBridge, PausesPlaysAndSeeks) {
+    ASSERT_NO_FATAL_FAILURE(startFilm(filmWithTwoAudioTracks()));
+    const VLCMediaPlayer &player = *delegate->player();
+    command("Pause");
+    ASSERT_TRUE(waitUntil([&] { return player.state() == VLCMediaPlayerStatePaused; }));
+    command("Pause");
+    settle();
+    EXPECT_FALSE(player.isPlaying()) << "a second pause does not start the film again";
+    command("SeekTo?position=8x");
+    command("Play");
+    ASSERT_TRUE(waitUntil([&] { return player.isPlaying() && time() >= 8000; }));
+    EXPECT_THAT(time(), IsBetween(8000, 9500));
+    command("SeekTo");
+    EXPECT_TRUE(waitUntil([&] { return time() < 2000; })) << "no position is the start";
+    command("Unknown?x=1");
+    command("");
+    settle();
+    EXPECT_TRUE(player.isPlaying());
+}
+
+TEST_F(PageBridge, SetsVolumeMuteSpeedAndAudioTrack) {
+    ASSERT_NO_FATAL_FAILURE(startFilm(filmWithTwoAudioTracks()));
+    const VLCMediaPlayer &player = *delegate->player();
+    SoundRecorder recorder;
+    EXPECT_TRUE(waitUntil([&] { return player.volume() == 200; })) << "a film starts at the maximum";
+    EXPECT_TRUE(waitUntil([&] { return recorder.amplitudeOf(220) > 0.05; })) << "the first track sounds";
+
+    command("SetAudioTrack?track=2");
+    EXPECT_TRUE(
+        waitUntil([&] { return recorder.amplitudeOf(880) > 0.05 && recorder.amplitudeOf(220) < 0.02; }));
+    EXPECT_EQ(player.currentAudioTrackIndex(), 2);
+
+    command("SetMuted?muted=true");
+    EXPECT_TRUE(waitUntil([&] { return recorder.amplitudeOf(880) < 0.002; }));
+    command("SetMuted?muted=false");
+    EXPECT_TRUE(waitUntil([&] { return recorder.amplitudeOf(880) > 0.05; }));
+    EXPECT_EQ(player.volume(), 200) << "muting leaves the volume alone";
+
+    command("SetMuted?muted=Yes");
+    command("SetVolume?volume=50&volume=60");
+    EXPECT_TRUE(waitUntil([&] { return player.volume() == 60 && recorder.amplitudeOf(880) > 0.005; }))
+        << "a volume unmutes";
+    command("SetVolume");
+    EXPECT_TRUE(waitUntil([&] { return player.volume() == 0; }));
+
+    command("SetPlaybackSpeed?speed=1.5");
+    EXPECT_TRUE(waitUntil([&] { return qFuzzyCompare(player.rate(), 1.5F); }));
+}
+
+TEST_F(PageBridge, ResizesForTutorialAndPayment) {
+    ASSERT_NO_FATAL_FAILURE(startFilm(filmWithTwoAudioTracks()));
+    command("ResizeForTutorial");
+    EXPECT_TRUE(waitUntil([this] { return contentSize() == QSize(907, 510); }))
+        << contentSize().width() << " x " << contentSize().height();
+    command("ResizeForTutorial"); // the frame is higher than 510 now
+    command("ResizeForPayment");
+    EXPECT_TRUE(waitUntil([this] { return contentSize() == QSize(1105, 570); }));
+    command("ResizeForTutorial");
+    settle();
+    EXPECT_EQ(contentSize(), QSize(1105, 570)) << "high enough already";
+}
+
+TEST_F(PageBridge, AnswersEachRequestOnceWithItsOwnGuid) {
+    ASSERT_NO_FATAL_FAILURE(startFilm(filmWithTwoAudioTracks()));
+    request("Duration?guid=d1");
+    request("Duration?guid=d2&x");
+    request("Volume?guid=v");
+    request("PlaybackSpeed?guid=s");
+    request("IsFullscreen?guid=f");
+    request("FileName?guid=n");
+    std::ignore = inPlayerPage(QStringLiteral("window.Low = 'first'; window.High = 'second'; 1"));
+    request("AudioInfo?guid=a");
+    request("Nothing?guid=x");
+    std::ignore = inPlayerPage(QStringLiteral("listen('(null)'); ask('app:///Request/IsFullscreen'); 1"));
+    settle();
+    ASSERT_TRUE(waitUntil([this] { return !answersTo(QStringLiteral("d2")).isEmpty(); }));
+    EXPECT_THAT(answersTo(QStringLiteral("d1")), ElementsAre(answersTo(QStringLiteral("d2")).first()));
+    EXPECT_THAT(answersTo(QStringLiteral("d1")).first().toInt(), IsBetween(19900, 20200));
+    EXPECT_THAT(answersTo(QStringLiteral("v")), ElementsAre(QStringLiteral("200")));
+    EXPECT_THAT(answersTo(QStringLiteral("s")), ElementsAre(QStringLiteral("1")));
+    EXPECT_THAT(answersTo(QStringLiteral("f")), ElementsAre(QStringLiteral("false")));
+    EXPECT_THAT(answersTo(QStringLiteral("n")), ElementsAre(QStringLiteral("\"two-tracks.mkv\"")));
+    EXPECT_THAT(answersTo(QStringLiteral("a")),
+                ElementsAre(QStringLiteral(R"({"audioTracks":{"1":"first","2":"second"},"audioTrack":1})")));
+    EXPECT_TRUE(answersTo(QStringLiteral("x")).isEmpty());
+    EXPECT_THAT(answersTo(QStringLiteral("(null)")), ElementsAre(QStringLiteral("false")))
+        << "a missing guid";
+}
+
+TEST_F(PageBridge, AnswersRequestsThatCameTooEarlyInOrder) {
+    ASSERT_NO_FATAL_FAILURE(startAtHome());
+    // The page asks as soon as it loads, long before the player knows; order is kept in one list.
+    const QByteArray page = R"html(<!doctype html><script src="/jquery.js"></script><body><script>
+        window.times = [1, 2]; window.order = [];
+        for (const [name, guid] of [['Duration', 'a'], ['Volume', 'b'], ['Duration', 'c'], ['PlaybackSpeed', 'd']]) {
+          $(window).on('response:' + guid, (event, value) => order.push(guid + '=' + value));
+          const frame = document.createElement('iframe');
+          frame.src = 'app:///Request/' + name + '?guid=' + guid;
+          document.body.append(frame);
+        }</script>)html";
+    stub.on("Player/Play", StubReply{.body = page});
+    delegate->processVideoAndLaunch(filmWithTwoAudioTracks());
+    ASSERT_TRUE(waitUntil([this] {
+        return isFilmShown() &&
+               inPlayerPage(QStringLiteral("window.order && order.length")) == QLatin1String("4");
+    }));
+    const QStringList order = inPlayerPage(QStringLiteral("order.join(' ')")).split(u' ');
+    QStringList durations = order.filter(QStringLiteral("=2"));
+    durations.removeIf([](const QString &answer) { return answer.startsWith(u'b'); });
+    ASSERT_EQ(durations.size(), 2);
+    EXPECT_TRUE(durations[0].startsWith(u'a'));
+    EXPECT_TRUE(durations[1].startsWith(u'c'));
+    EXPECT_TRUE(order.contains(QStringLiteral("b=200")));
+    EXPECT_TRUE(order.contains(QStringLiteral("d=1")));
+}
+
+TEST_F(PageBridge, FeedsThePositionAsItPlays) {
+    ASSERT_NO_FATAL_FAILURE(startFilm(filmWithTwoAudioTracks()));
+    ASSERT_TRUE(waitUntil(
+        [this] { return inPlayerPage(QStringLiteral("times.length > 6")) == QLatin1String("true"); }));
+    const QStringList times = inPlayerPage(QStringLiteral("times.join(' ')")).split(u' ');
+    for (qsizetype i = 1; i < times.size(); ++i)
+        EXPECT_THAT(times[i].toInt() - times[i - 1].toInt(), IsBetween(0, 700))
+            << times.join(u' ').toStdString();
+}
+
+TEST_F(PageBridge, SpeaksAWordAndReplacesTheOneThatSounds) {
+    ASSERT_NO_FATAL_FAILURE(startAtHome());
+    const LogCapture log;
+    SoundRecorder recorder;
+    stub.on("low.wav", {.contentType = "audio/wav", .body = toneFile(500, 8)});
+    stub.on("high.wav", {.contentType = "audio/wav", .body = toneFile(1500, 3)});
+    stub.on("text.wav", {.contentType = "audio/wav", .body = "this is no sound at all"});
+    const auto play = [this](const QString &url) {
+        homePageSends(QStringLiteral("app:///Execute/PlayAudio?audioUrl=") +
+                      QString::fromLatin1(QUrl::toPercentEncoding(url)));
+    };
+    play(stub.baseUrl() + QStringLiteral("low.wav"));
+    EXPECT_TRUE(waitUntil([&] { return recorder.amplitudeOf(500) > 0.05; }));
+    play(stub.baseUrl() + QStringLiteral("high.wav"));
+    EXPECT_TRUE(
+        waitUntil([&] { return recorder.amplitudeOf(1500) > 0.05 && recorder.amplitudeOf(500) < 0.01; }));
+
+    play(stub.baseUrl() + QStringLiteral("missing.wav"));
+    play(QStringLiteral("file:///etc/hostname"));
+    play(QStringLiteral("no address"));
+    EXPECT_TRUE(waitUntil([&] {
+        return !log.linesBeginningWith(
+                       {QStringLiteral("Error initializing data for AVAudioPlayer.  Possibly Malformed URL")})
+                    .isEmpty();
+    }));
+    play(stub.baseUrl() + QStringLiteral("text.wav"));
+    EXPECT_TRUE(
+        waitUntil([&] { return !log.linesBeginningWith({QStringLiteral("Speak Error: ")}).isEmpty(); }));
+    EXPECT_EQ(log.linesBeginningWith({QStringLiteral("Speak for: ")}).value(0),
+              QStringLiteral("Speak for: ") + stub.baseUrl() + QStringLiteral("low.wav"));
+}
+
+TEST_F(PageBridge, StopLeadsHomeAndRefreshesTheLevel) {
+    ASSERT_NO_FATAL_FAILURE(startFilm(filmWithTwoAudioTracks()));
+    command("Stop");
+    ASSERT_TRUE(waitUntil([this] { return isHomeShown(); }));
+    EXPECT_EQ(delegate->player()->state(), VLCMediaPlayerStateStopped);
+    EXPECT_TRUE(waitUntil(
+        [this] { return inHomePage(QStringLiteral("events.join(' ')")) == QLatin1String("refreshLevel"); }));
+    EXPECT_EQ(stub.requestsTo("Player/Home").size(), 1) << "the page is not loaded again";
+    EXPECT_TRUE(waitUntil([this] { return contentSize() == QSize(600, 400); }));
+}
+
+TEST_F(PageBridge, CancelsPageRequestsWithoutLeavingThePage) {
+    ASSERT_NO_FATAL_FAILURE(startAtHome());
+    std::ignore = inHomePage(QStringLiteral("window.still = 'here'; 1"));
+    homePageSends(QStringLiteral("app:"));
+    homePageSends(QStringLiteral("app:///"));
+    homePageSends(QStringLiteral("app:///Other/Thing?x"));
+    homePageSends(QStringLiteral("app:///Execute/Pause")); // no player yet
+    homePageSends(QStringLiteral("app:///Request/Duration?guid=1"));
+    letPass(200ms);
+    EXPECT_EQ(inHomePage(QStringLiteral("window.still")), QStringLiteral("here"));
+    EXPECT_TRUE(delegate->session().homeScreenLoaded) << "a cancelled navigation is no load";
+
+    // Another page of the service is let through, and the home screen begins anew.
+    homePageSends(stub.baseUrl() + QStringLiteral("Player/Home"));
+    EXPECT_TRUE(waitUntil([this] { return stub.requestsTo("Player/Home").size() == 2; }));
+    EXPECT_TRUE(waitUntil([this] { return delegate->session().homeScreenLoaded; }));
+}
+
+} // namespace murvo::test

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The program itself as a process: how it starts, what it says, how it ends.
+
+#include "support/StubService.h"
+#include "support/Wait.h"
+#include "support/XTools.h"
+
+#include "support/TestFilms.h"
+
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace murvo::test {
+
+using namespace std::chrono_literals;
+
+class Program : public testing::Test {
+  protected:
+    void start(const QStringList &arguments, const QString &baseUrl = {}) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("XDG_DATA_HOME"), _folder.path());
+        environment.remove(QStringLiteral("MURVO_BASE_URL"));
+        if (!baseUrl.isNull())
+            environment.insert(QStringLiteral("MURVO_BASE_URL"), baseUrl);
+        process.setProcessEnvironment(environment);
+        process.start(QStringLiteral(MURVO_PROGRAM), arguments);
+        ASSERT_TRUE(process.waitForStarted());
+    }
+
+    void readLog() { log += QString::fromUtf8(process.readAllStandardError()); }
+
+    [[nodiscard]] bool waitForLog(const QString &text) {
+        return waitUntil(
+            [&] {
+                readLog();
+                return log.contains(text);
+            },
+            20s);
+    }
+
+    [[nodiscard]] bool waitForEnd() {
+        return waitUntil([this] { return process.state() == QProcess::NotRunning; });
+    }
+
+    /// Every line is the program's or the web engine's log line.
+    void expectOnlyLogLines() {
+        readLog();
+        static const QRegularExpression own(QStringLiteral(
+            "^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} (debug|info|warning|critical) [\\w.-]+: "));
+        static const QRegularExpression engine(
+            QStringLiteral("^\\[\\d+:\\d+:\\d+/\\d+\\.\\d+:[A-Z]+:.*\\] "));
+        const QStringList lines = log.split(u'\n', Qt::SkipEmptyParts);
+        for (const QString &line : lines)
+            EXPECT_TRUE(line.contains(own) || line.contains(engine)) << line.toStdString();
+    }
+
+    QProcess process;
+    QString log;
+
+  private:
+    QTemporaryDir _folder;
+};
+
+TEST_F(Program, RefusesABaseUrlWithoutASlashAndUnknownOptions) {
+    start({}, QStringLiteral("http://127.0.0.1:1"));
+    ASSERT_TRUE(waitForEnd());
+    readLog();
+    EXPECT_EQ(process.exitCode(), 2);
+    EXPECT_EQ(
+        log.split(u'\n', Qt::SkipEmptyParts).filter(QStringLiteral("MURVO_BASE_URL must end in")).size(), 1);
+    start({QStringLiteral("--no-such-option")});
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(process.exitCode(), 2);
+    start({QStringLiteral("--help")});
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(process.exitCode(), 0);
+    EXPECT_TRUE(process.readAllStandardOutput().startsWith("Usage: murvo"));
+}
+
+TEST_F(Program, PlaysAFilmWithItsOwnServiceAndEndsInOrderOnSigterm) {
+    start({silentFilm()});
+    ASSERT_TRUE(waitForLog(QStringLiteral("Done analyzing video: found 0 subtitles to download")))
+        << log.toStdString();
+    process.terminate();
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 0);
+    expectOnlyLogLines();
+    EXPECT_TRUE(log.trimmed().endsWith(QLatin1String("Ended in order"))) << log.toStdString();
+}
+
+TEST_F(Program, UsesAnotherServiceAsItStandsAndEndsByItsWindow) {
+    StubService stub;
+    stub.on("base/Player/Home", {.body = "<title>no command</title>"});
+    start({}, stub.baseUrl() + QStringLiteral("base/"));
+    ASSERT_TRUE(waitUntil([&] { return !stub.requestsTo("base/Player/Home").isEmpty(); }, 20s));
+    EXPECT_EQ(stub.requests().first().target, "/base/Player/Home");
+    const auto windows = [] {
+        return run(QStringLiteral("wmctrl"), {QStringLiteral("-l"), QStringLiteral("-p")})
+            .split(u'\n')
+            .filter(QStringLiteral("Murvo"));
+    };
+    ASSERT_TRUE(waitUntil([&] { return windows().size() == 1; }));
+    run(QStringLiteral("wmctrl"), {QStringLiteral("-c"), QStringLiteral("Murvo")});
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(process.exitCode(), 0);
+    expectOnlyLogLines();
+}
+
+} // namespace murvo::test
