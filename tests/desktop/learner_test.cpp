@@ -1,0 +1,219 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a learner gets from an installed Murvo: the player with its own service and pages, nothing else.
+
+#include "app/AppDelegate.h"
+#include "app/Classes/MConstants.h"
+#include "app/Classes/MKeyableWindow.h"
+#include "app/Media/VLCMediaPlayer.h"
+#include "app/Platform/MainWindow.h"
+#include "app/ViewControllers/WebViewController.h"
+#include "service/EmbeddedService.h"
+#include "support/DesktopEnvironment.h"
+#include "support/SoundRecorder.h"
+#include "support/TestFilms.h"
+#include "support/Wait.h"
+#include "support/XTools.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+namespace murvo::test {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Cues of a second each, one every two seconds from the first, numbered.
+QByteArray subtitles(const QByteArray &word, int count) {
+    QByteArray text;
+    for (int i = 0; i < count; ++i) {
+        const auto time = [](int second) {
+            return QByteArray("00:00:") + QByteArray::number(second).rightJustified(2, '0');
+        };
+        text += QByteArray::number(i + 1) + "\n" + time(1 + 2 * i) + ",000 --> " + time(2 + 2 * i) +
+                ",000\n" + word + " " + QByteArray::number(i + 1) + "\n\n";
+    }
+    return text;
+}
+
+} // namespace
+
+class Learner : public testing::Test {
+  protected:
+    Learner() {
+        QString error;
+        service = service::EmbeddedService::start(_data.filePath(QStringLiteral("murvo")), error);
+        if (!service)
+            throw std::runtime_error(error.toStdString());
+        MConstants::setMurvoBaseUrl(service->baseUrl());
+        delegate =
+            std::make_unique<AppDelegate>(DesktopEnvironment::profile(), DesktopEnvironment::vlc(),
+                                          [this](const QString &path, const VideoHash &hash) {
+                                              service->filmIdentified(path, hash.fileHash, hash.fileSize);
+                                          });
+        film = _data.filePath(QStringLiteral("A Film.mkv"));
+        QFile::copy(filmWithTwoAudioTracks(), film);
+    }
+
+    void writeBeside(const QString &suffix, const QByteArray &text) const {
+        QFile file(_data.filePath(QStringLiteral("A Film")) + suffix);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+    }
+
+    void play() {
+        delegate->applicationOpenFile(film);
+        delegate->applicationDidFinishLaunching();
+        ASSERT_TRUE(waitUntil([this] { return player() && player()->isPlaying(); }, 20s));
+        ASSERT_TRUE(waitUntil([this] {
+            return inPage("!!document.querySelector('#next-sub') && document.readyState") ==
+                   QLatin1String("complete");
+        }));
+        ASSERT_TRUE(waitUntil([this] { return delegate->playerWebViewWindow()->isActiveWindow(); }));
+    }
+
+    [[nodiscard]] VLCMediaPlayer *player() const { return delegate->player(); }
+    [[nodiscard]] qint64 time() const { return player()->time().intValue(); }
+    [[nodiscard]] QString inPage(const char *script) const {
+        return delegate->playerWebViewController()->evaluate(QString::fromUtf8(script));
+    }
+    [[nodiscard]] QString line(const char *id) const {
+        return inPage(
+            ("(e => e.hidden ? '' : e.textContent)(document.getElementById('" + QByteArray(id) + "'))")
+                .constData());
+    }
+    /// Screen position of the middle of the page's element.
+    [[nodiscard]] QPoint middleOf(const char *selector) const {
+        const QByteArray script =
+            "(r => Math.round(r.x + r.width / 2) + ' ' + Math.round(r.y + r.height / 2))"
+            "(document.querySelector('" +
+            QByteArray(selector) + "').getBoundingClientRect())";
+        const QStringList numbers = inPage(script.constData()).split(u' ');
+        return delegate->window().contentScreenRect().topLeft() +
+               QPoint(numbers.value(0).toInt(), numbers.value(1).toInt());
+    }
+    void expectPaused(bool isPaused) const {
+        EXPECT_TRUE(waitUntil([&] { return player()->isPlaying() != isPaused; })) << "paused: " << isPaused;
+    }
+
+    QString film;
+    std::unique_ptr<service::EmbeddedService> service;
+    std::unique_ptr<AppDelegate> delegate;
+
+  private:
+    QTemporaryDir _data;
+};
+
+TEST_F(Learner, SeesBothLinesWithinAFrameOfTheirTime) {
+    writeBeside(QStringLiteral(".en.srt"), subtitles("english", 9));
+    writeBeside(QStringLiteral(".fra.srt"), subtitles("français", 9));
+    ASSERT_NO_FATAL_FAILURE(play());
+    // What the page shows and what the player reports, both on the page's own clock.
+    std::ignore =
+        inPage("window.shown = []; window.reports = [];"
+               "new MutationObserver(() => { const e = document.getElementById('learned');"
+               "  shown.push([e.hidden ? '' : e.textContent, performance.now()]); })"
+               "  .observe(document.getElementById('lines'), {subtree: true, childList: true, characterData: "
+               "true, attributes: true});"
+               "$(window).on('timeUpdate', (event, time) => reports.push([time, performance.now()])); 1");
+    ASSERT_TRUE(waitUntil([this] { return line("learned") == QLatin1String("english 6"); }, 20s));
+    EXPECT_EQ(line("native"), QStringLiteral("français 6"));
+    ASSERT_TRUE(waitUntil([this] { return time() > 12500; }));
+
+    const auto list = [this](const char *name) {
+        return QJsonDocument::fromJson(inPage(name).toUtf8()).array();
+    };
+    const QJsonArray reports = list("JSON.stringify(reports)");
+    const QJsonArray shown = list("JSON.stringify(shown)");
+    // Film time at a moment of the page's clock: reports come late, never early, so the earliest line counts.
+    double offset = 1e18;
+    for (const QJsonValue &report : reports)
+        offset = std::min(offset, report[1].toDouble() - report[0].toDouble());
+    std::vector<double> errors;
+    QString last;
+    for (const QJsonValue &change : shown) {
+        const QString text = change[0].toString();
+        if (text != last && text.startsWith(QLatin1String("english")))
+            errors.push_back(
+                std::abs(change[1].toDouble() - offset - 1000.0 * (2 * text.mid(8).toInt() - 1)));
+        last = text;
+    }
+    ASSERT_GE(errors.size(), 4U);
+    std::sort(errors.begin(), errors.end());
+    RecordProperty("medianErrorMs", std::to_string(errors[errors.size() / 2]));
+    EXPECT_LT(errors[errors.size() / 2], 40) << "one frame of this film";
+    EXPECT_LT(errors.back(), 120) << "the machine may be busy";
+}
+
+TEST_F(Learner, CommandsTheFilmByKeys) {
+    writeBeside(QStringLiteral(".en.srt"), subtitles("english", 9));
+    ASSERT_NO_FATAL_FAILURE(play());
+    SoundRecorder recorder;
+    ASSERT_TRUE(waitUntil([this] { return line("learned") == QLatin1String("english 1"); }));
+    pressKey(QStringLiteral("space"));
+    expectPaused(true);
+    pressKey(QStringLiteral("space"));
+    expectPaused(false);
+    pressKey(QStringLiteral("d"));
+    pressKey(QStringLiteral("d"));
+    EXPECT_TRUE(
+        waitUntil([this] { return line("learned") == QLatin1String("english 3") && time() >= 5000; }));
+    pressKey(QStringLiteral("a"));
+    EXPECT_TRUE(waitUntil([this] { return line("learned") == QLatin1String("english 2"); }));
+    ASSERT_TRUE(waitUntil([this] { return time() > 3600; }));
+    pressKey(QStringLiteral("s"));
+    EXPECT_TRUE(waitUntil([this] { return time() < 3500; })) << "the line again";
+    pressKey(QStringLiteral("Right"));
+    EXPECT_TRUE(waitUntil([this] { return time() >= 8000; }));
+    pressKey(QStringLiteral("Left"));
+    EXPECT_TRUE(waitUntil([this] { return time() < 6000; }));
+    ASSERT_TRUE(waitUntil([&] { return recorder.amplitudeOf(220) > 0.005; }));
+    pressKey(QStringLiteral("m"));
+    EXPECT_TRUE(waitUntil([&] { return recorder.amplitudeOf(220) < 0.001; }));
+    pressKey(QStringLiteral("m"));
+    EXPECT_TRUE(waitUntil([&] { return recorder.amplitudeOf(220) > 0.005; }));
+    const int volume = player()->volume();
+    pressKey(QStringLiteral("Up"));
+    EXPECT_TRUE(waitUntil([&] { return player()->volume() > volume; }));
+    pressKey(QStringLiteral("bracketright"));
+    EXPECT_TRUE(waitUntil([this] { return player()->rate() > 1.0F; }));
+    pressKey(QStringLiteral("BackSpace"));
+    EXPECT_TRUE(waitUntil([this] { return qFuzzyCompare(player()->rate(), 1.0F); }));
+}
+
+TEST_F(Learner, CommandsTheFilmByMouse) {
+    ASSERT_NO_FATAL_FAILURE(play());
+    SoundRecorder recorder;
+    const QPoint picture = delegate->window().contentScreenRect().center() - QPoint(0, 80);
+    clickAt(picture);
+    expectPaused(true);
+    clickAt(picture);
+    expectPaused(false);
+
+    clickAt(picture, 2);
+    ASSERT_TRUE(waitUntil([this] { return delegate->window().isFullScreen(); }));
+    letPass(600ms); // longer than the page waits for a second click
+    EXPECT_TRUE(player()->isPlaying()) << "a double-click changes the screen and nothing else";
+    pressKey(QStringLiteral("Escape"));
+    ASSERT_TRUE(waitUntil([this] { return delegate->window().contentView()->size() == QSize(640, 360); }));
+    ASSERT_TRUE(waitUntil([this] { return delegate->playerWebViewWindow()->size() == QSize(640, 360); }));
+
+    ASSERT_TRUE(waitUntil(
+        [this] { return inPage("document.getElementById('audio').hidden") == QLatin1String("false"); }));
+    clickAt(middleOf("#audio"));
+    ASSERT_TRUE(waitUntil(
+        [this] { return inPage("document.getElementById('audio-menu').hidden") == QLatin1String("false"); }));
+    clickAt(middleOf("#audio-menu button:last-child"));
+    EXPECT_TRUE(waitUntil([&] { return recorder.amplitudeOf(880) > 0.005; })) << "the second sound track";
+
+    clickAt(middleOf("[data-action=home]:not(#end button)"));
+    EXPECT_TRUE(waitUntil([this] { return !delegate->playerWebViewWindow()->isVisible(); }));
+}
+
+} // namespace murvo::test
