@@ -10,6 +10,7 @@ namespace murvo::service {
 namespace {
 
 constexpr auto scheme = "http://";
+constexpr auto downloadPath = "Api/Subtitles/File";
 
 QByteArray randomToken() {
     std::array<quint32, 8> words{};
@@ -31,10 +32,15 @@ bool equalInConstantTime(QByteArrayView a, QByteArrayView b) {
 
 Access::Access(quint16 port)
     : _host("127.0.0.1:" + QByteArray::number(port))
-    , _token(randomToken()) {}
+    , _token(randomToken())
+    , _downloadToken(randomToken()) {}
 
 QString Access::baseUrl() const {
     return QString::fromLatin1(scheme + _host + '/' + _token + '/');
+}
+
+QString Access::downloadBaseUrl() const {
+    return QString::fromLatin1(scheme + _host + '/' + _downloadToken + '/');
 }
 
 bool Access::headersAllowed(const QByteArrayList &hosts, const QByteArrayList &origins) const {
@@ -45,10 +51,15 @@ bool Access::headersAllowed(const QByteArrayList &hosts, const QByteArrayList &o
 
 std::optional<QString> Access::pathBelowToken(const QByteArray &path) const {
     const qsizetype end = path.indexOf('/', 1);
-    if (!path.startsWith('/') || end < 0 ||
-        !equalInConstantTime(QByteArrayView(path).sliced(1, end - 1), _token))
+    if (!path.startsWith('/') || end < 0)
         return std::nullopt;
-    return QString::fromUtf8(path.mid(end + 1));
+    const QByteArrayView token = QByteArrayView(path).sliced(1, end - 1);
+    const QByteArray rest = path.mid(end + 1);
+    const bool opensAll = equalInConstantTime(token, _token);
+    const bool opensDownloads = equalInConstantTime(token, _downloadToken);
+    if (!opensAll && !(opensDownloads && rest == downloadPath))
+        return std::nullopt;
+    return QString::fromUtf8(rest);
 }
 
 } // namespace murvo::service

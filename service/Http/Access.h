@@ -19,16 +19,21 @@ class Access {
     /// "http://127.0.0.1:PORT/TOKEN/".
     [[nodiscard]] QString baseUrl() const;
 
+    /// The same with a token that opens nothing but the download of subtitle files. The player writes
+    /// download addresses into its log, where others may read them.
+    [[nodiscard]] QString downloadBaseUrl() const;
+
     /// True when the one Host header is ours and an Origin header, if there is one, is ours too.
     [[nodiscard]] bool headersAllowed(const QByteArrayList &hosts, const QByteArrayList &origins) const;
 
-    /// The path below the token; none when the token is missing or wrong. Takes the same time for every wrong
-    /// token of the right length.
+    /// The path below the token; none when the token is missing, wrong, or does not open the path. Takes the
+    /// same time for every wrong token of the right length.
     [[nodiscard]] std::optional<QString> pathBelowToken(const QByteArray &path) const;
 
   private:
     QByteArray _host;
     QByteArray _token;
+    QByteArray _downloadToken;
 };
 
 } // namespace murvo::service

@@ -32,8 +32,8 @@ Response lookUp(const Request &request, SubtitleLookup &lookup) {
     const LookupAnswer answer = lookup.lookUp(form->movieHash, form->sizeBytes, form->fileName);
     QJsonArray offers;
     for (const SubtitleOffer &offer : answer.offers) {
-        const QString url =
-            request.baseUrl + QStringLiteral("Api/Subtitles/File?subtitleId=%1").arg(offer.subtitle.id);
+        const QString url = request.downloadBaseUrl +
+                            QStringLiteral("Api/Subtitles/File?subtitleId=%1").arg(offer.subtitle.id);
         offers.append(QJsonObject{{QStringLiteral("downloadUrl"), url},
                                   {QStringLiteral("mustBeDownloaded"), offer.mustBeDownloaded},
                                   {QStringLiteral("subFileName"), offer.subtitle.fileName},

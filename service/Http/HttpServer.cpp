@@ -168,7 +168,7 @@ void HttpServer::Impl::answer(const httplib::Request &from, httplib::Response &t
     const char *typeHeader = from.has_header(hiddenTypeHeader) ? hiddenTypeHeader : "Content-Type";
     request.contentType = QByteArray::fromStdString(from.get_header_value(typeHeader));
     request.body = QByteArray::fromStdString(from.body);
-    request.baseUrl = access->baseUrl();
+    request.downloadBaseUrl = access->downloadBaseUrl();
     write(router.answer(request), to);
 }
 

@@ -19,7 +19,7 @@ struct Request {
     QHash<QString, QString> parameters;
     QByteArray contentType; ///< as the client sent it
     QByteArray body;
-    QString baseUrl; ///< the service's own, ends in "/"
+    QString downloadBaseUrl; ///< for addresses of subtitle files; ends in "/"
 
     /// A parameter that must be a whole number above 0; throws RouteError when it is not.
     [[nodiscard]] qint32 positiveId(const QString &name) const;

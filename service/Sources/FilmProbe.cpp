@@ -48,8 +48,8 @@ QString metadata(const AVStream &stream, const char *key) {
     return entry == nullptr ? QString() : QString::fromUtf8(entry->value);
 }
 
-// libVLC numbers a track by its place among all streams, in a transport stream by its PID. Measured with libVLC 3
-// on Matroska, MP4, QuickTime, AVI, WebM, MPEG programme and transport streams.
+// libVLC numbers a track by its place among all streams, in a transport stream by its PID. Measured with
+// libVLC 3 on Matroska, MP4, QuickTime, AVI, WebM, MPEG programme and transport streams.
 int playerTrackId(const AVFormatContext &input, const AVStream &stream) {
     const bool ownIds = QByteArray(input.iformat->name) == "mpegts";
     return ownIds ? stream.id : stream.index;

@@ -2,6 +2,8 @@
 #include "service/ServiceFixture.h"
 
 #include <QFile>
+#include <QJsonArray>
+#include <QUrl>
 
 #include <array>
 #include <chrono>
@@ -66,6 +68,21 @@ TEST_F(AccessTest, TheTokenIsLongFreshAndNeeded) {
     }
     restart();
     EXPECT_NE(service->baseUrl().section(u'/', 3, 3), first.section(u'/', 3, 3));
+}
+
+TEST_F(AccessTest, ADownloadAddressOpensNothingElse) {
+    const QString path = writeFile(QStringLiteral("Film.mkv"), "film");
+    writeFile(QStringLiteral("Film.en.srt"), "1\n00:00:01,000 --> 00:00:02,000\nHello\n");
+    const QJsonArray offers = lookUp(path).json()[QLatin1String("subsToDownload")].toArray();
+    ASSERT_EQ(offers.size(), 1);
+    const QUrl address(offers[0][QLatin1String("downloadUrl")].toString());
+    const std::string token = address.path().section(u'/', 1, 1).toStdString();
+    EXPECT_EQ(tokenPath().find(token), std::string::npos)
+        << "it goes into logs, the service's own token must not";
+    const std::string query = '?' + address.query().toStdString();
+    EXPECT_EQ(download(address.toString()).status, 200);
+    for (const char *other : {"Api/Settings", "Player/Home", "Api/Subtitles/File/", "Api/Subtitles/Cues"})
+        EXPECT_NE(client().Get('/' + token + '/' + other + query)->status, 200) << other;
 }
 
 TEST_F(AccessTest, OnlyItsOwnHostAndOriginAreAnswered) {

@@ -134,7 +134,7 @@ TEST_F(LookupTest, AFileReplacedByALinkAfterTheLookupIsNotHandedOut) {
     const QJsonArray offers = lookup.json().value(QLatin1String("subsToDownload")).toArray();
     ASSERT_EQ(offers.size(), 1);
     const QString url = offers[0][QLatin1String("downloadUrl")].toString();
-    const Reply file = get(url.mid(service->baseUrl().size()));
+    const Reply file = download(url);
     EXPECT_EQ(file.status, 404);
     EXPECT_EQ(file.errorCode(), QStringLiteral("fileGone"));
 }

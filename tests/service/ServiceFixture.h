@@ -40,6 +40,8 @@ class ServiceFixture : public testing::Test {
     void restart();
 
     [[nodiscard]] Reply get(const QString &path);
+    /// Fetches a file by the address that a lookup gave.
+    [[nodiscard]] Reply download(const QString &url);
     [[nodiscard]] Reply post(const QString &path, const QByteArray &body, const QByteArray &contentType);
     [[nodiscard]] Reply put(const QString &path, const QJsonObject &body);
 
