@@ -138,6 +138,8 @@ int main(int argc, char **argv) {
     // The web engine takes arguments for switches of its own: it gets none of the user's.
     int ownArguments = 1;
     QApplication application(ownArguments, argv);
+    QApplication::setWindowIcon(
+        QIcon::fromTheme(QStringLiteral("murvo"), QIcon(QStringLiteral(":/murvo.png"))));
     const int status = runApplication(application, invocation.film);
     qCInfo(logApp, "Ended in order");
     return status;
