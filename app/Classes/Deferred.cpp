@@ -16,15 +16,17 @@ Promise::Ptr Deferred::promise() {
 }
 
 Promise::Ptr Deferred::resolve(const QVariant &value) {
+    const Promise::Ptr self = promise(); // a callback may drop the last other reference
     storeResult(value);
     transitionToState(PromiseStateResolved);
-    return promise();
+    return self;
 }
 
 Promise::Ptr Deferred::reject(const PromiseError &error) {
+    const Promise::Ptr self = promise();
     storeReason(error);
     transitionToState(PromiseStateRejected);
-    return promise();
+    return self;
 }
 
 } // namespace murvo

@@ -118,7 +118,6 @@ void Promise::storeReason(const PromiseError &error) {
 }
 
 void Promise::transitionToState(PromiseState state) {
-    const Ptr self = shared_from_this(); // a callback may drop the last other reference
     std::vector<Binding> bindings;
     {
         const std::lock_guard guard(_stateLock);

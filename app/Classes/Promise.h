@@ -81,6 +81,7 @@ class Promise : public std::enable_shared_from_this<Promise> {
 
     void storeResult(const QVariant &value);
     void storeReason(const PromiseError &error);
+    /// The caller holds a reference to the promise: a callback may drop all others.
     void transitionToState(PromiseState state);
 
   private:
