@@ -4,7 +4,6 @@
 #include "app/Classes/MSubtitlesToDownload.h"
 #include "app/Classes/MSubtitlesToUpload.h"
 #include "app/Classes/PageScripts.h"
-#include "app/Media/SoundPlayer.h"
 #include "app/Media/VLCMediaPlayer.h"
 #include "app/Menus/FileMenuController.h"
 #include "app/Platform/MainWindow.h"
@@ -13,7 +12,6 @@
 #include "app/ViewControllers/WebViewController.h"
 
 #include <QMenuBar>
-#include <QThread>
 
 namespace murvo {
 
@@ -21,7 +19,8 @@ AppDelegate::AppDelegate(QWebEngineProfile &profile, const VLCInstance &vlc, Fil
     : _profile(profile)
     , _vlc(vlc)
     , _filmIdentified(std::move(filmIdentified))
-    , _window(std::make_unique<MainWindow>()) {
+    , _window(std::make_unique<MainWindow>())
+    , _spokenSound(vlc) {
     MSubtitlesToDownload::setHttpClient(&_videoConnections);
     MSubtitlesToUpload::setHttpClient(&_videoConnections);
 }
@@ -29,7 +28,6 @@ AppDelegate::AppDelegate(QWebEngineProfile &profile, const VLCInstance &vlc, Fil
 AppDelegate::~AppDelegate() {
     endEarlierVideo();
     _window->disconnect(this);
-    delete _alert;
     MSubtitlesToDownload::setHttpClient(nullptr);
     MSubtitlesToUpload::setHttpClient(nullptr);
 }
@@ -41,7 +39,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     _observers.push_back(
         center.addObserver(notifications::launchVideo, [this](const QVariantMap &) { launchVideo(); }));
     _observers.push_back(center.addObserver(notifications::hashComputed, [this](const QVariantMap &userInfo) {
-        hashComputed(userInfo.value(notifications::hashKey).value<VideoHash>());
+        receiveHash(userInfo.value(notifications::hashKey).value<VideoHash>());
     }));
     loadHomeScreen();
     _window->show();
@@ -61,10 +59,10 @@ void AppDelegate::connectMainWindow() {
 }
 
 void AppDelegate::connectFileMenu() {
-    _fileMenu = new FileMenuController(*_window->menuBar(), *_window);
+    auto *fileMenu = new FileMenuController(*_window->menuBar(), *_window);
     // File menu -> this
-    connect(_fileMenu, &FileMenuController::videoChosen, this, &AppDelegate::takeVideoIn);
-    connect(_fileMenu, &FileMenuController::quitChosen, this, &AppDelegate::terminate);
+    connect(fileMenu, &FileMenuController::videoChosen, this, &AppDelegate::takeVideoIn);
+    connect(fileMenu, &FileMenuController::quitChosen, this, &AppDelegate::terminate);
 }
 
 VLCMediaPlayer *AppDelegate::player() const {

@@ -6,6 +6,7 @@
 #include "app/Classes/VideoHash.h"
 #include "app/Platform/HttpClient.h"
 #include "app/Platform/NotificationCenter.h"
+#include "app/Platform/SpokenSound.h"
 
 #include <QMessageBox>
 #include <QObject>
@@ -20,11 +21,9 @@ class QWebEngineProfile;
 
 namespace murvo {
 
-class FileMenuController;
 class LoaderViewController;
 class MainWindow;
 class MKeyableWindow;
-class SoundPlayer;
 class VLCInstance;
 class VLCMediaPlayer;
 class VLCVideoViewController;
@@ -102,18 +101,19 @@ class AppDelegate : public QObject {
     void createHomeScreen();
     void homeScreenConnecting();
     void homeScreenConnected();
+    void homePageDied();
+    void alertThenHome(const QString &message, const QString &informativeText);
 
     // Lookup
-    void hashComputed(const VideoHash &hash);
+    void receiveHash(const VideoHash &hash);
     void onHashComputed(const VideoHash &hash);
     void lookupDidFinishLoading();
     void alertVideoProcessingError();
-    void alertThenHome(const QString &message, const QString &informativeText);
 
     // Player screen
     void loadPlayerScreen();
-    void createPlayerControllers();
-    void createPlayerWindows();
+    void createPlayerScreen();
+    void connectPlayerScreen();
     void repositionWindows();
     void exitFullscreen();
     void windowDidResize();
@@ -124,13 +124,15 @@ class AppDelegate : public QObject {
 
     // Playback
     void launchVideo();
+    void loadPlayerPage();
     void mediaPlayerStateChanged();
     void fitWindowToVideo();
     void mediaPlayerTimeChanged();
     void alertVideoPlayingError();
 
     // Page bridge
-    [[nodiscard]] bool decidePolicyForNavigation(const QUrl &url);
+    enum class Page { Home, Player };
+    [[nodiscard]] bool decidePolicyForNavigation(const QUrl &url, Page page);
     void handlePageRequest(const PageRequest &request);
     void handleExecutionRequest(const QString &name, const Arguments &arguments);
     void handleDataRequest(const QString &name, const Arguments &arguments);
@@ -140,8 +142,6 @@ class AppDelegate : public QObject {
     // Commands that are more than a call
     void enableDraggableHomeScreen();
     void resizeForTutorial();
-    void playAudio(const QString &encodedUrl);
-    void playSound(const QByteArray &data);
 
     QWebEngineProfile &_profile;
     const VLCInstance &_vlc;
@@ -152,7 +152,6 @@ class AppDelegate : public QObject {
 
     // Windows before the controllers whose views lie in them: destroyed in the opposite order.
     std::unique_ptr<MainWindow> _window;
-    FileMenuController *_fileMenu = nullptr;               // child of the main window
     QWidget *_vlcViewWindow = nullptr;                     // child of the main window
     MKeyableWindow *_playerWebViewWindow = nullptr;        // child of the video window
     LoaderViewController *_loaderViewController = nullptr; // child of the main window's content
@@ -162,8 +161,7 @@ class AppDelegate : public QObject {
     QPointer<QMessageBox> _alert;
 
     HttpClient _videoConnections; // lookup, downloads and upload of the film under way
-    HttpClient _soundConnection;
-    std::unique_ptr<SoundPlayer> _avPlayer; // the last sound; a new one replaces it
+    SpokenSound _spokenSound;
 
     // Values that pages may ask for before the player knows them; null before the first film.
     Deferred::Ptr _durationDeferred;

@@ -3,9 +3,7 @@
 
 #include "app/Classes/LenientNumber.h"
 #include "app/Classes/MDragReceiverWebView.h"
-#include "app/Media/SoundPlayer.h"
 #include "app/Media/VLCMediaPlayer.h"
-#include "app/Platform/Log.h"
 #include "app/Platform/MainWindow.h"
 #include "app/ViewControllers/WebViewController.h"
 
@@ -20,7 +18,7 @@ using Arguments = PageRequest::Arguments;
 constexpr QSizeF paymentSize(1105, 570);
 constexpr double tutorialHeight = 510;
 
-/// A command that drives the player. There may be none yet: the command does nothing then.
+/// A command that drives the player. On the home screen there is nothing to drive: it does nothing then.
 struct PlayerCommand {
     const char *name;
     void (*run)(VLCMediaPlayer &player, const Arguments &arguments);
@@ -66,8 +64,8 @@ constexpr std::array playerCommands = {
 void AppDelegate::handleExecutionRequest(const QString &name, const Arguments &arguments) {
     for (const PlayerCommand &command : playerCommands) {
         if (name == QLatin1String(command.name)) {
-            if (VLCMediaPlayer *commanded = player())
-                command.run(*commanded, arguments);
+            if (isPlayerScreenVisible())
+                command.run(*player(), arguments);
             return;
         }
     }
@@ -80,7 +78,7 @@ void AppDelegate::handleExecutionRequest(const QString &name, const Arguments &a
     else if (name == QLatin1String("ResizeForPayment"))
         _window->setContentSize(paymentSize);
     else if (name == QLatin1String("PlayAudio"))
-        playAudio(arguments.value(QStringLiteral("audioUrl")));
+        _spokenSound.play(arguments.value(QStringLiteral("audioUrl")));
 }
 
 void AppDelegate::enableDraggableHomeScreen() {
@@ -97,44 +95,6 @@ void AppDelegate::resizeForTutorial() {
     const QSize ratio = _window->contentAspectRatio();
     if (!ratio.isEmpty())
         _window->setContentSize({tutorialHeight * ratio.width() / ratio.height(), tutorialHeight});
-}
-
-void AppDelegate::playAudio(const QString &encodedUrl) {
-    const QString url = QUrl::fromPercentEncoding(encodedUrl.toUtf8());
-    qCInfo(logSound).noquote() << "Speak for:" << url;
-    _soundConnection.abandonAll(); // a word asked for later is the one to be heard
-
-    struct Fetched {
-        int status = 0;
-        QByteArray data;
-    };
-    const auto fetched = std::make_shared<Fetched>();
-    const auto reportNothing = [](const QString &) {
-        qCInfo(logSound, "Error initializing data for AVAudioPlayer.  Possibly Malformed URL");
-    };
-    HttpHandlers handlers;
-    handlers.didReceiveResponse = [fetched](const HttpResponse &response) {
-        fetched->status = response.status;
-    };
-    handlers.didReceiveData = [fetched](const QByteArray &chunk) {
-        fetched->data.append(chunk);
-        return HttpFlow::More;
-    };
-    handlers.didFailWithError = reportNothing;
-    handlers.didFinishLoading = [this, fetched, reportNothing] {
-        if (fetched->status == 200 && !fetched->data.isEmpty())
-            playSound(fetched->data);
-        else
-            reportNothing({});
-    };
-    _soundConnection.start({.method = "GET", .url = QUrl(url)}, std::move(handlers));
-}
-
-void AppDelegate::playSound(const QByteArray &data) {
-    _avPlayer = std::make_unique<SoundPlayer>(_vlc, data);
-    connect(_avPlayer.get(), &SoundPlayer::failed, this,
-            [](const QString &description) { qCInfo(logSound).noquote() << "Speak Error:" << description; });
-    _avPlayer->play();
 }
 
 } // namespace murvo

@@ -22,7 +22,6 @@ const QString connectingText = QStringLiteral("Connecting...");
 void AppDelegate::loadHomeScreen() {
     endEarlierVideo();
     exitFullscreen();
-    _window->liftContentAspectRatio(); // first: window managers hold programs to the shape too
     _window->setContentSize(homeScreenSize);
     _window->center();
     if (!_homeWebViewController)
@@ -34,6 +33,7 @@ void AppDelegate::loadHomeScreen() {
         _playerWebViewWindow->hide();
         _vlcViewWindow->hide();
     }
+    _window->liftContentAspectRatio();
     _session.aspectRatioSet = false;
     _homeWebViewController->view()->show();
     if (_session.homeScreenLoaded) {
@@ -59,8 +59,9 @@ void AppDelegate::createHomeScreen() {
             &AppDelegate::homeScreenConnecting);
     connect(_homeWebViewController.get(), &WebViewController::progressFinished, this,
             &AppDelegate::homeScreenConnected);
+    connect(_homeWebViewController.get(), &WebViewController::pageDied, this, &AppDelegate::homePageDied);
     _homeWebViewController->setNavigationPolicy(
-        [this](const QUrl &url) { return decidePolicyForNavigation(url); });
+        [this](const QUrl &url) { return decidePolicyForNavigation(url, Page::Home); });
     _homeWebViewController->view()->setDropHandler([this](const QString &path) { takeVideoIn(path); });
 }
 
@@ -73,6 +74,26 @@ void AppDelegate::homeScreenConnecting() {
 void AppDelegate::homeScreenConnected() {
     if (_loaderViewController->labelText() == connectingText)
         _loaderViewController->hideLoader();
+}
+
+void AppDelegate::homePageDied() {
+    MDragReceiverWebView::isDraggable(false);
+    _session.homeScreenLoaded = false; // so that the way home loads it, when a film is on the screen
+    if (!_homeWebViewController->view()->isHidden())
+        _homeWebViewController->loadUrl(MConstants::serviceAddress(QStringLiteral("Player/Home")));
+}
+
+void AppDelegate::alertThenHome(const QString &message, const QString &informativeText) {
+    QWidget *parent = isPlayerScreenVisible() ? static_cast<QWidget *>(_playerWebViewWindow) : _window.get();
+    _alert = new QMessageBox(QMessageBox::Warning, _window->windowTitle(), message, QMessageBox::Ok, parent);
+    _alert->setInformativeText(informativeText);
+    _alert->setWindowModality(Qt::ApplicationModal);
+    connect(_alert, &QDialog::finished, this, [this] {
+        _alert->deleteLater();
+        _alert.clear();
+        loadHomeScreen();
+    });
+    _alert->show();
 }
 
 } // namespace murvo

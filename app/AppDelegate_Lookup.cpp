@@ -2,11 +2,9 @@
 #include "app/AppDelegate.h"
 
 #include "app/Classes/MConstants.h"
-#include "app/Classes/MKeyableWindow.h"
 #include "app/Classes/MSubtitlesToDownload.h"
 #include "app/Classes/SubtitleLookup.h"
 #include "app/Classes/VideoSource.h"
-#include "app/Platform/MainWindow.h"
 
 #include <QSettings>
 #include <QThread>
@@ -17,7 +15,7 @@ namespace {
 constexpr std::chrono::seconds lookupTimeout{120};
 }
 
-void AppDelegate::hashComputed(const VideoHash &hash) {
+void AppDelegate::receiveHash(const VideoHash &hash) {
     if (QThread::currentThread() == thread()) {
         onHashComputed(hash);
         return;
@@ -81,19 +79,6 @@ void AppDelegate::lookupDidFinishLoading() {
 void AppDelegate::alertVideoProcessingError() {
     alertThenHome(QStringLiteral("Something went wrong."),
                   QStringLiteral("We couldn't find subtitles for your video. Please try again later!"));
-}
-
-void AppDelegate::alertThenHome(const QString &message, const QString &informativeText) {
-    QWidget *parent = isPlayerScreenVisible() ? static_cast<QWidget *>(_playerWebViewWindow) : _window.get();
-    _alert = new QMessageBox(QMessageBox::Warning, _window->windowTitle(), message, QMessageBox::Ok, parent);
-    _alert->setInformativeText(informativeText);
-    _alert->setWindowModality(Qt::ApplicationModal);
-    connect(_alert, &QDialog::finished, this, [this] {
-        _alert->deleteLater();
-        _alert.clear();
-        loadHomeScreen();
-    });
-    _alert->open();
 }
 
 } // namespace murvo

@@ -20,8 +20,8 @@ QString stringValue(const QVariant &value) {
 
 } // namespace
 
-bool AppDelegate::decidePolicyForNavigation(const QUrl &url) {
-    if (lastPathComponent(url) == QLatin1String("PlayerRegister")) {
+bool AppDelegate::decidePolicyForNavigation(const QUrl &url, Page page) {
+    if (lastUrlComponent(url) == QLatin1String("PlayerRegister")) {
         DesktopShell::openInBrowser(MConstants::serviceAddress(QStringLiteral("Account/Register")));
         return false; // the page stays as it is
     }
@@ -30,7 +30,13 @@ bool AppDelegate::decidePolicyForNavigation(const QUrl &url) {
         return true;
     // The web engine is in the middle of a navigation: what the page wants is done right after it, in order.
     QMetaObject::invokeMethod(
-        this, [this, request] { handlePageRequest(*request); }, Qt::QueuedConnection);
+        this,
+        [this, page, request, generation = _generation.load()] {
+            // What the page of a film has sent ends with the film.
+            if (page == Page::Home || generation == _generation)
+                handlePageRequest(*request);
+        },
+        Qt::QueuedConnection);
     return false;
 }
 
@@ -61,7 +67,7 @@ void AppDelegate::handleDataRequest(const QString &name, const Arguments &argume
         returnJsResultToClient(_window->isFullScreen() ? QStringLiteral("true") : QStringLiteral("false"),
                                guid);
     else if (name == QLatin1String("FileName"))
-        returnJsResultToClient(u'\'' + orNullText(_session.videoFileName) + u'\'', guid);
+        returnJsResultToClient(PageScripts::quoted(orNullText(_session.videoFileName)), guid);
 }
 
 void AppDelegate::answerWhenKnown(const Deferred::Ptr &deferred, const QString &guid) {

@@ -45,9 +45,7 @@ void AppDelegate::launchVideo() {
     _playbackSpeedDeferred = Deferred::deferred();
     _volumeDeferred = Deferred::deferred();
 
-    const auto printedId = QString::number(static_cast<quint64>(_session.videoId));
-    _playerWebViewController->loadUrl(
-        MConstants::serviceAddress(QStringLiteral("Player/Play?videoId=") + printedId));
+    loadPlayerPage();
 
     VLCMediaPlayer &launched = _vlcVideoViewController->player();
     launched.setVolume(maximumVolume);
@@ -59,6 +57,15 @@ void AppDelegate::launchVideo() {
     else
         alertVideoPlayingError(); // the library itself is missing or broken
     _loaderViewController->hideLoader();
+}
+
+void AppDelegate::loadPlayerPage() {
+    if (!isPlayerScreenVisible())
+        return;
+    const auto printedId = QString::number(static_cast<quint64>(_session.videoId));
+    // The page that belongs to the film, which the video's controller knows.
+    _vlcVideoViewController->webViewController().loadUrl(
+        MConstants::serviceAddress(QStringLiteral("Player/Play?videoId=") + printedId));
 }
 
 void AppDelegate::mediaPlayerStateChanged() {

@@ -28,16 +28,18 @@ void fill(QWidget &window, QWidget *view) {
 void AppDelegate::loadPlayerScreen() {
     _loaderViewController->hideLoader();
     if (!_vlcVideoViewController) {
-        createPlayerWindows();
-        createPlayerControllers();
+        createPlayerScreen();
+        connectPlayerScreen();
     }
+    // Over a minimised main window the two would stand alone on the desktop.
+    _window->setWindowState(_window->windowState() & ~Qt::WindowMinimized);
     repositionWindows();
     _vlcViewWindow->show();
     _playerWebViewWindow->show();
     _playerWebViewWindow->makeKeyWindow();
 }
 
-void AppDelegate::createPlayerWindows() {
+void AppDelegate::createPlayerScreen() {
     _playerWebViewController = std::make_unique<WebViewController>(_profile);
     // Each window is transient for the one beneath it: window managers keep only such a chain in order.
     _vlcViewWindow =
@@ -46,17 +48,17 @@ void AppDelegate::createPlayerWindows() {
     _vlcViewWindow->setAttribute(Qt::WA_ShowWithoutActivating);
     _vlcViewWindow->setWindowTitle(_window->windowTitle());
     _playerWebViewWindow = new MKeyableWindow(*_window, *_playerWebViewController, _vlcViewWindow);
-    fill(*_playerWebViewWindow, _playerWebViewController->view());
-}
-
-void AppDelegate::createPlayerControllers() {
     _vlcVideoViewController =
         std::make_unique<VLCVideoViewController>(_vlc, *_playerWebViewController, _vlcViewWindow);
+    fill(*_playerWebViewWindow, _playerWebViewController->view());
     fill(*_vlcViewWindow, _vlcVideoViewController->view());
+}
 
+void AppDelegate::connectPlayerScreen() {
     // player page -> this
+    connect(_playerWebViewController.get(), &WebViewController::pageDied, this, &AppDelegate::loadPlayerPage);
     _playerWebViewController->setNavigationPolicy(
-        [this](const QUrl &url) { return decidePolicyForNavigation(url); });
+        [this](const QUrl &url) { return decidePolicyForNavigation(url, Page::Player); });
     _playerWebViewController->view()->setDropHandler([this](const QString &path) { takeVideoIn(path); });
     // player -> this
     connect(player(), &VLCMediaPlayer::stateChanged, this, &AppDelegate::mediaPlayerStateChanged);

@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QIcon>
+#include <QMessageBox>
 #include <QStandardPaths>
 #include <QWebEngineProfile>
 
@@ -91,10 +92,15 @@ QString findService(std::unique_ptr<service::EmbeddedService> &embedded) {
     if (embedded)
         return embedded->baseUrl();
     std::fprintf(stderr, "murvo: %s\n", qPrintable(error));
+    QMessageBox::critical(nullptr, QStringLiteral("Murvo"),
+                          error); // started from the desktop nobody sees stderr
     return {};
 }
 
 int runApplication(QApplication &application, const QString &film) {
+    const TerminationSignals signalsOfEnd;
+    QObject::connect(&signalsOfEnd, &TerminationSignals::received, &application,
+                     [] { QCoreApplication::exit(0); });
     std::unique_ptr<service::EmbeddedService> embedded;
     const QString baseUrl = findService(embedded);
     if (baseUrl.isNull())
@@ -111,9 +117,6 @@ int runApplication(QApplication &application, const QString &film) {
             embedded->filmIdentified(path, hash.fileHash, hash.fileSize);
         };
     AppDelegate delegate(profile, vlc, std::move(filmIdentified));
-    const TerminationSignals signalsOfEnd;
-    QObject::connect(&signalsOfEnd, &TerminationSignals::received, &application,
-                     [] { QCoreApplication::exit(0); });
     QObject::connect(&delegate, &AppDelegate::terminate, &application, [] { QCoreApplication::exit(0); });
 
     delegate.applicationDidFinishLaunching();
@@ -141,6 +144,7 @@ int main(int argc, char **argv) {
     QApplication::setWindowIcon(
         QIcon::fromTheme(QStringLiteral("murvo"), QIcon(QStringLiteral(":/murvo.png"))));
     const int status = runApplication(application, invocation.film);
-    qCInfo(logApp, "Ended in order");
+    if (status == 0)
+        qCInfo(logApp, "Ended in order");
     return status;
 }

@@ -63,8 +63,11 @@ bool MKeyableWindow::sendEvent(QEvent *event) {
 }
 
 bool MKeyableWindow::handleDoubleClick(double distanceFromBottom) {
+    const QString answer = _page.evaluate(PageScripts::nextSubtitleTop());
+    if (!isVisible()) // the film has ended while the page answered
+        return true;
     double top = 0;
-    if (!scanDouble(_page.evaluate(PageScripts::nextSubtitleTop()), top))
+    if (!scanDouble(answer, top))
         return false;
     const double frameHeight = _mainWindow.frameGeometry().height();
     if (top != 0 && !(distanceFromBottom > frameHeight - top))

@@ -15,7 +15,8 @@ class MKeyableWindow : public QWidget {
     Q_OBJECT
 
   public:
-    /// Both are borrowed and must outlive the window. parent is the window beneath it.
+    /// Both are borrowed; the page may go before the window does, once the event loop has ended. parent is
+    /// the window beneath it.
     MKeyableWindow(MainWindow &mainWindow, WebViewController &page, QWidget *parent);
 
     /// Gives the keys to the page; does nothing while the window is hidden.

@@ -56,8 +56,9 @@ void MSubtitlesToDownload::processResponse() {
     if (requestResponseCode == 200)
         MSubtitlesToUpload::addSubToUpload({.id = subsId, .fileName = fileName, .data = downloadedData});
     --nbSubsToDownload;
-    qCInfo(logSubtitles).noquote().nospace() << "Finished downloading subtitles at " << downloadUrl
-                                             << " - Remaining: " << nbSubsToDownload << " subs";
+    qCInfo(logSubtitles).noquote().nospace()
+        << "Finished downloading subtitles at " << singleLine(downloadUrl)
+        << " - Remaining: " << nbSubsToDownload << " subs";
     if (nbSubsToDownload == 0) {
         resetDownloader();
         MSubtitlesToUpload::uploadAllSubs();

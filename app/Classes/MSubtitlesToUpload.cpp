@@ -28,7 +28,7 @@ void MSubtitlesToUpload::uploadAllSubs() {
     HttpHandlers handlers;
     handlers.didReceiveResponse = [](const HttpResponse &response) { requestResponseCode = response.status; };
     handlers.didFailWithError = [](const QString &error) {
-        qCInfo(logSubtitles).noquote() << "Met an error uploading subtitles:" << error;
+        qCWarning(logSubtitles).noquote() << "Met an error uploading subtitles:" << error;
         if (!responseProcessed)
             processResponse();
     };
@@ -44,7 +44,7 @@ void MSubtitlesToUpload::processResponse() {
     if (requestResponseCode == 200)
         qCInfo(logSubtitles, "Successfully uploaded all downloaded subtitles");
     else
-        qCInfo(logSubtitles, "Failed to upload downloaded subtitles");
+        qCWarning(logSubtitles, "Failed to upload downloaded subtitles");
     resetUploader();
     NotificationCenter::defaultCenter().post(notifications::launchVideo);
 }

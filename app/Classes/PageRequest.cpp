@@ -20,6 +20,15 @@ PageRequest::Kind kindNamed(const QString &name) {
     return PageRequest::Kind::Unknown;
 }
 
+/// QUrl encodes these characters, which pages use bare, as in a guid in braces.
+QString asWritten(QString query) {
+    for (const char16_t character : {u'{', u'}', u'|', u'^', u'\\', u'`'}) {
+        const QString encoded = u'%' + QString::number(character, 16).toUpper();
+        query.replace(encoded, QString(character));
+    }
+    return query;
+}
+
 PageRequest::Arguments parseArguments(const QString &query) {
     PageRequest::Arguments arguments;
     const QStringList items = query.split(u'&');
@@ -41,10 +50,10 @@ std::optional<PageRequest> PageRequest::fromUrl(const QUrl &url) {
         return PageRequest{};
     return PageRequest{.kind = kindNamed(components.first()),
                        .name = components.last(),
-                       .arguments = parseArguments(url.query(QUrl::FullyEncoded))};
+                       .arguments = parseArguments(asWritten(url.query(QUrl::FullyEncoded)))};
 }
 
-QString lastPathComponent(const QUrl &url) {
+QString lastUrlComponent(const QUrl &url) {
     const QStringList components = pathComponents(url);
     return components.isEmpty() ? QString() : components.last();
 }

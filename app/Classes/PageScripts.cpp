@@ -39,6 +39,19 @@ QString refreshLevel() {
     return trigger(QStringLiteral("refreshLevel"));
 }
 
+QString quoted(const QString &text) {
+    QString literal = QStringLiteral("'");
+    for (const QChar character : text) {
+        const bool isPlain = character >= u' ' && character != u'\'' && character != u'\\' &&
+                             character != QChar::LineSeparator && character != QChar::ParagraphSeparator;
+        if (isPlain)
+            literal += character;
+        else
+            literal += QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
+    }
+    return literal + u'\'';
+}
+
 QString response(const QString &guid, const QString &value) {
     return trigger(QStringLiteral("response:") + orNullText(guid), value);
 }

@@ -15,6 +15,9 @@ namespace PageScripts {
 [[nodiscard]] QString enteredFullscreen();
 [[nodiscard]] QString refreshLevel();
 
+/// A script text literal in single quotes that stands for text, whatever is in it.
+[[nodiscard]] QString quoted(const QString &text);
+
 /// value is script source, not text: a text carries its own quotes. A null guid reads "(null)".
 [[nodiscard]] QString response(const QString &guid, const QString &value);
 

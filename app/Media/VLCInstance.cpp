@@ -25,12 +25,13 @@ namespace {
 void logMessage(void *, int level, const libvlc_log_t *, const char *format, va_list arguments) {
     std::array<char, 1024> text{};
     std::vsnprintf(text.data(), text.size(), format, arguments);
+    const QString line = singleLine(QString::fromUtf8(text.data()));
     if (level >= LIBVLC_ERROR)
-        qCWarning(logVlc, "%s", text.data());
+        qCWarning(logVlc).noquote() << line;
     else if (level >= LIBVLC_WARNING)
-        qCInfo(logVlc, "%s", text.data());
+        qCInfo(logVlc).noquote() << line;
     else
-        qCDebug(logVlc, "%s", text.data());
+        qCDebug(logVlc).noquote() << line;
 }
 
 bool hasSoundServer() {

@@ -15,7 +15,14 @@ namespace {
 
 // The network layer reports a status of 400 and above as an error of its own; to us it is a response like
 // any.
-bool isStatusError(QNetworkReply::NetworkError error) {
+bool isStatusError(const QNetworkReply &reply) {
+    const QNetworkReply::NetworkError error = reply.error();
+    const bool isOddStatus = // 400 and 418, 407
+        error == QNetworkReply::ProtocolInvalidOperationError ||
+        error == QNetworkReply::ProxyAuthenticationRequiredError;
+    constexpr int firstErrorStatus = 400;
+    if (isOddStatus)
+        return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() >= firstErrorStatus;
     return (error >= QNetworkReply::ContentAccessDenied && error <= QNetworkReply::UnknownContentError) ||
            (error >= QNetworkReply::InternalServerError && error <= QNetworkReply::UnknownServerError);
 }
@@ -56,7 +63,7 @@ HttpClient::~HttpClient() {
 void HttpClient::start(const HttpRequest &request, HttpHandlers handlers) {
     QNetworkReply *reply = send(request);
     _running.append(reply);
-    connectHandlers(reply, std::move(handlers));
+    connectHandlers(reply, std::move(handlers), request.longestBody);
 }
 
 void HttpClient::abandonAll() {
@@ -76,8 +83,9 @@ QNetworkReply *HttpClient::send(const HttpRequest &request) {
     QNetworkRequest network(isHttp ? request.url : QUrl());
     for (const HttpHeader &header : request.headers)
         network.setRawHeader(header.name, header.value);
-    if (request.timeout.count() > 0)
-        network.setTransferTimeout(static_cast<int>(request.timeout.count()));
+    network.setTransferTimeout(static_cast<int>(request.timeout.count()));
+    // HTTP/2 would not send a Content-length that differs from the body's, which the lookup needs.
+    network.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     if (request.method == "HEAD")
         return _manager->head(network);
     if (request.method == "POST")
@@ -85,33 +93,41 @@ QNetworkReply *HttpClient::send(const HttpRequest &request) {
     return _manager->get(network);
 }
 
-void HttpClient::connectHandlers(QNetworkReply *reply, HttpHandlers handlers) {
-    // A callback may abandon its own connection: the handlers live on until it has returned.
-    const auto shared = std::make_shared<const HttpHandlers>(std::move(handlers));
-    connect(reply, &QNetworkReply::metaDataChanged, this, [reply, shared] {
-        if (shared->didReceiveResponse)
-            shared->didReceiveResponse(responseOf(*reply));
-    });
-    connect(reply, &QNetworkReply::readyRead, this, [reply, shared] {
-        const QByteArray chunk = reply->readAll();
-        if (!chunk.isEmpty() && shared->didReceiveData && shared->didReceiveData(chunk) == HttpFlow::Enough) {
-            reply->setProperty("enough", true);
+void HttpClient::connectHandlers(QNetworkReply *reply, HttpHandlers handlers, qint64 longestBody) {
+    struct Connection {
+        HttpHandlers handlers;
+        qint64 stillAllowed = 0; // bytes of the body; below 0 once it is too long
+        bool isEnough = false;
+    };
+    // A callback may abandon its own connection: its handlers live on until it has returned.
+    const auto connection = std::make_shared<Connection>();
+    connection->handlers = std::move(handlers);
+    connection->stillAllowed = longestBody;
+    const auto read = [reply, connection] {
+        const QByteArray chunk = reply->isOpen() ? reply->readAll() : QByteArray();
+        if (chunk.isEmpty() || connection->isEnough || connection->stillAllowed < 0)
+            return;
+        connection->stillAllowed -= chunk.size();
+        if (connection->stillAllowed >= 0 && connection->handlers.didReceiveData)
+            connection->isEnough = connection->handlers.didReceiveData(chunk) == HttpFlow::Enough;
+        if (reply->isRunning() && (connection->isEnough || connection->stillAllowed < 0))
             reply->abort();
-        }
+    };
+    connect(reply, &QNetworkReply::metaDataChanged, this, [reply, connection] {
+        if (connection->handlers.didReceiveResponse)
+            connection->handlers.didReceiveResponse(responseOf(*reply));
     });
-    connect(reply, &QNetworkReply::finished, this, [this, reply, shared] {
+    connect(reply, &QNetworkReply::readyRead, this, read);
+    connect(reply, &QNetworkReply::finished, this, [this, reply, connection, read] {
         _running.removeOne(reply);
         reply->deleteLater();
-        const QByteArray rest = reply->isOpen() ? reply->readAll() : QByteArray();
-        const bool isEnough = reply->property("enough").toBool();
-        const bool isFinished =
-            reply->error() == QNetworkReply::NoError || isStatusError(reply->error()) || isEnough;
-        if (!rest.isEmpty() && !isEnough && shared->didReceiveData)
-            shared->didReceiveData(rest);
-        if (isFinished && shared->didFinishLoading)
-            shared->didFinishLoading();
-        else if (!isFinished && shared->didFailWithError)
-            shared->didFailWithError(reply->errorString());
+        read();
+        const bool isWhole = reply->error() == QNetworkReply::NoError || isStatusError(*reply);
+        const bool isFinished = connection->isEnough || (isWhole && connection->stillAllowed >= 0);
+        if (isFinished && connection->handlers.didFinishLoading)
+            connection->handlers.didFinishLoading();
+        else if (!isFinished && connection->handlers.didFailWithError)
+            connection->handlers.didFailWithError(reply->errorString());
     });
 }
 

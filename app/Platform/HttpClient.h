@@ -24,7 +24,8 @@ struct HttpRequest {
     QUrl url;
     QList<HttpHeader> headers = {};
     QByteArray body = {};
-    std::chrono::milliseconds timeout{0}; ///< longest silence; 0 waits as long as the network does
+    std::chrono::milliseconds timeout = std::chrono::seconds(60); ///< longest silence
+    qint64 longestBody = 64 * 1024 * 1024;                        ///< bytes; a longer one is a failure
 };
 
 struct HttpResponse {
@@ -61,7 +62,7 @@ class HttpClient : public QObject {
 
   private:
     QNetworkReply *send(const HttpRequest &request);
-    void connectHandlers(QNetworkReply *reply, HttpHandlers handlers);
+    void connectHandlers(QNetworkReply *reply, HttpHandlers handlers, qint64 longestBody);
 
     QNetworkAccessManager *_manager;
     QList<QNetworkReply *> _running;

@@ -11,6 +11,14 @@ Q_LOGGING_CATEGORY(logVlc, "murvo.vlc", QtWarningMsg)
 Q_LOGGING_CATEGORY(logPage, "murvo.page")
 Q_LOGGING_CATEGORY(logSound, "murvo.sound")
 
+QString singleLine(QString text) {
+    for (QChar &character : text) {
+        if (character < u' ' || character == QChar::LineSeparator || character == QChar::ParagraphSeparator)
+            character = u' ';
+    }
+    return text;
+}
+
 void installLogFormat() {
     // The web engine's description of the graphics card, twenty lines at each start.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext.info=false"));

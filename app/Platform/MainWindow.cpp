@@ -27,6 +27,7 @@ MainWindow::MainWindow(QWidget *parent)
     _content->setAutoFillBackground(true);
     _content->setMinimumSize(1, 1);
     setCentralWidget(_content);
+    _content->installEventFilter(this);
 }
 
 QWidget *MainWindow::contentView() const {
@@ -105,24 +106,26 @@ void MainWindow::placeAgain() {
 }
 
 void MainWindow::toggleFullScreen() {
-    if (isFullScreen())
-        showNormal();
-    else
-        showFullScreen();
+    setWindowState(windowState() ^ Qt::WindowFullScreen); // a maximised window is so again afterwards
+    activateWindow(); // window managers lift the player's windows over a full-screen one only with the focus
 }
 
 void MainWindow::setShouldClose(std::function<bool()> shouldClose) {
     _shouldClose = std::move(shouldClose);
 }
 
-void MainWindow::resizeEvent(QResizeEvent *event) {
-    QMainWindow::resizeEvent(event);
-    Q_EMIT didResize();
-}
-
 void MainWindow::moveEvent(QMoveEvent *event) {
     QMainWindow::moveEvent(event);
     Q_EMIT didMove();
+}
+
+bool MainWindow::eventFilter(QObject *watched, QEvent *event) {
+    // The content also changes when the window does not: the menu bar comes and goes above it.
+    if (watched == _content && event->type() == QEvent::Resize)
+        Q_EMIT didResize();
+    if (watched == _content && event->type() == QEvent::Move)
+        Q_EMIT didMove();
+    return QMainWindow::eventFilter(watched, event);
 }
 
 void MainWindow::changeEvent(QEvent *event) {

@@ -38,7 +38,10 @@ class MainWindow : public QMainWindow {
     /// Asked when the user closes the window; a refused close leaves it open.
     void setShouldClose(std::function<bool()> shouldClose);
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
   Q_SIGNALS:
+    /// The content area has another size, or another place on the screen.
     void didResize();
     void didMove();
     void didBecomeKey();
@@ -46,7 +49,6 @@ class MainWindow : public QMainWindow {
     void didExitFullScreen();
 
   protected:
-    void resizeEvent(QResizeEvent *event) override;
     void moveEvent(QMoveEvent *event) override;
     void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;

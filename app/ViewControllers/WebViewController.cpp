@@ -6,6 +6,7 @@
 
 #include <QEventLoop>
 #include <QTimer>
+#include <QWebEngineLoadingInfo>
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
 #include <QWebEngineSettings>
@@ -38,7 +39,8 @@ class Page : public QWebEnginePage {
 
     void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString &message, int line,
                                   const QString &source) override {
-        const auto text = QStringLiteral("%1 (%2:%3)").arg(message, QUrl(source).fileName()).arg(line);
+        const auto text =
+            singleLine(QStringLiteral("%1 (%2:%3)").arg(message, QUrl(source).fileName()).arg(line));
         if (level == ErrorMessageLevel)
             qCWarning(logPage).noquote() << text;
         else
@@ -90,11 +92,19 @@ void WebViewController::makeView(QWebEngineProfile &profile) {
     page->setBackgroundColor(Qt::transparent);
     restrict(*page->settings());
     _view->setPage(page);
-    // A navigation that the policy cancelled ends in "not loaded" too: only a loaded page counts.
-    connect(page, &QWebEnginePage::loadFinished, this, [this](bool isLoaded) {
-        if (isLoaded)
+    // A load ends as stopped when the page commands something by navigating before it is over.
+    connect(page, &QWebEnginePage::loadingChanged, this, [this](const QWebEngineLoadingInfo &info) {
+        if (info.status() == QWebEngineLoadingInfo::LoadSucceededStatus ||
+            info.status() == QWebEngineLoadingInfo::LoadStoppedStatus)
             Q_EMIT progressFinished();
     });
+    connect(page, &QWebEnginePage::renderProcessTerminated, this,
+            [this](QWebEnginePage::RenderProcessTerminationStatus status) {
+                if (status == QWebEnginePage::NormalTerminationStatus)
+                    return;
+                qCWarning(logPage) << "The process of a page has died:" << status;
+                Q_EMIT pageDied();
+            });
 }
 
 MDragReceiverWebView *WebViewController::view() const {

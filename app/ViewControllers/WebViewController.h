@@ -47,6 +47,8 @@ class WebViewController : public QObject {
     /// An accepted navigation of the main frame has begun; it has been loaded.
     void progressStarted();
     void progressFinished();
+    /// The page's process is gone and with it the page; the view can load again.
+    void pageDied();
 
   private:
     static inline bool _useCache = false;

@@ -60,7 +60,7 @@ class FilmRoad : public PlayerFixture {
 
 TEST_F(FilmRoad, ShowsTheLoaderAndAsksWithTheExactForm) {
     ASSERT_NO_FATAL_FAILURE(startAtHome());
-    stub.on(lookupPath, StubReply{.isSilent = true});
+    stub.on(lookupPath, StubReply{.isHeld = true});
     const QString film = folder.filePath(QStringLiteral("My \"Film\" a&b=c 100%.mkv"));
     ASSERT_TRUE(QFile::copy(shortFilm(), film));
     delegate->processVideoAndLaunch(film);
@@ -220,19 +220,7 @@ TEST_F(FilmRoad, StreamsAnHttpUrlAndNamesItByThePreference) {
     QFile file(shortFilm());
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QByteArray film = file.readAll();
-    stub.on("films/v.mkv", [film](const RecordedRequest &request) {
-        const QByteArray range = request.header("Range");
-        const qsizetype first = range.mid(6).split('-').value(0).toLongLong();
-        const qsizetype last = range.mid(6).split('-').value(1, "").toLongLong();
-        if (range.isNull())
-            return StubReply{.body = film, .extraHeaders = {"Accept-Ranges: bytes"}};
-        const QByteArray part = last > 0 ? film.mid(first, last - first + 1) : film.mid(first);
-        return StubReply{.status = 206,
-                         .body = part,
-                         .extraHeaders = {"Content-Range: bytes " + QByteArray::number(first) + "-" +
-                                          QByteArray::number(first + part.size() - 1) + "/" +
-                                          QByteArray::number(film.size())}};
-    });
+    stub.on("films/v.mkv", StubService::bytesWithRanges(film));
     QSettings().remove(QStringLiteral("file-name"));
     delegate->processVideoAndLaunch(stub.baseUrl() + QStringLiteral("films/v.mkv"));
     ASSERT_TRUE(waitUntil([this] { return isFilmShown() && delegate->player()->isPlaying(); }));
@@ -252,24 +240,54 @@ TEST_F(FilmRoad, StreamsAnHttpUrlAndNamesItByThePreference) {
 
 TEST_F(FilmRoad, AnEarlierFilmsRepliesChangeNothing) {
     ASSERT_NO_FATAL_FAILURE(startAtHome());
-    stub.on(lookupPath, json("{\"videoId\":1,\"subsToDownload\":[" + entry("slow", 1, "slow.srt") + "]}"));
-    stub.on("slow", StubReply{.isSilent = true});
+    // One film waits for its lookup, one for a download, one for its upload, one for its remote hash.
+    const QByteArray offer = "{\"videoId\":1,\"subsToDownload\":[" + entry("slow", 1, "slow.srt") + "]}";
+    const StubReply held{.body = "late", .isHeld = true};
+    stub.on(lookupPath, StubReply{.body = offer, .isHeld = true});
     delegate->processVideoAndLaunch(shortFilm());
-    ASSERT_TRUE(waitUntil([this] { return !stub.requestsTo("slow").isEmpty(); }));
+    ASSERT_TRUE(waitUntil([this] { return stub.requestsTo(lookupPath).size() == 1; }));
+    stub.on(lookupPath, json(offer));
+    stub.on("slow", held);
+    delegate->processVideoAndLaunch(shortFilm());
+    ASSERT_TRUE(waitUntil([this] { return stub.requestsTo("slow").size() == 1; }));
+    stub.on("slow", StubReply{.body = "in time"});
+    stub.on(uploadPath, held);
+    delegate->processVideoAndLaunch(shortFilm());
+    ASSERT_TRUE(waitUntil([this] { return stub.requestsTo(uploadPath).size() == 1; }));
+    stub.on("remote.mkv", StubReply{.body = QByteArray(70000, 'x'), .isHeld = true});
+    delegate->processVideoAndLaunch(stub.baseUrl() + QStringLiteral("remote.mkv"));
+    ASSERT_TRUE(waitUntil([this] { return stub.requestsTo("remote.mkv").size() == 1; }));
 
     stub.on(lookupPath, json("{\"videoId\":2}"));
     delegate->processVideoAndLaunch(filmWithTwoAudioTracks());
+    stub.releaseHeld();
     ASSERT_TRUE(waitUntil([this] { return isFilmShown() && delegate->player()->isPlaying(); }));
-    letPass(300ms);
-    EXPECT_TRUE(stub.requestsTo(uploadPath).isEmpty());
-    ASSERT_EQ(stub.requestsTo("Player/Play").size(), 1);
+    stub.releaseHeld();
+    // A round trip later everything that was still on its way has arrived.
+    ASSERT_TRUE(waitUntil([this] { return stub.requestsTo("Player/Play").size() == 1; }));
     EXPECT_EQ(stub.requestsTo("Player/Play").first().target, "/Player/Play?videoId=2");
+    EXPECT_EQ(stub.requestsTo(uploadPath).size(), 1);
+    EXPECT_EQ(stub.requestsTo(lookupPath).size(), 4) << "the remote film is not looked up any more";
+    EXPECT_EQ(alert(), nullptr);
+}
+
+TEST_F(FilmRoad, APageOfAFilmThatIsOverCommandsNothing) {
+    ASSERT_NO_FATAL_FAILURE(startFilm(filmWithTwoAudioTracks()));
+    // Sent while the film shows, handled when the home screen is back.
+    std::ignore = inPlayerPage(QStringLiteral("ask('app:///Execute/Play'); 1"));
+    delegate->loadHomeScreen();
+    homePageSends(QStringLiteral("app:///Execute/Play"));
+    stub.forgetRequests();
+    homePageSends(QStringLiteral("app:///Execute/EnableDraggableHomeScreen"));
+    letPass(200ms);
+    EXPECT_FALSE(delegate->player()->isPlaying()) << "no sound under the home screen";
+    EXPECT_TRUE(isHomeShown());
 }
 
 TEST_F(FilmRoad, AFilmFromTheShellWaitsForTheHomePage) {
     delegate->applicationOpenFile(QStringLiteral("/not this one"));
     delegate->applicationOpenFile(shortFilm());
-    ASSERT_NO_FATAL_FAILURE(startAtHome());
+    delegate->applicationDidFinishLaunching();
     ASSERT_TRUE(waitUntil([this] { return isFilmShown() && delegate->player()->isPlaying(); }));
     ASSERT_EQ(stub.requestsTo(lookupPath).size(), 1);
     delegate->loadHomeScreen();

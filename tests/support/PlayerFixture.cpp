@@ -78,7 +78,7 @@ PlayerFixture::~PlayerFixture() = default;
 
 void PlayerFixture::startAtHome() {
     delegate->applicationDidFinishLaunching();
-    ASSERT_TRUE(waitUntil([this] { return delegate->session().homeScreenLoaded; }))
+    ASSERT_TRUE(waitUntil([this] { return delegate->session().homeScreenLoaded && isHomeShown(); }))
         << "home page is not ready";
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&delegate->window()));
 }
@@ -124,7 +124,8 @@ QStringList PlayerFixture::answersTo(const QString &guid) const {
 }
 
 bool PlayerFixture::isHomeShown() const {
-    return delegate->homeWebViewController()->view()->isVisible() && !isFilmShown();
+    return delegate->homeWebViewController()->view()->isVisible() &&
+           delegate->loaderViewController()->isLabelHidden() && !isFilmShown();
 }
 
 bool PlayerFixture::isFilmShown() const {

@@ -37,6 +37,7 @@ class PlayerFixture : public testing::Test {
     /// Answers to the guid: the payloads as JSON text, in order.
     [[nodiscard]] QStringList answersTo(const QString &guid) const;
 
+    /// The home page is on the screen, with no loader over it.
     [[nodiscard]] bool isHomeShown() const;
     [[nodiscard]] bool isFilmShown() const;
     /// The alert on the screen, null without one.

@@ -3,6 +3,8 @@
 
 #include <QTcpSocket>
 
+#include <utility>
+
 namespace murvo::test {
 
 namespace {
@@ -68,6 +70,24 @@ void StubService::on(const QByteArray &path, const StubReply &reply) {
     on(path, [reply](const RecordedRequest &) { return reply; });
 }
 
+StubService::Handler StubService::bytesWithRanges(const QByteArray &bytes) {
+    return [bytes](const RecordedRequest &request) {
+        const QByteArray range = request.header("Range");
+        if (range.isNull())
+            return StubReply{.body = bytes, .extraHeaders = {"Accept-Ranges: bytes"}};
+        const QList<QByteArray> bounds = range.mid(QByteArray("bytes=").size()).split('-');
+        const qsizetype first = bounds[0].toLongLong();
+        const QByteArray part = bounds.value(1).isEmpty()
+                                    ? bytes.mid(first)
+                                    : bytes.mid(first, bounds[1].toLongLong() - first + 1);
+        const QByteArray last = QByteArray::number(first + part.size() - 1);
+        return StubReply{.status = 206,
+                         .body = part,
+                         .extraHeaders = {"Content-Range: bytes " + bounds[0] + '-' + last + '/' +
+                                          QByteArray::number(bytes.size())}};
+    };
+}
+
 QList<RecordedRequest> StubService::requestsTo(const QByteArray &path) const {
     QList<RecordedRequest> found;
     for (const RecordedRequest &request : _requests) {
@@ -100,14 +120,28 @@ void StubService::readFrom(QTcpSocket *socket) {
 void StubService::answer(QTcpSocket *socket, const RecordedRequest &request) {
     const auto handler = _handlers.constFind(pathOf(request.target));
     const StubReply reply = handler == _handlers.cend() ? StubReply{.status = 404} : (*handler)(request);
-    if (reply.isSilent)
+    if (reply.isHeld) {
+        _held.append({socket, serialize(reply, request.method)});
         return;
+    }
     if (reply.isReset) {
         socket->abort();
         return;
     }
     socket->write(serialize(reply, request.method));
     socket->disconnectFromHost();
+}
+
+int StubService::releaseHeld() {
+    int answered = 0;
+    for (const auto &[socket, bytes] : std::exchange(_held, {})) {
+        if (!socket || socket->state() != QAbstractSocket::ConnectedState)
+            continue;
+        socket->write(bytes);
+        socket->disconnectFromHost();
+        ++answered;
+    }
+    return answered;
 }
 
 } // namespace murvo::test

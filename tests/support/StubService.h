@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QTcpServer>
 
@@ -32,7 +33,7 @@ struct StubReply {
     QByteArray body = {};
     QList<QByteArray> extraHeaders = {}; ///< whole lines without the line end
     bool isReset = false;                ///< closes the connection without an answer
-    bool isSilent = false;               ///< never answers
+    bool isHeld = false;                 ///< answered by releaseHeld(), or never
     qint64 declaredLength = -1;          ///< Content-Length to send in place of the body's; -2 sends none
 };
 
@@ -55,9 +56,15 @@ class StubService : public QObject {
     void on(const QByteArray &path, Handler handler);
     void on(const QByteArray &path, const StubReply &reply);
 
+    /// Serves the bytes, or the range of them that is asked for.
+    [[nodiscard]] static Handler bytesWithRanges(const QByteArray &bytes);
+
     [[nodiscard]] const QList<RecordedRequest> &requests() const { return _requests; }
     [[nodiscard]] QList<RecordedRequest> requestsTo(const QByteArray &path) const;
     void forgetRequests() { _requests.clear(); }
+
+    /// Answers now what was held, to the connections that still exist. Returns how many they were.
+    int releaseHeld();
 
   private:
     void readFrom(QTcpSocket *socket);
@@ -66,6 +73,7 @@ class StubService : public QObject {
     QHash<QByteArray, Handler> _handlers;
     QHash<QTcpSocket *, QByteArray> _received;
     QList<RecordedRequest> _requests;
+    QList<std::pair<QPointer<QTcpSocket>, QByteArray>> _held; // with the bytes to send
     QTcpServer _server;
 };
 

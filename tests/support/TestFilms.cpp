@@ -44,7 +44,7 @@ QString filmWithTwoAudioTracks() {
 
 QString shortFilm() {
     return made(QStringLiteral("short.mkv"),
-                words("-f lavfi -i testsrc2=s=320x240:r=25:d=4 -f lavfi -i sine=f=440:d=4 "
+                words("-f lavfi -i testsrc2=s=320x240:r=25:d=4.9 -f lavfi -i sine=f=440:d=4.9 "
                       "-c:v libx264 -preset ultrafast -g 25 -c:a aac"));
 }
 

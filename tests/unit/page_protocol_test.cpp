@@ -29,6 +29,11 @@ TEST(PageRequest, TakesKindNameAndArgumentsFromTheUrl) {
                                                           {QStringLiteral("e"), QString()}}));
 }
 
+TEST(PageRequest, KeepsAGuidInBraces) {
+    const PageRequest request = parsed("app:///Request/Volume?guid={1B4E-a^b|c`d\\e}");
+    EXPECT_EQ(request.arguments.value(QStringLiteral("guid")), QStringLiteral("{1B4E-a^b|c`d\\e}"));
+}
+
 TEST(PageRequest, KnowsNothingElse) {
     EXPECT_FALSE(PageRequest::fromUrl(QUrl(QStringLiteral("http://h/Execute/Play"))));
     EXPECT_EQ(parsed("app:///Other/Play").kind, PageRequest::Kind::Unknown);
@@ -38,7 +43,7 @@ TEST(PageRequest, KnowsNothingElse) {
     EXPECT_EQ(parsed("app:///Execute").name, QStringLiteral("Execute"))
         << "kind and name are the same component";
     EXPECT_EQ(parsed("app:///Execute/More/Play").name, QStringLiteral("Play"));
-    EXPECT_EQ(lastPathComponent(QUrl(QStringLiteral("http://h/a/PlayerRegister?x=1"))),
+    EXPECT_EQ(lastUrlComponent(QUrl(QStringLiteral("http://h/a/PlayerRegister?x=1"))),
               QStringLiteral("PlayerRegister"));
 }
 
@@ -65,6 +70,8 @@ TEST(PageScripts, AreSilentInAPageWithoutJQuery) {
               QStringLiteral("if(typeof $ != 'undefined'){ $(window).trigger('nativeApp:resized'); }"));
     EXPECT_EQ(PageScripts::response(QStringLiteral("a1"), QStringLiteral("'f.mkv'")),
               QStringLiteral("if(typeof $ != 'undefined'){ $(window).trigger('response:a1', 'f.mkv'); }"));
+    EXPECT_EQ(PageScripts::quoted(QStringLiteral("L'Auberge é\n\\x.mkv")),
+              QStringLiteral("'L\\u0027Auberge é\\u000a\\u005cx.mkv'"));
     EXPECT_EQ(PageScripts::response(QString(), QStringLiteral("true")),
               QStringLiteral("if(typeof $ != 'undefined'){ $(window).trigger('response:(null)', true); }"));
 }
