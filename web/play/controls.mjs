@@ -58,8 +58,10 @@ export class Controls {
       this.#text('total', timeText(durationMs));
     }
     if (this.#seeking) return;
-    seek.value = Math.round(((positionMs ?? 0) / 1000) * seekStepsPerSecond);
-    this.#showSeek(positionMs ?? 0);
+    // A film can run on a little longer than it says it lasts.
+    const shownMs = Math.min(positionMs ?? 0, durationMs ?? Infinity);
+    seek.value = Math.round((shownMs / 1000) * seekStepsPerSecond);
+    this.#showSeek(shownMs);
   }
 
   #showSeek(positionMs) {
