@@ -51,10 +51,14 @@ void AppDelegate::connectMainWindow() {
     connect(_window.get(), &MainWindow::didResize, this, &AppDelegate::windowDidResize);
     connect(_window.get(), &MainWindow::didMove, this, &AppDelegate::repositionWindows);
     connect(_window.get(), &MainWindow::didBecomeKey, this, &AppDelegate::windowDidBecomeKey);
-    connect(_window.get(), &MainWindow::didEnterFullScreen, this,
-            [this] { sendToPlayerPage(PageScripts::enteredFullscreen()); });
-    connect(_window.get(), &MainWindow::didExitFullScreen, this,
-            [this] { sendToPlayerPage(PageScripts::leftFullscreen()); });
+    connect(_window.get(), &MainWindow::didEnterFullScreen, this, [this] {
+        raisePlayerWindows();
+        sendToPlayerPage(PageScripts::enteredFullscreen());
+    });
+    connect(_window.get(), &MainWindow::didExitFullScreen, this, [this] {
+        raisePlayerWindows();
+        sendToPlayerPage(PageScripts::leftFullscreen());
+    });
     _window->setShouldClose([this] { return windowShouldClose(); });
 }
 

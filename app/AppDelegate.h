@@ -115,6 +115,7 @@ class AppDelegate : public QObject {
     void createPlayerScreen();
     void connectPlayerScreen();
     void repositionWindows();
+    void raisePlayerWindows();
     void exitFullscreen();
     void windowDidResize();
     void windowDidBecomeKey();

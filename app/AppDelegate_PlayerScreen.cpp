@@ -73,6 +73,14 @@ void AppDelegate::repositionWindows() {
     _playerWebViewWindow->setGeometry(content);
 }
 
+void AppDelegate::raisePlayerWindows() {
+    // A window manager lifts the window that enters or leaves full screen, and may lift it above the film.
+    if (!isPlayerScreenVisible())
+        return;
+    _vlcViewWindow->raise();
+    _playerWebViewWindow->raise();
+}
+
 bool AppDelegate::isPlayerScreenVisible() const {
     return _playerWebViewWindow && (_playerWebViewWindow->isVisible() || _vlcViewWindow->isVisible());
 }

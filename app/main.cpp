@@ -69,6 +69,9 @@ void prepareEnvironment() {
     // libVLC draws into X11 windows only; under Wayland that means XWayland.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "xcb");
+    // Its library writes errors that are none to stderr, past the log, at nearly every start.
+    if (qEnvironmentVariableIsEmpty("QTWEBENGINE_CHROMIUM_FLAGS"))
+        qputenv("QTWEBENGINE_CHROMIUM_FLAGS", "--log-level=3");
     // The web engine's sandbox cannot be had as root, which is how containers run.
     if (::geteuid() == 0 && qEnvironmentVariableIsEmpty("QTWEBENGINE_DISABLE_SANDBOX")) {
         qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
@@ -79,7 +82,7 @@ void prepareEnvironment() {
 /// The address of the service to use, or null after a message. Starts the embedded service when no other is
 /// named.
 QString findService(std::unique_ptr<service::EmbeddedService> &embedded) {
-    const QString given = qEnvironmentVariable("MURVO_BASE_URL");
+    QString given = qEnvironmentVariable("MURVO_BASE_URL");
     if (!given.isEmpty()) {
         if (given.endsWith(u'/'))
             return given;

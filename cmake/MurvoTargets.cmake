@@ -19,6 +19,14 @@ if(MURVO_SANITIZE)
   target_link_options(murvo_options INTERFACE -fsanitize=${MURVO_SANITIZE})
 endif()
 
+# murvo_program(NAME): what every executable of the project gets, the program and the tests alike.
+function(murvo_program name)
+  target_link_libraries(${name} PRIVATE murvo_options)
+  if(MURVO_SANITIZE)
+    target_sources(${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests/support/keep_libraries.cpp")
+  endif()
+endfunction()
+
 # murvo_library(NAME SOURCES...): a static library with the project's options and its own folder's sources.
 function(murvo_library name)
   add_library(${name} STATIC ${ARGN})

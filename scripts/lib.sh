@@ -60,9 +60,10 @@ configure() {
 thin_out_progress() {
     local line count=0
     while IFS= read -r line || [[ -n $line ]]; do
+        [[ $line != *'Re-checking globbed directories...'* ]] || continue
         if [[ $line =~ ^\[[0-9]+/[0-9]+\] ]]; then
             ((++count != 1)) || printf 'Building ...\n'
-            ((count % 50 == 0)) || continue
+            ((count % 10 == 0)) || continue
         fi
         printf '%s\n' "$line"
     done

@@ -16,14 +16,14 @@ Promise::Ptr Deferred::promise() {
 }
 
 Promise::Ptr Deferred::resolve(const QVariant &value) {
-    const Promise::Ptr self = promise(); // a callback may drop the last other reference
+    Promise::Ptr self = promise(); // a callback may drop the last other reference
     storeResult(value);
     transitionToState(PromiseStateResolved);
     return self;
 }
 
 Promise::Ptr Deferred::reject(const PromiseError &error) {
-    const Promise::Ptr self = promise();
+    Promise::Ptr self = promise();
     storeReason(error);
     transitionToState(PromiseStateRejected);
     return self;

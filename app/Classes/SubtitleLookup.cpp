@@ -23,7 +23,7 @@ LookupReply parseLookupReply(const QByteArray &body) {
     LookupReply reply;
     reply.videoId = intValue(root.value(QLatin1String("videoId")));
     const QJsonArray entries = root.value(QLatin1String("subsToDownload")).toArray();
-    for (const QJsonValue &entry : entries) {
+    for (const auto &entry : entries) {
         const QJsonObject object = entry.toObject();
         const QString downloadUrl = object.value(QLatin1String("downloadUrl")).toString();
         if (downloadUrl.isEmpty() || !object.value(QLatin1String("mustBeDownloaded")).toBool())

@@ -6,6 +6,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cstring>
 
 namespace murvo {
@@ -124,6 +125,13 @@ QList<VLCTrackInformation> VLCMedia::tracksInformation() const {
     if (tracks)
         libvlc_media_tracks_release(tracks, count);
     return information;
+}
+
+bool VLCMedia::hasPictureOrSound() const {
+    const QList<VLCTrackInformation> tracks = tracksInformation();
+    return std::any_of(tracks.cbegin(), tracks.cend(), [](const VLCTrackInformation &track) {
+        return track.type == QLatin1String("video") || track.type == QLatin1String("audio");
+    });
 }
 
 libvlc_media_t *VLCMedia::handle() const {

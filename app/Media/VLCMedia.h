@@ -42,6 +42,8 @@ class VLCMedia {
     /// Absent until the library knows it.
     [[nodiscard]] VLCTime length() const;
     [[nodiscard]] QList<VLCTrackInformation> tracksInformation() const;
+    /// Whether a video or audio track is known so far.
+    [[nodiscard]] bool hasPictureOrSound() const;
 
     /// Borrowed.
     [[nodiscard]] libvlc_media_t *handle() const;

@@ -131,6 +131,7 @@ void VLCMediaPlayer::restartFrom(const VLCTime &time) {
     ++_impl->generation;
     _state = VLCMediaPlayerStateStopped;
     _hasEnded = false;
+    _isSoundLost = true; // unless the library was quick enough to keep it
     _timeToSeek = time;
     libvlc_media_player_play(_impl->player.get());
 }
@@ -261,6 +262,9 @@ void VLCMediaPlayer::receive(unsigned generation, int eventType) {
         return;
     }
     _state = stateOfEvent(eventType);
+    // A folder or a text comes to its end without a complaint, and without anything to see or hear.
+    if (_state == VLCMediaPlayerStateEnded && !_media->hasPictureOrSound())
+        _state = VLCMediaPlayerStateError;
     _hasEnded = _hasEnded || _state == VLCMediaPlayerStateEnded;
     if (_state == VLCMediaPlayerStatePlaying && _timeToSeek.numberValue())
         libvlc_media_player_set_time(_impl->player.get(), std::exchange(_timeToSeek, {}).intValue());

@@ -15,8 +15,9 @@ namespace murvo {
 
 namespace {
 
-// What a window manager takes at the most to put the frame back after full screen.
-constexpr std::chrono::milliseconds frameReturnTime{200};
+// What a window manager takes at the most to put the frame back after full screen, and when to look before.
+constexpr std::chrono::milliseconds frameReturnTime{1000};
+constexpr std::chrono::milliseconds usualFrameReturnTime{150};
 
 } // namespace
 
@@ -43,6 +44,10 @@ int MainWindow::menuBarHeight() const {
     return bar->isVisibleTo(this) && !bar->isNativeMenuBar() ? bar->sizeHint().height() : 0;
 }
 
+QSize MainWindow::outerSize(const QSizeF &contentSize) const {
+    return {qRound(contentSize.width()), qRound(contentSize.height()) + menuBarHeight()};
+}
+
 void MainWindow::setContentSize(const QSizeF &size) {
     if (isFullScreen()) {
         _sizeAfterFullScreen = size;
@@ -50,8 +55,8 @@ void MainWindow::setContentSize(const QSizeF &size) {
     }
     if (isMaximized())
         showNormal();
-    resize(qRound(size.width()), qRound(size.height()) + menuBarHeight());
-    _sizeToTakeAgain = isVisible() && !hasFrame() ? size : QSizeF();
+    resize(outerSize(size));
+    _sizeToTakeAgain = hasJustLeftFullScreen() ? size : QSizeF();
 }
 
 void MainWindow::setContentAspectRatio(const QSize &ratio) {
@@ -76,11 +81,16 @@ void MainWindow::applyAspectHint() const {
 
 void MainWindow::center() {
     moveToCenter();
-    // Without its frame, as when it has just left full screen, it comes to lie off by the title bar.
-    if (isVisible() && !hasFrame()) {
-        _isCenteredAgain = true;
-        QTimer::singleShot(frameReturnTime, this, &MainWindow::placeAgain);
-    }
+    // Until the window manager has put the whole frame back it comes to lie off by the title bar.
+    if (!hasJustLeftFullScreen())
+        return;
+    _isCenteredAgain = true;
+    QTimer::singleShot(usualFrameReturnTime, this, &MainWindow::placeAgain);
+    QTimer::singleShot(frameReturnTime, this, [this] {
+        placeAgain();
+        _sizeToTakeAgain = {};
+        _isCenteredAgain = false;
+    });
 }
 
 void MainWindow::moveToCenter() {
@@ -92,16 +102,16 @@ void MainWindow::moveToCenter() {
     move(frame.topLeft());
 }
 
-bool MainWindow::hasFrame() const {
-    return frameGeometry().size() != geometry().size();
+bool MainWindow::hasJustLeftFullScreen() const {
+    return _sinceFullScreen.isValid() && !_sinceFullScreen.hasExpired(frameReturnTime.count());
 }
 
 void MainWindow::placeAgain() {
     if (isFullScreen())
         return;
-    if (const QSizeF again = std::exchange(_sizeToTakeAgain, {}); again.isValid())
-        setContentSize(again);
-    if (std::exchange(_isCenteredAgain, false))
+    if (_sizeToTakeAgain.isValid())
+        resize(outerSize(_sizeToTakeAgain));
+    if (_isCenteredAgain)
         moveToCenter();
 }
 
@@ -143,6 +153,7 @@ void MainWindow::changeEvent(QEvent *event) {
         Q_EMIT didEnterFullScreen();
         return;
     }
+    _sinceFullScreen.start();
     if (const QSizeF size = std::exchange(_sizeAfterFullScreen, {}); size.isValid()) {
         setContentSize(size);
         center();

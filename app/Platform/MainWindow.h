@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QElapsedTimer>
 #include <QMainWindow>
 #include <QSizeF>
 
@@ -56,14 +57,16 @@ class MainWindow : public QMainWindow {
 
   private:
     [[nodiscard]] int menuBarHeight() const;
-    [[nodiscard]] bool hasFrame() const;
+    [[nodiscard]] QSize outerSize(const QSizeF &contentSize) const;
+    [[nodiscard]] bool hasJustLeftFullScreen() const;
     void moveToCenter();
     void placeAgain();
     void applyAspectHint() const;
 
     QWidget *_content;
     QSizeF _sizeAfterFullScreen; // content size to take on leaving it; invalid when none was asked for
-    // Asked for while the window manager had not put the frame back yet: done again once it has.
+    // Asked for while the window manager may not have put the frame back yet: done again once it has.
+    QElapsedTimer _sinceFullScreen;
     QSizeF _sizeToTakeAgain;
     bool _isCenteredAgain = false;
     QSize _aspectRatio;

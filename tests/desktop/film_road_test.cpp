@@ -200,7 +200,8 @@ TEST_F(FilmRoad, SaysSoWhenAFilmCannotBePlayed) {
     ASSERT_TRUE(noFilm.open(QIODevice::WriteOnly));
     noFilm.write("short");
     noFilm.close();
-    for (const QString &path : {noFilm.fileName(), folder.filePath(QStringLiteral("missing.mkv"))}) {
+    for (const QString &path :
+         {noFilm.fileName(), folder.filePath(QStringLiteral("missing.mkv")), folder.path()}) {
         stub.forgetRequests();
         delegate->processVideoAndLaunch(path);
         ASSERT_TRUE(waitUntil([] { return alert() != nullptr; })) << path.toStdString();

@@ -88,6 +88,8 @@ class Learner : public testing::Test {
             ("(e => e.hidden ? '' : e.textContent)(document.getElementById('" + QByteArray(id) + "'))")
                 .constData());
     }
+    /// 3 while "english 3" shows, 0 between lines.
+    [[nodiscard]] int lineNumber() const { return line("learned").section(u' ', 1).toInt(); }
     /// Screen position of the middle of the page's element.
     [[nodiscard]] QPoint middleOf(const char *selector) const {
         const QByteArray script =
@@ -155,24 +157,26 @@ TEST_F(Learner, CommandsTheFilmByKeys) {
     writeBeside(QStringLiteral(".en.srt"), subtitles("english", 9));
     ASSERT_NO_FATAL_FAILURE(play());
     SoundRecorder recorder;
-    ASSERT_TRUE(waitUntil([this] { return line("learned") == QLatin1String("english 1"); }));
+    ASSERT_TRUE(waitUntil([this] { return line("learned").startsWith(QLatin1String("english")); }));
     pressKey(QStringLiteral("space"));
     expectPaused(true);
     pressKey(QStringLiteral("space"));
     expectPaused(false);
+    const int before = lineNumber();
     pressKey(QStringLiteral("d"));
     pressKey(QStringLiteral("d"));
-    EXPECT_TRUE(
-        waitUntil([this] { return line("learned") == QLatin1String("english 3") && time() >= 5000; }));
+    ASSERT_TRUE(waitUntil([&] { return lineNumber() == before + 2; }));
     pressKey(QStringLiteral("a"));
-    EXPECT_TRUE(waitUntil([this] { return line("learned") == QLatin1String("english 2"); }));
-    ASSERT_TRUE(waitUntil([this] { return time() > 3600; }));
+    ASSERT_TRUE(waitUntil([&] { return lineNumber() == before + 1; }));
+    const qint64 begin = time();
+    ASSERT_TRUE(waitUntil([&] { return time() > begin + 400; }));
     pressKey(QStringLiteral("s"));
-    EXPECT_TRUE(waitUntil([this] { return time() < 3500; })) << "the line again";
+    EXPECT_TRUE(waitUntil([&] { return time() < begin + 400; })) << "the line again";
+    const qint64 here = time();
     pressKey(QStringLiteral("Right"));
-    EXPECT_TRUE(waitUntil([this] { return time() >= 8000; }));
+    EXPECT_TRUE(waitUntil([&] { return time() >= here + 4000; }));
     pressKey(QStringLiteral("Left"));
-    EXPECT_TRUE(waitUntil([this] { return time() < 6000; }));
+    EXPECT_TRUE(waitUntil([&] { return time() < here + 3000; }));
     ASSERT_TRUE(waitUntil([&] { return recorder.amplitudeOf(220) > 0.005; }));
     pressKey(QStringLiteral("m"));
     EXPECT_TRUE(waitUntil([&] { return recorder.amplitudeOf(220) < 0.001; }));
@@ -202,7 +206,8 @@ TEST_F(Learner, CommandsTheFilmByMouse) {
     EXPECT_TRUE(player()->isPlaying()) << "a double-click changes the screen and nothing else";
     pressKey(QStringLiteral("Escape"));
     ASSERT_TRUE(waitUntil([this] { return delegate->window().contentView()->size() == QSize(640, 360); }));
-    ASSERT_TRUE(waitUntil([this] { return delegate->playerWebViewWindow()->size() == QSize(640, 360); }));
+    ASSERT_TRUE(
+        waitUntil([this] { return inPage("innerWidth + 'x' + innerHeight") == QLatin1String("640x360"); }));
 
     ASSERT_TRUE(waitUntil(
         [this] { return inPage("document.getElementById('audio').hidden") == QLatin1String("false"); }));

@@ -30,9 +30,13 @@ class PlayerScreen : public PlayerFixture {
     [[nodiscard]] QWidget &video() const { return *delegate->vlcViewWindow(); }
     [[nodiscard]] QWidget &page() const { return *delegate->playerWebViewWindow(); }
 
+    /// The windows lie over the content, and the page knows its new size: until then clicks come out
+    /// elsewhere.
     [[nodiscard]] bool isStackInPlace() const {
         const QRect content = window().contentScreenRect();
-        return video().geometry() == content && page().geometry() == content;
+        const QString pageSize = QStringLiteral("%1x%2").arg(content.width()).arg(content.height());
+        return video().geometry() == content && page().geometry() == content &&
+               inPlayerPage(QStringLiteral("innerWidth + 'x' + innerHeight")) == pageSize;
     }
     [[nodiscard]] QPoint picture() const { return window().contentScreenRect().center() - QPoint(0, 60); }
     [[nodiscard]] QPoint barOfThePage() const {
@@ -111,10 +115,14 @@ TEST_F(PlayerScreen, DoubleClickAndEscapeChangeTheFullScreen) {
     ASSERT_TRUE(waitUntil([&] { return window().isFullScreen() && isWholeScreen(); }));
     EXPECT_TRUE(waitUntil([this] { return stackOrder() == QLatin1String("main video page"); }))
         << stackOrder().toStdString();
+    ASSERT_TRUE(waitUntil([this] { return page().isActiveWindow(); }));
     pressKey(QStringLiteral("Escape"));
     ASSERT_TRUE(waitUntil(
         [this] { return !window().isFullScreen() && window().contentView()->size() == QSize(640, 360); }));
     EXPECT_TRUE(waitUntil([this] { return isStackInPlace(); }));
+    EXPECT_TRUE(waitUntil([this] { return stackOrder() == QLatin1String("main video page"); }))
+        << stackOrder().toStdString();
+    ASSERT_TRUE(waitUntil([this] { return page().isActiveWindow(); }));
 
     // Below the top of the page's own area, and with Control, the double-click belongs to the page.
     clickAt(barOfThePage(), 2);
@@ -125,6 +133,7 @@ TEST_F(PlayerScreen, DoubleClickAndEscapeChangeTheFullScreen) {
 
     clickAt(picture(), 2);
     ASSERT_TRUE(waitUntil([&] { return window().isFullScreen() && isWholeScreen(); }));
+    ASSERT_TRUE(waitUntil([this] { return page().isActiveWindow(); }));
     clickAt(picture(), 2);
     ASSERT_TRUE(waitUntil([this] { return !window().isFullScreen(); }));
     QStringList changes = playerPageEvents().filter(QStringLiteral("Fullscreen"));

@@ -6,7 +6,8 @@ export function noticeOf({ fileName, learned, native, unusable }) {
   const bad = unusable.find((track) => track.error);
   if (bad) return `${bad.fileName}: ${bad.error.message}`;
   if (learned || native) return '';
+  if (!fileName) return 'No subtitles are known for this film.';
   const dot = fileName.lastIndexOf('.');
-  const base = dot > 0 ? fileName.slice(0, dot) : fileName || 'FILM';
+  const base = dot > 0 ? fileName.slice(0, dot) : fileName;
   return `No subtitles were found beside this film. Put ${base}.en.srt next to it and open it again.`;
 }
