@@ -262,7 +262,7 @@ void VLCMediaPlayer::receive(unsigned generation, int eventType) {
         return;
     }
     _state = stateOfEvent(eventType);
-    // A folder or a text comes to its end without a complaint, and without anything to see or hear.
+    // A folder comes to its end without a complaint, and without anything to see or hear.
     if (_state == VLCMediaPlayerStateEnded && !_media->hasPictureOrSound())
         _state = VLCMediaPlayerStateError;
     _hasEnded = _hasEnded || _state == VLCMediaPlayerStateEnded;
