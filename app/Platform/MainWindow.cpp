@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Platform/MainWindow.h"
 
-#include "app/Platform/X11SizeHints.h"
+#include "app/Platform/X11WindowManager.h"
 
 #include <QCloseEvent>
 #include <QMenuBar>
 #include <QScreen>
-#include <QTimer>
 #include <QWindow>
 
 #include <chrono>
@@ -15,9 +14,9 @@ namespace murvo {
 
 namespace {
 
-// What a window manager takes at the most to put the frame back after full screen, and when to look before.
-constexpr std::chrono::milliseconds frameReturnTime{1000};
-constexpr std::chrono::milliseconds usualFrameReturnTime{150};
+// What a window manager takes at the most to give a new window its frame, or to put it back after full
+// screen.
+constexpr std::chrono::seconds frameTime{3};
 
 } // namespace
 
@@ -56,7 +55,8 @@ void MainWindow::setContentSize(const QSizeF &size) {
     if (isMaximized())
         showNormal();
     resize(outerSize(size));
-    _sizeToTakeAgain = hasJustLeftFullScreen() ? size : QSizeF();
+    _askedSize = size;
+    _sinceAsked.start();
 }
 
 void MainWindow::setContentAspectRatio(const QSize &ratio) {
@@ -80,42 +80,35 @@ void MainWindow::applyAspectHint() const {
 }
 
 void MainWindow::center() {
-    moveToCenter();
-    // Until the window manager has put the whole frame back it comes to lie off by the title bar.
-    if (!hasJustLeftFullScreen())
-        return;
-    _isCenteredAgain = true;
-    QTimer::singleShot(usualFrameReturnTime, this, &MainWindow::placeAgain);
-    QTimer::singleShot(frameReturnTime, this, [this] {
-        placeAgain();
-        _sizeToTakeAgain = {};
-        _isCenteredAgain = false;
-    });
-}
-
-void MainWindow::moveToCenter() {
     const QScreen *screen = this->screen();
     if (!screen)
         return;
     QRect frame = frameGeometry();
     frame.moveCenter(screen->geometry().center());
     move(frame.topLeft());
+    _isAskedToCenter = true;
+    _sinceAsked.start();
 }
 
-bool MainWindow::hasJustLeftFullScreen() const {
-    return _sinceFullScreen.isValid() && !_sinceFullScreen.hasExpired(frameReturnTime.count());
-}
-
-void MainWindow::placeAgain() {
-    if (isFullScreen())
+void MainWindow::frameChanged() {
+    // Size and place were asked for with the frame of before.
+    if (!_sinceAsked.isValid() || _sinceAsked.hasExpired(std::chrono::milliseconds(frameTime).count())) {
+        _askedSize = {};
+        _isAskedToCenter = false;
+    }
+    if (isFullScreen() || isMaximized())
         return;
-    if (_sizeToTakeAgain.isValid())
-        resize(outerSize(_sizeToTakeAgain));
-    if (_isCenteredAgain)
-        moveToCenter();
+    if (_askedSize.isValid())
+        resize(outerSize(_askedSize));
+    if (_isAskedToCenter)
+        center();
 }
 
 void MainWindow::toggleFullScreen() {
+    if (!isFullScreen()) { // on the way back the window takes its place of now
+        _askedSize = {};
+        _isAskedToCenter = false;
+    }
     setWindowState(windowState() ^ Qt::WindowFullScreen); // a maximised window is so again afterwards
     activateWindow(); // window managers lift the player's windows over a full-screen one only with the focus
 }
@@ -153,7 +146,6 @@ void MainWindow::changeEvent(QEvent *event) {
         Q_EMIT didEnterFullScreen();
         return;
     }
-    _sinceFullScreen.start();
     if (const QSizeF size = std::exchange(_sizeAfterFullScreen, {}); size.isValid()) {
         setContentSize(size);
         center();
@@ -168,6 +160,8 @@ void MainWindow::closeEvent(QCloseEvent *event) {
 bool MainWindow::nativeEvent(const QByteArray &, void *message, qintptr *) {
     if (windowHandle() && isSizeHintsChange(*windowHandle(), message))
         applyAspectHint(); // Qt has written the hints, without the aspect
+    if (windowHandle() && isFrameChange(*windowHandle(), message))
+        QMetaObject::invokeMethod(this, &MainWindow::frameChanged, Qt::QueuedConnection); // once Qt knows it
     return false;
 }
 

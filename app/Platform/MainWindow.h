@@ -58,17 +58,15 @@ class MainWindow : public QMainWindow {
   private:
     [[nodiscard]] int menuBarHeight() const;
     [[nodiscard]] QSize outerSize(const QSizeF &contentSize) const;
-    [[nodiscard]] bool hasJustLeftFullScreen() const;
-    void moveToCenter();
-    void placeAgain();
+    void frameChanged();
     void applyAspectHint() const;
 
     QWidget *_content;
     QSizeF _sizeAfterFullScreen; // content size to take on leaving it; invalid when none was asked for
-    // Asked for while the window manager may not have put the frame back yet: done again once it has.
-    QElapsedTimer _sinceFullScreen;
-    QSizeF _sizeToTakeAgain;
-    bool _isCenteredAgain = false;
+    // The last wishes: fulfilled anew when the window manager changes the frame soon after them.
+    QElapsedTimer _sinceAsked;
+    QSizeF _askedSize;
+    bool _isAskedToCenter = false;
     QSize _aspectRatio;
     bool _isAspectKept = false;
     std::function<bool()> _shouldClose;

@@ -2,6 +2,7 @@
 #include "support/XTools.h"
 
 #include <QProcess>
+#include <QRect>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -44,6 +45,16 @@ void pressKey(const QString &key) {
 
 QString xId(const QWidget &window) {
     return QStringLiteral("0x%1").arg(window.winId(), 0, 16);
+}
+
+QRect screenRect(const QWidget &window) {
+    const QString text = run(QStringLiteral("xwininfo"), {QStringLiteral("-id"), xId(window)});
+    const auto number = [&text](QLatin1String label) {
+        const qsizetype start = text.indexOf(label) + label.size();
+        return text.mid(start).section(u'\n', 0, 0).trimmed().toInt();
+    };
+    return {number(QLatin1String("Absolute upper-left X:")), number(QLatin1String("Absolute upper-left Y:")),
+            number(QLatin1String("Width:")), number(QLatin1String("Height:"))};
 }
 
 QString property(const QWidget &window, const QString &name) {

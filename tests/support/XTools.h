@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 
+class QRect;
 class QWidget;
 
 namespace murvo::test {
@@ -24,6 +25,8 @@ void pressKey(const QString &key);
 [[nodiscard]] QString property(const QWidget &window, const QString &name);
 /// X identifiers of the application windows, bottom to top, as the window manager stacks them.
 [[nodiscard]] QStringList stacking();
+/// Where the window lies on the screen, without a frame, as the X server knows it.
+[[nodiscard]] QRect screenRect(const QWidget &window);
 [[nodiscard]] QString xId(const QWidget &window);
 
 } // namespace murvo::test

@@ -15,4 +15,8 @@ void setContentAspectHint(const QWindow &window, const QSize &aspect, const QSiz
 /// Whether the native event, as QWidget::nativeEvent gets it, says that the window's hints have changed.
 [[nodiscard]] bool isSizeHintsChange(const QWindow &window, const void *nativeEvent);
 
+/// Whether it says that the window manager has given the window another frame, or has told for the first time
+/// how wide it is.
+[[nodiscard]] bool isFrameChange(const QWindow &window, const void *nativeEvent);
+
 } // namespace murvo
