@@ -8,6 +8,7 @@
 #include "app/ViewControllers/WebViewController.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QWindow>
@@ -38,7 +39,7 @@ bool MKeyableWindow::event(QEvent *event) {
 }
 
 bool MKeyableWindow::eventFilter(QObject *watched, QEvent *event) {
-    return watched == windowHandle() && sendEvent(event);
+    return watched == windowHandle() && event != _handedOn && sendEvent(event);
 }
 
 bool MKeyableWindow::sendEvent(QEvent *event) {
@@ -47,7 +48,8 @@ bool MKeyableWindow::sendEvent(QEvent *event) {
         const auto *click = static_cast<QMouseEvent *>(event);
         if (click->button() != Qt::LeftButton || click->modifiers().testFlag(Qt::ControlModifier))
             return false;
-        return handleDoubleClick(height() - click->position().y());
+        handleDoubleClick(*click);
+        return true;
     }
     case QEvent::ShortcutOverride:
     case QEvent::KeyPress:
@@ -62,18 +64,28 @@ bool MKeyableWindow::sendEvent(QEvent *event) {
     }
 }
 
-bool MKeyableWindow::handleDoubleClick(double distanceFromBottom) {
+void MKeyableWindow::handleDoubleClick(const QMouseEvent &click) {
+    // While the page answers Qt may write other positions into the event: it shares its points with those
+    // that follow.
+    const QPointF position = click.position();
+    const QPointF globalPosition = click.globalPosition();
     const QString answer = _page.evaluate(PageScripts::nextSubtitleTop());
     if (!isVisible()) // the film has ended while the page answered
-        return true;
+        return;
     double top = 0;
-    if (!scanDouble(answer, top))
-        return false;
+    const bool isAnswered = scanDouble(answer, top);
+    const double distanceFromBottom = height() - position.y();
     const double frameHeight = _mainWindow.frameGeometry().height();
-    if (top != 0 && !(distanceFromBottom > frameHeight - top))
-        return false;
-    _mainWindow.toggleFullScreen();
-    return true;
+    if (isAnswered && (top == 0 || distanceFromBottom > frameHeight - top)) {
+        _mainWindow.toggleFullScreen();
+        return;
+    }
+    QMouseEvent copy(click.type(), position, position, globalPosition, click.button(), click.buttons(),
+                     click.modifiers(), click.source(), click.pointingDevice());
+    copy.setTimestamp(click.timestamp());
+    _handedOn = &copy;
+    QCoreApplication::sendEvent(windowHandle(), &copy);
+    _handedOn = nullptr;
 }
 
 void MKeyableWindow::keyPressEvent(QKeyEvent *event) {

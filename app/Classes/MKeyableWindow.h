@@ -32,10 +32,12 @@ class MKeyableWindow : public QWidget {
   private:
     /// True when the event is used up here.
     bool sendEvent(QEvent *event);
-    bool handleDoubleClick(double distanceFromBottom);
+    /// Asks the page whose it is, and uses it or hands it on.
+    void handleDoubleClick(const QMouseEvent &click);
 
     MainWindow &_mainWindow;
     WebViewController &_page;
+    const QEvent *_handedOn = nullptr; // passes the filter
 };
 
 } // namespace murvo
