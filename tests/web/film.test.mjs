@@ -124,6 +124,14 @@ test('a click waits for a double-click, and one that led to full screen is taken
   timers.pass(2000);
   click.screenChanged();
   assert.equal(toggles, 3);
+  click.clicked();
+  timers.pass(500);
+  assert.equal(toggles, 4);
+  click.clicked();
+  timers.pass(100);
+  click.screenChanged(); // a double-click soon after a click of its own
+  timers.pass(1000);
+  assert.equal(toggles, 4);
 });
 
 test('times read as on a clock', () => {

@@ -31,7 +31,10 @@ export class PictureClick {
   }
 
   screenChanged() {
-    this.#forget();
+    if (this.#timer !== null) {
+      this.#forget(); // what an earlier click did stays
+      return;
+    }
     if (this.#now() - this.#toggledAt < takeBackMs) {
       this.#toggledAt = -Infinity;
       this.#toggle();
