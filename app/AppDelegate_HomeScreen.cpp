@@ -52,6 +52,9 @@ void AppDelegate::createHomeScreen() {
     _loaderViewController = new LoaderViewController(content);
     layout->addWidget(_homeWebViewController->view());
     layout->addWidget(_loaderViewController->view());
+    // The colour of what lies beneath it, which a transparent view would show.
+    _homeWebViewController->setBackgroundColor(
+        _loaderViewController->view()->palette().color(QPalette::Window));
     _loaderViewController->hideLoader();
 
     // home page -> this

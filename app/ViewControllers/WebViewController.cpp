@@ -115,6 +115,10 @@ void WebViewController::setNavigationPolicy(NavigationPolicy policy) {
     _policy = std::move(policy);
 }
 
+void WebViewController::setBackgroundColor(const QColor &color) {
+    _view->page()->setBackgroundColor(color);
+}
+
 void WebViewController::loadUrl(const QString &url) {
     _view->load(QUrl(url));
 }

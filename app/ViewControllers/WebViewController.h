@@ -8,6 +8,7 @@
 
 #include <functional>
 
+class QColor;
 class QWebEngineProfile;
 
 namespace murvo {
@@ -32,6 +33,11 @@ class WebViewController : public QObject {
 
     [[nodiscard]] MDragReceiverWebView *view() const;
     void setNavigationPolicy(NavigationPolicy policy);
+    /// What shows behind the page; nothing does (it is transparent) unless a colour is set. Views that share
+    /// their window with widgets over or beneath them need an opaque one: a transparent view lies over
+    /// everything in its window until its page has drawn a background, and the place that it then takes among
+    /// the others stays unpainted.
+    void setBackgroundColor(const QColor &color);
 
     void loadUrl(const QString &url);
     /// Leaves the page for an empty one.

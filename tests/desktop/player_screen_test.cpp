@@ -278,4 +278,28 @@ TEST_F(PlayerScreen, TenFilmsLeaveNothingBehind) {
         << before.threads << " threads before, " << measure().threads << " after";
 }
 
+TEST_F(PlayerScreen, ThePageThatTheHomePageLeadsToIsOnTheScreenAfterTheLoader) {
+    const auto page = [](const char *color) {
+        return QByteArray("<!doctype html><title>page</title><body style='background:") + color + "'>";
+    };
+    stub.on("held", {.body = page("#0b5ed7"), .isHeld = true});
+    stub.on("quick", {.body = page("#8a2be2")});
+    ASSERT_NO_FATAL_FAILURE(startAtHome());
+    const QRect content = delegate->window().contentScreenRect();
+    const QPoint place = content.topLeft() + QPoint(content.width() / 4, content.height() / 4);
+    const auto becomes = [&](const QColor &color) {
+        return waitUntil([&] { return screenColor(place) == color; });
+    };
+
+    homePageSends(QStringLiteral("/held"));
+    ASSERT_TRUE(waitUntil([this] { return !delegate->loaderViewController()->isLabelHidden(); }));
+    const QColor loader = delegate->loaderViewController()->view()->palette().color(QPalette::Window);
+    EXPECT_TRUE(becomes(loader)) << screenColor(place).name().toStdString();
+    ASSERT_TRUE(waitUntil([this] { return stub.releaseHeld() > 0; }));
+    EXPECT_TRUE(becomes(QColor(0x0b, 0x5e, 0xd7))) << screenColor(place).name().toStdString();
+    // Nothing in these pages changes once they are there.
+    homePageSends(QStringLiteral("/quick"));
+    EXPECT_TRUE(becomes(QColor(0x8a, 0x2b, 0xe2))) << screenColor(place).name().toStdString();
+}
+
 } // namespace murvo::test

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/XTools.h"
 
+#include <QGuiApplication>
+#include <QImage>
+#include <QPixmap>
 #include <QProcess>
 #include <QRect>
+#include <QScreen>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -41,6 +45,12 @@ void controlDoubleClickAt(const QPoint &position) {
 
 void pressKey(const QString &key) {
     xdotool(QStringLiteral("key ") + key);
+}
+
+QColor screenColor(const QPoint &position) {
+    const QPixmap pixel =
+        QGuiApplication::primaryScreen()->grabWindow(0, position.x(), position.y(), 1, 1); // of the root
+    return pixel.isNull() ? QColor() : pixel.toImage().pixelColor(0, 0);
 }
 
 QString xId(const QWidget &window) {

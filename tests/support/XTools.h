@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QColor>
 #include <QPoint>
 #include <QString>
 #include <QStringList>
@@ -10,7 +11,8 @@ class QWidget;
 
 namespace murvo::test {
 
-/// The desktop seen and touched from outside, with the programs xdotool, xprop and wmctrl.
+/// The desktop seen and touched from outside, with the programs xdotool, xprop and wmctrl, and the picture of
+/// the screen.
 
 /// Standard output of the program; fails the test when it cannot be run or exits with another status than 0.
 QString run(const QString &program, const QStringList &arguments);
@@ -20,6 +22,9 @@ void clickAt(const QPoint &position, int times = 1);
 void controlDoubleClickAt(const QPoint &position);
 /// A key by its X name, such as "Escape", to the window that has the keys.
 void pressKey(const QString &key);
+
+/// What the screen shows there, in every window and whoever drew it.
+[[nodiscard]] QColor screenColor(const QPoint &position);
 
 /// xprop's line of one property of the window.
 [[nodiscard]] QString property(const QWidget &window, const QString &name);
