@@ -17,11 +17,15 @@ Q_LOGGING_CATEGORY(serviceLog, "murvo.service")
 
 namespace {
 
-// An idle kept-alive connection holds a thread of the pool for as long as it is kept; the player and its
-// pages open about a dozen, and stopping waits for the idle time.
+// One request a connection. Kept alive, a connection could be closed just as the web engine takes it up
+// again. The engine then asks anew on another connection, but takes the change for one of the page's network
+// and refuses the answer: "Request had a target IP address space of `unknown`". On loopback a new connection
+// costs next to nothing.
+constexpr size_t requestsPerConnection = 1;
+// A connection holds a thread of the pool until it is answered, or for as long as it may stay silent;
+// stopping waits for that. The player and its pages open about a dozen at once.
 constexpr int poolThreads = 32;
-constexpr time_t keepAliveSeconds = 1;
-constexpr size_t requestsPerConnection = 1000;
+constexpr time_t silenceLimitSeconds = 1;
 constexpr time_t readTimeoutSeconds = 5;
 // Enough for the subtitles of one film, many times over.
 constexpr size_t largestBodyBytes = 64UL * 1024 * 1024;
@@ -105,7 +109,7 @@ struct HttpServer::Impl {
 void HttpServer::Impl::configure() {
     server.new_task_queue = [] { return new httplib::ThreadPool(poolThreads); };
     server.set_tcp_nodelay(true);
-    server.set_keep_alive_timeout(keepAliveSeconds);
+    server.set_keep_alive_timeout(silenceLimitSeconds);
     server.set_keep_alive_max_count(requestsPerConnection);
     server.set_read_timeout(readTimeoutSeconds);
     server.set_payload_max_length(largestBodyBytes);
