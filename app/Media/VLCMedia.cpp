@@ -134,6 +134,12 @@ bool VLCMedia::hasPictureOrSound() const {
     });
 }
 
+bool VLCMedia::hasDecodedAnything() const {
+    libvlc_media_stats_t statistics = {};
+    return libvlc_media_get_stats(_impl->media.get(), &statistics) != 0 &&
+           (statistics.i_decoded_video > 0 || statistics.i_decoded_audio > 0);
+}
+
 libvlc_media_t *VLCMedia::handle() const {
     return _impl->media.get();
 }

@@ -44,6 +44,8 @@ class VLCMedia {
     [[nodiscard]] QList<VLCTrackInformation> tracksInformation() const;
     /// Whether a video or audio track is known so far.
     [[nodiscard]] bool hasPictureOrSound() const;
+    /// Whether a piece of picture or sound has been decoded since it was opened; late by up to 250 ms.
+    [[nodiscard]] bool hasDecodedAnything() const;
 
     /// Borrowed.
     [[nodiscard]] libvlc_media_t *handle() const;

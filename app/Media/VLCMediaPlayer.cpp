@@ -60,6 +60,8 @@ VLCMediaPlayerState stateOfEvent(int type) {
 // The library lists "no track" as one of the tracks, under this identifier.
 constexpr int noTrack = -1;
 constexpr int maximumVolume = 200;
+// The library reports the time about four times a second.
+constexpr int timesOfNothingAllowed = 6;
 
 template<typename Visitor>
 void forEachAudioTrack(libvlc_media_player_t *player, Visitor visit) {
@@ -154,6 +156,8 @@ void VLCMediaPlayer::stop() {
     }
     _isStarted = false;
     _hasEnded = false;
+    _hasPlayedTrack = false;
+    _timesOfNothing = 0;
     _isSoundLost = false;
     ++_impl->generation;
     _state = VLCMediaPlayerStateStopped;
@@ -253,7 +257,7 @@ void VLCMediaPlayer::receive(unsigned generation, int eventType) {
     if (generation != _impl->generation.load())
         return;
     if (eventType == libvlc_MediaPlayerTimeChanged) {
-        Q_EMIT timeChanged();
+        receiveTime();
         return;
     }
     if (eventType == libvlc_MediaPlayerAudioVolume) {
@@ -262,13 +266,33 @@ void VLCMediaPlayer::receive(unsigned generation, int eventType) {
         return;
     }
     _state = stateOfEvent(eventType);
-    // A folder comes to its end without a complaint, and without anything to see or hear.
-    if (_state == VLCMediaPlayerStateEnded && !_media->hasPictureOrSound())
+    // A folder comes to its end without a complaint, and without anything to see or hear. What has been
+    // decoded is known for certain only at the stop after the end.
+    const bool hasNothing = _state == VLCMediaPlayerStateEnded && !_media->hasPictureOrSound();
+    const bool wasNothing = _state == VLCMediaPlayerStateStopped && _hasEnded && !_hasPlayedTrack &&
+                            !_media->hasDecodedAnything();
+    if (hasNothing || wasNothing) {
         _state = VLCMediaPlayerStateError;
+        _hasEnded = false;
+    }
     _hasEnded = _hasEnded || _state == VLCMediaPlayerStateEnded;
     if (_state == VLCMediaPlayerStatePlaying && _timeToSeek.numberValue())
         libvlc_media_player_set_time(_impl->player.get(), std::exchange(_timeToSeek, {}).intValue());
     Q_EMIT stateChanged();
+}
+
+void VLCMediaPlayer::receiveTime() {
+    _hasPlayedTrack = _hasPlayedTrack || libvlc_video_get_track(_impl->player.get()) != noTrack ||
+                      libvlc_audio_get_track(_impl->player.get()) != noTrack;
+    // A text is a film to the library, in a format that it then cannot decode: its time runs with nothing to
+    // see or hear. A film that is slow to come has no time yet.
+    if (!_hasPlayedTrack && ++_timesOfNothing >= timesOfNothingAllowed) {
+        stop();
+        _state = VLCMediaPlayerStateError;
+        Q_EMIT stateChanged();
+        return;
+    }
+    Q_EMIT timeChanged();
 }
 
 } // namespace murvo

@@ -81,6 +81,7 @@ class VLCMediaPlayer : public QObject {
   private:
     struct Impl;
     void receive(unsigned generation, int eventType);
+    void receiveTime();
     void openPlayer();
     void restartFrom(const VLCTime &time);
     void applySound();
@@ -91,8 +92,10 @@ class VLCMediaPlayer : public QObject {
     std::unique_ptr<Impl> _impl; // after the media, so destroyed before it
     VLCMediaPlayerState _state = VLCMediaPlayerStateStopped;
     bool _isStarted = false;
-    bool _hasEnded = false;     // stays after the stop that the library reports next
-    std::optional<int> _volume; // as last set
+    bool _hasEnded = false;       // stays after the stop that the library reports next
+    bool _hasPlayedTrack = false; // a picture or sound track of this media has been in use
+    int _timesOfNothing = 0;      // reports of the time before that
+    std::optional<int> _volume;   // as last set
     bool _isMuted = false;
     bool _isSoundLost = false; // the sound output is being made anew, without volume and mute
     VLCTime _timeToSeek;       // where to go as soon as the restarted media plays

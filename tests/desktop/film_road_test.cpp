@@ -20,6 +20,9 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <random>
+
 namespace murvo::test {
 
 using namespace std::chrono_literals;
@@ -214,6 +217,61 @@ TEST_F(FilmRoad, SaysSoWhenAFilmCannotBePlayed) {
         alert()->button(QMessageBox::Ok)->click();
         EXPECT_TRUE(waitUntil([this] { return isHomeShown(); }));
     }
+}
+
+TEST_F(FilmRoad, SaysSoOnceWhenAFileOpensButHasNothingToSeeOrHear) {
+    ASSERT_NO_FATAL_FAILURE(startAtHome());
+    const auto written = [this](const QString &name, const QByteArray &bytes) {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        return file.fileName();
+    };
+    QByteArray noise(200'000, Qt::Uninitialized);
+    std::generate(noise.begin(), noise.end(),
+                  [engine = std::minstd_rand()]() mutable { return static_cast<char>(engine() >> 8U); });
+    const QByteArray sentence = "This is a line of a text that is no film.\n";
+    for (const QString &path :
+         {written(QStringLiteral("long.txt"), sentence.repeated(5000)),
+          written(QStringLiteral("short.txt"), sentence.repeated(70)),
+          written(QStringLiteral("lines.srt"),
+                  QByteArray("1\n00:00:01,000 --> 00:00:09,000\nLine\n\n").repeated(500)),
+          written(QStringLiteral("noise.bin"), noise)}) {
+        delegate->processVideoAndLaunch(path);
+        ASSERT_TRUE(waitUntil([] { return alert() != nullptr; })) << path.toStdString();
+        EXPECT_EQ(alert()->text(), QStringLiteral("Couldn't open video"));
+        EXPECT_FALSE(delegate->player()->isPlaying());
+        alert()->button(QMessageBox::Ok)->click();
+        EXPECT_TRUE(waitUntil([this] { return isHomeShown(); }));
+        letPass(300ms);
+        EXPECT_EQ(alert(), nullptr) << path.toStdString();
+    }
+}
+
+TEST_F(FilmRoad, WaitsForAFilmThatIsSlowToComeAndEndsItInPeace) {
+    ASSERT_NO_FATAL_FAILURE(startAtHome());
+    QFile file(shortFilm());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const StubService::Handler bytes = StubService::bytesWithRanges(file.readAll());
+    bool isSlow = true;
+    stub.on("slow.mkv", [&](const RecordedRequest &request) {
+        StubReply reply = bytes(request);
+        // The player itself asks for the whole; the hash asks for ranges.
+        reply.isHeld = isSlow && request.method == "GET" && request.header("User-Agent").startsWith("Murvo");
+        return reply;
+    });
+    delegate->processVideoAndLaunch(stub.baseUrl() + QStringLiteral("slow.mkv"));
+    ASSERT_TRUE(waitUntil([this] { return isFilmShown(); }));
+    bool hasEnded = false;
+    QObject::connect(delegate->player(), &VLCMediaPlayer::stateChanged, &stub,
+                     [&] { hasEnded = hasEnded || delegate->player()->state() == VLCMediaPlayerStateEnded; });
+    letPass(4s);
+    EXPECT_EQ(alert(), nullptr);
+    isSlow = false;
+    EXPECT_GE(stub.releaseHeld(), 1);
+    EXPECT_TRUE(waitUntil([&] { return hasEnded; }, 20s));
+    letPass(300ms);
+    EXPECT_EQ(alert(), nullptr);
 }
 
 TEST_F(FilmRoad, StreamsAnHttpUrlAndNamesItByThePreference) {
