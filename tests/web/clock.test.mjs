@@ -105,3 +105,15 @@ test('a change of speed does not move the position', () => {
   assert.ok(Math.abs(clock.position(lastAt + 100) - before) < 1);
   assert.ok(Math.abs(clock.position(lastAt + 200) - (before + 200)) < 1);
 });
+
+test('a change of speed does not set a film that stands in motion', () => {
+  const { clock, lastAt } = playing();
+  const end = clock.position(lastAt + 5000);
+  for (const [i, speed] of [1.5, 2, 0.5].entries()) {
+    clock.setSpeed(speed, lastAt + 6000 + i * 1000);
+    assert.equal(clock.position(lastAt + 6900 + i * 1000), end);
+    assert.equal(clock.stalled(lastAt + 6900 + i * 1000), true);
+  }
+  clock.report(end + 50, lastAt + 9000);
+  assert.ok(Math.abs(clock.position(lastAt + 9100) - (end + 100)) < 1, 'and it goes on at its new speed');
+});

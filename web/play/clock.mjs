@@ -51,8 +51,10 @@ export class PlaybackClock {
 
   setSpeed(speed, now) {
     const position = this.position(now);
+    const standsSince = this.stalled(now) ? this.#samples[this.#samples.length - 1].at : null;
     this.#speed = speed;
-    if (this.#running && position !== null && !this.#seek) this.#startFrom(position, now);
+    if (standsSince !== null) this.#standAt(position, standsSince);
+    else if (this.#running && position !== null && !this.#seek) this.#startFrom(position, now);
   }
 
   /** The page has told the player to go to position: it counts at once, and reports of the old place do not. */
@@ -93,6 +95,11 @@ export class PlaybackClock {
     this.#samples = [{ position, at: now }];
     this.#standing = position;
     this.#latest = null;
+  }
+
+  // As if the last report, at that moment, had been such that the film now stands at position.
+  #standAt(position, lastReportAt) {
+    this.#startFrom(position - longestGapMs * this.#speed, lastReportAt);
   }
 
   #sinceReport(now) {
