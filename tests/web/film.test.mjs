@@ -90,6 +90,37 @@ test('a film that stalls in its middle or is paused at its end is not over', () 
   assert.equal(film.ended, false);
 });
 
+test('a film that falls silent while it should run is waited for, until it is heard of again', () => {
+  const silentFor = (milliseconds) => { clock += milliseconds; return film.waiting; };
+  assert.equal(silentFor(3900), false);
+  assert.equal(silentFor(200), true, 'a film that is slow to begin');
+  runTo(30_000);
+  assert.equal(film.waiting, false);
+  assert.equal(silentFor(3600), false);
+  assert.equal(silentFor(400), true);
+  film.setPlaying(false);
+  assert.equal(silentFor(9000), false, 'a pause is no silence');
+  film.setPlaying(true);
+  assert.equal(silentFor(3900), false, 'and counts from its end');
+  film.seekToSecond(40);
+  assert.equal(silentFor(3900), false, 'as does a seek');
+  assert.equal(silentFor(200), true);
+  film.reported(40_100);
+  assert.equal(film.waiting, false);
+  film.durationMs = null;
+  assert.equal(silentFor(9000), false, 'it may be over');
+});
+
+test('a film that is over is not waited for, and stays over when its speed is changed', () => {
+  runTo(60_250);
+  for (const direction of [0, 1, -1, -1]) {
+    film.changeSpeed(direction);
+    clock += 9000;
+    assert.equal(film.ended, true);
+    assert.equal(film.waiting, false);
+  }
+});
+
 test('keys mean what they say, whatever the keyboard writes, and never with a modifier', () => {
   const key = (name, more = {}) => actionOfKey({ key: name, ...more });
   assert.equal(key(' '), 'togglePlay');

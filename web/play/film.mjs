@@ -14,6 +14,8 @@ const fastest = 2;
 const speedStep = 0.1;
 // A report comes four times a second: the last one of a film is this far before its end, at most.
 const endZoneMs = 600;
+// Short stalls come and go; what lasts this long is worth a word.
+const longestSilenceMs = 4000;
 
 const clamp = (value, least, most) => Math.min(most, Math.max(least, value));
 
@@ -23,6 +25,7 @@ export class Film {
   volumePercent = 100;
   muted = false;
   audioTrackId = null;
+  #heardAt;
   #bridge;
   #now;
   #steps = null;
@@ -32,6 +35,7 @@ export class Film {
   constructor(bridge, now, changed) {
     this.#bridge = bridge;
     this.#now = now;
+    this.#heardAt = now();
     this.#changed = changed;
   }
 
@@ -57,6 +61,14 @@ export class Film {
     return this.positionMs >= this.durationMs - endZoneMs * Math.max(1, this.speed);
   }
 
+  /** The film should run but has not been heard of for some seconds: its server is silent, or slow to begin. */
+  get waiting() {
+    if (!this.playing || this.ended) return false;
+    // Where the end is not known, silence may be the end.
+    if (this.durationMs === null && this.positionMs !== null) return false;
+    return this.#now() - this.#heardAt >= longestSilenceMs;
+  }
+
   /** index: of the track that lines are stepped by, or null. */
   stepBy(index) {
     this.#steps = index && index.cues.length > 0 ? new LineSteps(index) : null;
@@ -64,6 +76,7 @@ export class Film {
   }
 
   reported(positionMs) {
+    this.#heardAt = this.#now();
     this.clock.report(positionMs, this.#now());
     this.#changed();
   }
@@ -74,6 +87,7 @@ export class Film {
   }
 
   setPlaying(playing) {
+    this.#heardAt = this.#now();
     this.clock.setRunning(playing, this.#now());
     this.#bridge.execute(playing ? 'Play' : 'Pause');
     this.#changed();
@@ -92,6 +106,7 @@ export class Film {
   seekToSecond(second) {
     const last = this.durationMs === null ? Infinity : Math.max(0, Math.floor(this.durationMs / 1000) - 1);
     const position = clamp(Math.floor(second), 0, last);
+    this.#heardAt = this.#now();
     this.clock.seek(position * 1000, this.#now());
     this.#bridge.execute('SeekTo', { position });
     this.#changed();

@@ -18,7 +18,7 @@ import { SavedVolume } from './savedvolume.mjs';
 
 const { $ } = globalThis;
 const now = () => performance.now();
-const endWatchMs = 300;
+const silenceWatchMs = 300;
 const noticeMs = 9000;
 const longestWaitForFilmMs = 120_000;
 
@@ -58,8 +58,14 @@ function show() {
   driver.update();
   volume.update();
   element('end').hidden = !film.ended;
+  showWaiting();
   // Behind a bar that nobody sees nothing needs to be drawn.
   if (!document.body.classList.contains('resting') || !film.playing) controls.show();
+}
+
+function showWaiting() {
+  const text = film.waiting ? 'Waiting for the film…' : '';
+  if (element('waiting').textContent !== text) element('waiting').textContent = text;
 }
 
 function showTrack(track, view) {
@@ -123,7 +129,11 @@ element('picture').addEventListener('click', (event) => {
 });
 element('picture').addEventListener('wheel', (event) => film.changeVolume(event.deltaY < 0 ? 1 : -1));
 document.body.addEventListener('pointermove', () => controls.show());
-setInterval(() => { if (film.ended !== !element('end').hidden) { rest.wake(); show(); } }, endWatchMs);
+// What comes of the player's silence comes without an event.
+setInterval(() => {
+  if (film.ended !== !element('end').hidden) { rest.wake(); show(); }
+  showWaiting();
+}, silenceWatchMs);
 
 show();
 askPlayer();
