@@ -226,4 +226,54 @@ TEST_F(Learner, CommandsTheFilmByMouse) {
     EXPECT_TRUE(waitUntil([this] { return !delegate->playerWebViewWindow()->isVisible(); }));
 }
 
+TEST_F(Learner, OpensAndClosesTheListOfSoundTracksByKeyboard) {
+    ASSERT_NO_FATAL_FAILURE(play());
+    SoundRecorder recorder;
+    const auto waitForList = [this](bool isOpen) {
+        return waitUntil([&] {
+            return inPage("document.getElementById('audio-menu').hidden") ==
+                   (isOpen ? QLatin1String("false") : QLatin1String("true"));
+        });
+    };
+    const auto waitForFocus = [this](const char *selector) {
+        const QByteArray script = "document.activeElement.matches('" + QByteArray(selector) + "')";
+        return waitUntil([&] { return inPage(script.constData()) == QLatin1String("true"); });
+    };
+    const auto openList = [&] {
+        std::ignore = inPage("document.getElementById('audio').focus(); 1");
+        pressKey(QStringLiteral("Return"));
+        return waitForList(true) && waitForFocus("#audio-menu [aria-checked=true]");
+    };
+    ASSERT_TRUE(waitUntil(
+        [this] { return inPage("document.getElementById('audio').hidden") == QLatin1String("false"); }));
+
+    ASSERT_TRUE(openList());
+    pressKey(QStringLiteral("shift+Tab"));
+    ASSERT_TRUE(waitForFocus("#audio"));
+    pressKey(QStringLiteral("Return"));
+    EXPECT_TRUE(waitForList(false)) << "the key that opened it";
+
+    ASSERT_TRUE(openList());
+    pressKey(QStringLiteral("Tab"));
+    ASSERT_TRUE(waitForFocus("#audio-menu button:last-child"));
+    pressKey(QStringLiteral("Tab"));
+    EXPECT_TRUE(waitForList(false)) << "the focus has left it";
+
+    ASSERT_TRUE(openList());
+    clickAt(delegate->window().contentScreenRect().center() - QPoint(0, 80));
+    EXPECT_TRUE(waitForList(false)) << "a click elsewhere";
+    letPass(600ms); // longer than the page waits for a second click
+    EXPECT_TRUE(player()->isPlaying());
+
+    const int volume = player()->volume();
+    ASSERT_TRUE(openList());
+    pressKey(QStringLiteral("Down"));
+    ASSERT_TRUE(waitForFocus("#audio-menu button:last-child"));
+    pressKey(QStringLiteral("Return"));
+    EXPECT_TRUE(waitForList(false));
+    EXPECT_TRUE(waitForFocus("#audio"));
+    EXPECT_TRUE(waitUntil([&] { return recorder.amplitudeOf(880) > 0.005; })) << "the second sound track";
+    EXPECT_EQ(player()->volume(), volume);
+}
+
 } // namespace murvo::test

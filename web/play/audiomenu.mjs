@@ -18,9 +18,16 @@ export class AudioMenu {
     this.#chosen = chosen;
     this.#button = document.getElementById('audio');
     this.#menu = document.getElementById('audio-menu');
+    const isOurs = (element) => this.#menu.contains(element) || this.#button.contains(element);
     document.addEventListener('pointerdown', (event) => {
-      if (!this.#menu.contains(event.target) && !this.#button.contains(event.target)) this.close();
+      if (!isOurs(event.target)) this.close();
     });
+    for (const element of [this.#menu, this.#button]) {
+      element.addEventListener('focusout', (event) => {
+        if (this.open && !isOurs(event.relatedTarget)) this.close();
+      });
+    }
+    this.#menu.addEventListener('keydown', (event) => this.#keyPressed(event));
   }
 
   get open() {
@@ -48,16 +55,29 @@ export class AudioMenu {
     this.#button.setAttribute('aria-expanded', 'false');
   }
 
+  // Escape never comes here: the player keeps it. The button's own keys close the menu, too.
+  #keyPressed(event) {
+    const step = { ArrowDown: 1, ArrowUp: -1 }[event.key];
+    if (step === undefined) return;
+    event.preventDefault();
+    event.stopPropagation(); // not the volume
+    const items = [...this.#menu.children];
+    const place = items.indexOf(this.#document.activeElement) + step;
+    items[(place + items.length) % items.length].focus();
+  }
+
   #item(track, place, current) {
     const item = this.#document.createElement('button');
     item.type = 'button';
     item.setAttribute('role', 'menuitemradio');
     item.setAttribute('aria-checked', String(current));
     item.textContent = audioTrackName(track, place);
-    item.addEventListener('click', () => {
+    item.addEventListener('click', (event) => {
       for (const other of this.#menu.children) other.setAttribute('aria-checked', String(other === item));
-      this.close();
       this.#chosen(track.trackId);
+      // The keyboard goes back to where it came from; a click leaves it to the film.
+      if (event.detail === 0) this.#button.focus();
+      this.close();
     });
     return item;
   }
