@@ -2,6 +2,7 @@
 #include "app/Menus/FileMenuController.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMenuBar>
@@ -29,7 +30,9 @@ FileMenuController::FileMenuController(QMenuBar &menuBar, QWidget &window)
 void FileMenuController::open() {
     // Above the window that the user looks at, which during a film is the page's.
     QWidget *active = QApplication::activeWindow();
-    QFileDialog chooser(active ? active : &_window, tr("Open a film"), _folder);
+    // The chooser takes a folder that is not there for the name of a file.
+    const QString folder = QFileInfo(_folder).isDir() ? _folder : QDir::homePath();
+    QFileDialog chooser(active ? active : &_window, tr("Open a film"), folder);
     chooser.setFileMode(QFileDialog::ExistingFile);
     if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty())
         return;
