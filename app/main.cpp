@@ -23,6 +23,7 @@ using namespace murvo;
 
 namespace {
 
+constexpr int exitFailure = 1;
 constexpr int exitUsage = 2;
 
 constexpr const char *usage = R"(Usage: murvo [FILM]
@@ -79,16 +80,18 @@ void prepareEnvironment() {
     }
 }
 
+/// The address of the service that the user names; null without one.
+QString givenService() {
+    const QString given = qEnvironmentVariable("MURVO_BASE_URL");
+    return given.isEmpty() ? QString() : given;
+}
+
 /// The address of the service to use, or null after a message. Starts the embedded service when no other is
 /// named.
 QString findService(std::unique_ptr<service::EmbeddedService> &embedded) {
-    QString given = qEnvironmentVariable("MURVO_BASE_URL");
-    if (!given.isEmpty()) {
-        if (given.endsWith(u'/'))
-            return given;
-        std::fputs("murvo: MURVO_BASE_URL must end in \"/\"\n", stderr);
-        return {};
-    }
+    const QString given = givenService();
+    if (!given.isNull())
+        return given;
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
     QString error;
     embedded = service::EmbeddedService::start(data + QStringLiteral("/murvo"), error);
@@ -107,7 +110,7 @@ int runApplication(QApplication &application, const QString &film) {
     std::unique_ptr<service::EmbeddedService> embedded;
     const QString baseUrl = findService(embedded);
     if (baseUrl.isNull())
-        return exitUsage;
+        return exitFailure;
     MConstants::setMurvoBaseUrl(baseUrl);
 
     // Order of life: the pages end before their profile, the players before the library.
@@ -134,6 +137,10 @@ int main(int argc, char **argv) {
     const Invocation invocation = parseArguments(argc, argv);
     if (invocation.exitStatus)
         return *invocation.exitStatus;
+    if (!givenService().isNull() && !givenService().endsWith(u'/')) {
+        std::fputs("murvo: MURVO_BASE_URL must end in \"/\"\n", stderr);
+        return exitUsage;
+    }
     installLogFormat();
     prepareEnvironment();
     PageScheme::registerScheme();

@@ -7,6 +7,7 @@
 
 #include "support/TestFilms.h"
 
+#include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -21,7 +22,7 @@ class Program : public testing::Test {
   protected:
     void start(const QStringList &arguments, const QString &baseUrl = {}) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("XDG_DATA_HOME"), _folder.path());
+        environment.insert(QStringLiteral("XDG_DATA_HOME"), folder.path());
         environment.remove(QStringLiteral("MURVO_BASE_URL"));
         if (!baseUrl.isNull())
             environment.insert(QStringLiteral("MURVO_BASE_URL"), baseUrl);
@@ -41,6 +42,14 @@ class Program : public testing::Test {
             20s);
     }
 
+    /// The program's, as the window manager lists them: one a line.
+    [[nodiscard]] static QStringList windows() {
+        // wmctrl fails as long as there has been no window at all.
+        return run(QStringLiteral("sh"), {QStringLiteral("-c"), QStringLiteral("wmctrl -l || true")})
+            .split(u'\n')
+            .filter(QStringLiteral("Murvo"));
+    }
+
     [[nodiscard]] bool waitForEnd() {
         return waitUntil([this] { return process.state() == QProcess::NotRunning; });
     }
@@ -57,11 +66,9 @@ class Program : public testing::Test {
             EXPECT_TRUE(line.contains(own) || line.contains(engine)) << line.toStdString();
     }
 
+    QTemporaryDir folder; // before the process that uses it
     QProcess process;
     QString log;
-
-  private:
-    QTemporaryDir _folder;
 };
 
 TEST_F(Program, RefusesABaseUrlWithoutASlashAndUnknownOptions) {
@@ -78,6 +85,20 @@ TEST_F(Program, RefusesABaseUrlWithoutASlashAndUnknownOptions) {
     ASSERT_TRUE(waitForEnd());
     EXPECT_EQ(process.exitCode(), 0);
     EXPECT_TRUE(process.readAllStandardOutput().startsWith("Usage: murvo"));
+}
+
+TEST_F(Program, SaysThatItsServiceCannotStartAndEndsAsFailed) {
+    QFile inTheWay(folder.filePath(QStringLiteral("murvo")));
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    start({});
+    ASSERT_TRUE(waitUntil([] { return windows().size() == 1; }, 20s)) << "the message";
+    run(QStringLiteral("wmctrl"), {QStringLiteral("-c"), QStringLiteral("Murvo")});
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 1);
+    readLog();
+    EXPECT_EQ(log.split(u'\n', Qt::SkipEmptyParts).filter(QStringLiteral("murvo: ")).size(), 1)
+        << log.toStdString();
 }
 
 TEST_F(Program, PlaysAFilmWithItsOwnServiceAndEndsInOrderOnSigterm) {
@@ -100,11 +121,6 @@ TEST_F(Program, UsesAnotherServiceAsItStandsAndEndsByItsWindow) {
     start({}, stub.baseUrl() + QStringLiteral("base/"));
     ASSERT_TRUE(waitUntil([&] { return !stub.requestsTo("base/Player/Home").isEmpty(); }, 20s));
     EXPECT_EQ(stub.requests().first().target, "/base/Player/Home");
-    const auto windows = [] {
-        return run(QStringLiteral("wmctrl"), {QStringLiteral("-l"), QStringLiteral("-p")})
-            .split(u'\n')
-            .filter(QStringLiteral("Murvo"));
-    };
     ASSERT_TRUE(waitUntil([&] { return windows().size() == 1; }));
     run(QStringLiteral("wmctrl"), {QStringLiteral("-c"), QStringLiteral("Murvo")});
     ASSERT_TRUE(waitForEnd());
