@@ -82,14 +82,14 @@ void prepareEnvironment() {
 
 /// The address of the service that the user names; null without one.
 QString givenService() {
-    const QString given = qEnvironmentVariable("MURVO_BASE_URL");
+    QString given = qEnvironmentVariable("MURVO_BASE_URL");
     return given.isEmpty() ? QString() : given;
 }
 
 /// The address of the service to use, or null after a message. Starts the embedded service when no other is
 /// named.
 QString findService(std::unique_ptr<service::EmbeddedService> &embedded) {
-    const QString given = givenService();
+    QString given = givenService();
     if (!given.isNull())
         return given;
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);

@@ -117,7 +117,7 @@ TEST_F(Program, PlaysAFilmWithItsOwnServiceAndEndsInOrderOnSigterm) {
 
 TEST_F(Program, UsesAnotherServiceAsItStandsAndEndsByItsWindow) {
     StubService stub;
-    stub.on("base/Player/Home", {.body = "<title>no command</title>"});
+    stub.on("base/Player/Home", StubReply{.body = "<title>no command</title>"});
     start({}, stub.baseUrl() + QStringLiteral("base/"));
     ASSERT_TRUE(waitUntil([&] { return !stub.requestsTo("base/Player/Home").isEmpty(); }, 20s));
     EXPECT_EQ(stub.requests().first().target, "/base/Player/Home");
