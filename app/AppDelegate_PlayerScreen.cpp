@@ -7,19 +7,20 @@
 #include "app/Media/VLCMediaPlayer.h"
 #include "app/Media/VLCVideoView.h"
 #include "app/Platform/MainWindow.h"
+#include "app/Platform/X11WindowManager.h"
 #include "app/ViewControllers/LoaderViewController.h"
 #include "app/ViewControllers/VLCVideoViewController.h"
 #include "app/ViewControllers/WebViewController.h"
 
-#include <QVBoxLayout>
+#include <QStackedLayout>
 
 namespace murvo {
 
 namespace {
 
 void fill(QWidget &window, QWidget *view) {
-    auto *layout = new QVBoxLayout(&window);
-    layout->setContentsMargins(0, 0, 0, 0);
+    auto *layout = new QStackedLayout(&window); // every view added fills the window
+    layout->setStackingMode(QStackedLayout::StackAll);
     layout->addWidget(view);
 }
 
@@ -31,6 +32,8 @@ void AppDelegate::loadPlayerScreen() {
         createPlayerScreen();
         connectPlayerScreen();
     }
+    // Where windows are not composited, the page's hides all beneath it: the film has to be within it.
+    _vlcVideoViewController->setPictureBeneathPage(!isDesktopComposited());
     // Over a minimised main window the two would stand alone on the desktop.
     _window->setWindowState(_window->windowState() & ~Qt::WindowMinimized);
     repositionWindows();

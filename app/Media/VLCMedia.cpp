@@ -57,6 +57,16 @@ QString typeName(libvlc_track_type_t type) {
     return QStringLiteral("unknown");
 }
 
+template<typename Visitor>
+void forEachTrack(libvlc_media_t *media, Visitor visit) {
+    libvlc_media_track_t **tracks = nullptr;
+    const unsigned count = libvlc_media_tracks_get(media, &tracks);
+    for (unsigned i = 0; i < count; ++i)
+        visit(*tracks[i]);
+    if (tracks)
+        libvlc_media_tracks_release(tracks, count);
+}
+
 } // namespace
 
 struct VLCMedia::Impl {
@@ -111,20 +121,34 @@ VLCTime VLCMedia::length() const {
 }
 
 QList<VLCTrackInformation> VLCMedia::tracksInformation() const {
-    libvlc_media_track_t **tracks = nullptr;
-    const unsigned count = libvlc_media_tracks_get(_impl->media.get(), &tracks);
     QList<VLCTrackInformation> information;
-    for (unsigned i = 0; i < count; ++i) {
-        VLCTrackInformation track{.type = typeName(tracks[i]->i_type)};
-        if (tracks[i]->i_type == libvlc_track_video && tracks[i]->video) {
-            track.width = tracks[i]->video->i_width;
-            track.height = tracks[i]->video->i_height;
+    forEachTrack(_impl->media.get(), [&](const libvlc_media_track_t &track) {
+        VLCTrackInformation one{.type = typeName(track.i_type)};
+        if (track.i_type == libvlc_track_video && track.video) {
+            one.width = track.video->i_width;
+            one.height = track.video->i_height;
         }
-        information.append(track);
-    }
-    if (tracks)
-        libvlc_media_tracks_release(tracks, count);
+        information.append(one);
+    });
     return information;
+}
+
+VLCPictureFormat VLCMedia::pictureFormat() const {
+    VLCPictureFormat format;
+    forEachTrack(_impl->media.get(), [&](const libvlc_media_track_t &track) {
+        if (track.i_type != libvlc_track_video || !track.video || !format.pixels.isEmpty())
+            return;
+        const libvlc_video_track_t &video = *track.video;
+        const bool hasShape = video.i_sar_num > 0 && video.i_sar_den > 0;
+        const double pixelAspect = hasShape ? static_cast<double>(video.i_sar_num) / video.i_sar_den : 1;
+        format.pixels = QSize(static_cast<int>(video.i_width), static_cast<int>(video.i_height));
+        format.shape = QSizeF(video.i_width * pixelAspect, video.i_height);
+        if (video.i_orientation >= libvlc_video_orient_left_top) { // it lies on its side
+            format.pixels.transpose();
+            format.shape.transpose();
+        }
+    });
+    return format;
 }
 
 bool VLCMedia::hasPictureOrSound() const {

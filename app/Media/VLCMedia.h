@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QSize>
 #include <QString>
 #include <QUrl>
 
@@ -22,6 +23,12 @@ struct VLCTrackInformation {
     QString type; ///< "video", "audio", "text" or "unknown"
     unsigned width = 0;
     unsigned height = 0;
+};
+
+/// The pictures of a film: their size, and how wide and high they are meant to look, in any unit.
+struct VLCPictureFormat {
+    QSize pixels;
+    QSizeF shape;
 };
 
 /// A film or a sound to be played. Main thread only.
@@ -42,6 +49,8 @@ class VLCMedia {
     /// Absent until the library knows it.
     [[nodiscard]] VLCTime length() const;
     [[nodiscard]] QList<VLCTrackInformation> tracksInformation() const;
+    /// Of the first video track, turned upright; empty while unknown. Any thread.
+    [[nodiscard]] VLCPictureFormat pictureFormat() const;
     /// Whether a video or audio track is known so far.
     [[nodiscard]] bool hasPictureOrSound() const;
     /// Whether a piece of picture or sound has been decoded since it was opened; late by up to 250 ms.

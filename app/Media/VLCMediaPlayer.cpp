@@ -3,11 +3,13 @@
 
 #include "app/Media/VLCHandles.h"
 #include "app/Media/VLCInstance.h"
+#include "app/Media/VLCPictureBuffer.h"
 #include "app/Media/VLCVideoView.h"
 
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cstring>
 #include <deque>
 
 namespace murvo {
@@ -15,6 +17,8 @@ namespace murvo {
 struct VLCMediaPlayer::Impl {
     VLCMediaPlayer *owner = nullptr;
     std::atomic<unsigned> generation = 0; // of the media; read on libVLC's threads
+    VLCPictureBuffer *pictures = nullptr; // null: the library draws into the view
+    const VLCMedia *media = nullptr;      // what plays; set while nothing does
     VLCHandle<libvlc_media_player_t> player;
     std::deque<VLCEventSubscription> subscriptions; // after the player, so detached before it goes
 
@@ -27,6 +31,31 @@ struct VLCMediaPlayer::Impl {
             },
             Qt::QueuedConnection);
     }
+
+    // The library's picture output, on a thread of its own, one call at a time.
+
+    static unsigned beginPictures(void **opaque, char *chroma, unsigned *width, unsigned *height,
+                                  unsigned *pitches, unsigned *lines) {
+        const auto *impl = static_cast<const Impl *>(*opaque);
+        // The library offers the size of its own memory, which may be larger than the picture.
+        VLCPictureFormat format = impl->media->pictureFormat();
+        if (format.pixels.isEmpty()) {
+            format.pixels = QSize(static_cast<int>(*width), static_cast<int>(*height));
+            format.shape = format.pixels;
+        }
+        std::memcpy(chroma, "RV32", 4);
+        *width = static_cast<unsigned>(format.pixels.width());
+        *height = static_cast<unsigned>(format.pixels.height());
+        const QSize memory = impl->pictures->begin(format);
+        *pitches = static_cast<unsigned>(memory.width());
+        *lines = static_cast<unsigned>(memory.height());
+        return 1;
+    }
+    static void *lockPicture(void *opaque, void **planes) {
+        *planes = static_cast<Impl *>(opaque)->pictures->writable();
+        return nullptr;
+    }
+    static void displayPicture(void *opaque, void *) { static_cast<Impl *>(opaque)->pictures->publish(); }
 };
 
 namespace {
@@ -94,8 +123,7 @@ void VLCMediaPlayer::openPlayer() {
     libvlc_media_player_t *player = _impl->player.get();
     if (!player)
         return;
-    if (_view)
-        libvlc_media_player_set_xwindow(player, static_cast<uint32_t>(_view->nativeWindow()));
+    directPicture();
     // Mouse and keys belong to the page that lies over the picture.
     libvlc_video_set_mouse_input(player, 0);
     libvlc_video_set_key_input(player, 0);
@@ -104,10 +132,30 @@ void VLCMediaPlayer::openPlayer() {
         _impl->subscriptions.emplace_back(manager, type, &Impl::onEvent, _impl.get());
 }
 
+void VLCMediaPlayer::directPicture() const {
+    libvlc_media_player_t *player = _impl->player.get();
+    if (_impl->pictures) {
+        libvlc_video_set_callbacks(player, &Impl::lockPicture, nullptr, &Impl::displayPicture, _impl.get());
+        libvlc_video_set_format_callbacks(player, &Impl::beginPictures, nullptr);
+    } else if (_view) {
+        libvlc_media_player_set_xwindow(player, static_cast<uint32_t>(_view->nativeWindow()));
+    }
+}
+
+void VLCMediaPlayer::setPictureBuffer(VLCPictureBuffer *pictures) {
+    if (pictures == _impl->pictures)
+        return;
+    setMedia(nullptr);
+    _impl->pictures = pictures;
+    openPlayer(); // the library's player keeps to the output that it was given first
+    applySound();
+}
+
 void VLCMediaPlayer::setMedia(std::unique_ptr<VLCMedia> media) {
     stop();
     if (_impl->player)
         libvlc_media_player_set_media(_impl->player.get(), media ? media->handle() : nullptr);
+    _impl->media = media.get();
     _media = std::move(media);
 }
 

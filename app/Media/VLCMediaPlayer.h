@@ -13,6 +13,7 @@
 namespace murvo {
 
 class VLCInstance;
+class VLCPictureBuffer;
 class VLCVideoView;
 
 enum VLCMediaPlayerState {
@@ -35,6 +36,10 @@ class VLCMediaPlayer : public QObject {
     /// Both are borrowed and must outlive the player; view may be null.
     VLCMediaPlayer(const VLCInstance &instance, const VLCVideoView *view, QObject *parent = nullptr);
     ~VLCMediaPlayer() override;
+
+    /// Gives the pictures to the buffer, or with null draws them into the view, from the next media on. The
+    /// buffer is borrowed and must outlive the player or the next call.
+    void setPictureBuffer(VLCPictureBuffer *pictures);
 
     /// Stops what plays and takes the media over; it starts with play().
     void setMedia(std::unique_ptr<VLCMedia> media);
@@ -83,6 +88,7 @@ class VLCMediaPlayer : public QObject {
     void receive(unsigned generation, int eventType);
     void receiveTime();
     void openPlayer();
+    void directPicture() const;
     void restartFrom(const VLCTime &time);
     void applySound();
 

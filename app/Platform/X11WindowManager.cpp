@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <string>
 #include <string_view>
 
 namespace murvo {
@@ -72,6 +73,23 @@ void setContentAspectHint(const QWindow &window, const QSize &aspect, const QSiz
     if (!areSame(old, hints))
         xcb_icccm_set_wm_normal_hints(application->connection(), id, &hints);
     xcb_flush(application->connection());
+}
+
+bool isDesktopComposited() {
+    const auto *application = x11();
+    if (!application)
+        return true;
+    int screen = 0;
+    char *host = nullptr;
+    int display = 0;
+    xcb_parse_display(nullptr, &host, &display, &screen);
+    std::free(host);
+    xcb_connection_t *connection = application->connection();
+    const xcb_atom_t manager = atom(connection, "_NET_WM_CM_S" + std::to_string(screen));
+    const ReplyPtr<xcb_get_selection_owner_reply_t> owner(
+        xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, manager), nullptr),
+        &std::free);
+    return owner && owner->owner != XCB_WINDOW_NONE;
 }
 
 bool isSizeHintsChange(const QWindow &window, const void *nativeEvent) {

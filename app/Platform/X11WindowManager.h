@@ -6,6 +6,9 @@
 
 namespace murvo {
 
+/// Whether translucent windows show what lies beneath them: a compositing manager runs.
+[[nodiscard]] bool isDesktopComposited();
+
 /// Asks the window manager to keep the shape of the window's content while the user resizes it. The part of
 /// the window that is not content (its menu bar) is base, and stays as it is. An empty aspect lifts the wish.
 /// Qt has no call for it and writes the same hints itself now and then: ask again when they have changed.

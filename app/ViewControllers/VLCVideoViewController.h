@@ -10,6 +10,7 @@ namespace murvo {
 
 class VLCInstance;
 class VLCMediaPlayer;
+class VLCPictureView;
 class VLCVideoView;
 class WebViewController;
 
@@ -24,11 +25,17 @@ class VLCVideoViewController : public QObject {
     ~VLCVideoViewController() override;
 
     [[nodiscard]] VLCVideoView *view() const;
+    /// Null unless pictures are shown within the page's window.
+    [[nodiscard]] VLCPictureView *pictureView() const;
+    /// Shows the films that follow within the page's window, beneath the page, in place of the video window.
+    /// Cannot be called while a film plays.
+    void setPictureBeneathPage(bool isBeneathPage);
     [[nodiscard]] VLCMediaPlayer &player() const;
     [[nodiscard]] WebViewController &webViewController() const;
 
   private:
     QPointer<VLCVideoView> _view;
+    QPointer<VLCPictureView> _pictureView;
     std::unique_ptr<VLCMediaPlayer> _player; // before the view goes
     WebViewController &_webViewController;
 };

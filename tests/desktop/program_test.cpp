@@ -8,8 +8,10 @@
 #include "support/TestFilms.h"
 
 #include <QFile>
+#include <QImage>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QSet>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -21,13 +23,15 @@ using namespace std::chrono_literals;
 class Program : public testing::Test {
   protected:
     void start(const QStringList &arguments, const QString &baseUrl = {}) {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        start(QStringLiteral(MURVO_PROGRAM), arguments, baseUrl);
+    }
+    void start(const QString &program, const QStringList &arguments, const QString &baseUrl) {
         environment.insert(QStringLiteral("XDG_DATA_HOME"), folder.path());
         environment.remove(QStringLiteral("MURVO_BASE_URL"));
         if (!baseUrl.isNull())
             environment.insert(QStringLiteral("MURVO_BASE_URL"), baseUrl);
         process.setProcessEnvironment(environment);
-        process.start(QStringLiteral(MURVO_PROGRAM), arguments);
+        process.start(program, arguments);
         ASSERT_TRUE(process.waitForStarted());
     }
 
@@ -67,6 +71,7 @@ class Program : public testing::Test {
     }
 
     QTemporaryDir folder; // before the process that uses it
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     QProcess process;
     QString log;
 };
@@ -114,6 +119,71 @@ TEST_F(Program, PlaysAFilmWithItsOwnServiceAndEndsInOrderOnSigterm) {
     expectOnlyLogLines();
     EXPECT_TRUE(log.trimmed().endsWith(QLatin1String("Ended in order"))) << log.toStdString();
 }
+
+/// What lies on a desktop during a film whose page has a square in its corner.
+struct FilmOnScreen {
+    static inline const QColor squareColor = QColor(0xb4, 0x14, 0x82);
+    qsizetype squarePixels = 0;  ///< of 60 by 60
+    qsizetype pictureColors = 0; ///< different ones, in a piece of the picture beside the square
+
+    static FilmOnScreen of(const QImage &screen) {
+        FilmOnScreen seen;
+        QPoint corner;
+        for (int y = screen.height() - 1; y >= 0; --y) {
+            for (int x = screen.width() - 1; x >= 0; --x) {
+                if (screen.pixelColor(x, y) != squareColor)
+                    continue;
+                corner = {x, y};
+                ++seen.squarePixels;
+            }
+        }
+        QSet<QRgb> colors;
+        for (int y = 0; y < 60; ++y) {
+            for (int x = 100; x < 400; ++x)
+                colors.insert(screen.pixel(corner + QPoint(x, y)));
+        }
+        seen.pictureColors = colors.size();
+        return seen;
+    }
+};
+
+class ProgramOnDesktop : public Program, public testing::WithParamInterface<bool> {
+  protected:
+    [[nodiscard]] QImage picture(const QString &display) const {
+        const QString path = folder.filePath(QStringLiteral("screen.png"));
+        run(QStringLiteral("import"),
+            {QStringLiteral("-display"), display, QStringLiteral("-window"), QStringLiteral("root"), path});
+        return QImage(path).convertToFormat(QImage::Format_RGB32);
+    }
+};
+
+TEST_P(ProgramOnDesktop, ShowsThePictureAndThePageOverIt) {
+    StubService stub;
+    stub.on("Player/Home", {.body = "<script>location.href='app:///Execute/EnableDraggableHomeScreen'"
+                                    "</script>"});
+    stub.on("Api/MovieFile/GetSubtitlesToDownload", {.contentType = "application/json", .body = "{}"});
+    stub.on("Player/Play", {.body = "<body style='margin:0'><div style='position:fixed;left:0;top:0;"
+                                    "width:60px;height:60px;background:#b41482'></div>"});
+    QStringList words = {QStringLiteral("--announce")};
+    if (!GetParam())
+        words.append(QStringLiteral("--no-compositor"));
+    environment.remove(QStringLiteral("MURVO_VIRTUAL_DESKTOP")); // a new one, not this one
+    start(QStringLiteral(MURVO_VIRTUAL_DESKTOP),
+          words + QStringList{QStringLiteral(MURVO_PROGRAM), filmWithTwoAudioTracks()}, stub.baseUrl());
+    ASSERT_TRUE(waitForLog(QStringLiteral("Done analyzing video"))) << log.toStdString();
+    const QString display = log.section(QStringLiteral("It is display "), 1).section(u',', 0, 0);
+    FilmOnScreen seen;
+    EXPECT_TRUE(waitUntil([&] {
+        seen = FilmOnScreen::of(picture(display));
+        return seen.squarePixels == 3600 && seen.pictureColors > 50;
+    })) << seen.squarePixels
+        << ' ' << seen.pictureColors;
+    process.terminate();
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(process.exitCode(), 0) << log.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(CompositedAndNot, ProgramOnDesktop, testing::Bool());
 
 TEST_F(Program, UsesAnotherServiceAsItStandsAndEndsByItsWindow) {
     StubService stub;
