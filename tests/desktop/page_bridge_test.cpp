@@ -153,13 +153,13 @@ TEST_F(PageBridge, AnswersRequestsThatCameTooEarlyInOrder) {
           frame.src = 'app:///Request/' + name + '?guid=' + guid;
           document.body.append(frame);
         }</script>)html"});
-    // The film comes from a server that keeps it back until the page has asked.
+    // The film comes from a server that, once the hash is known, keeps it back until the page has asked.
     QFile file(filmWithTwoAudioTracks());
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const auto serve = StubService::bytesWithRanges(file.readAll());
     stub.on("v.mkv", [this, serve](const RecordedRequest &request) {
         StubReply reply = serve(request);
-        reply.isHeld = !stub.requestsTo("Player/Play").isEmpty();
+        reply.isHeld = !stub.requestsTo("Api/MovieFile/GetSubtitlesToDownload").isEmpty();
         return reply;
     });
     delegate->processVideoAndLaunch(stub.baseUrl() + QStringLiteral("v.mkv"));
