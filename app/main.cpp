@@ -58,7 +58,7 @@ Invocation parseArguments(int argc, char **argv) {
         } else if (!areOptionsOver && argument.startsWith(u'-')) {
             std::fprintf(stderr, "murvo: unknown option %s; see murvo --help\n", argv[i]);
             invocation.exitStatus = exitUsage;
-        } else {
+        } else if (!argument.isEmpty()) {
             invocation.film = videoSourceFromShell(argument, QDir::currentPath());
         }
     }
