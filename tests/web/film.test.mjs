@@ -35,6 +35,22 @@ test('a film starts playing, and the page\'s own commands are what changes that'
   assert.deepEqual(commands, ['Pause', 'Play']);
 });
 
+test('a pause that the player has left undone is told again', () => {
+  film.setPlaying(false);
+  clock += 250;
+  film.reported(250); // on its way before the pause
+  assert.deepEqual(commands, ['Pause']);
+  clock += 600;
+  film.reported(850);
+  clock += 250;
+  film.reported(1100);
+  assert.deepEqual(commands, ['Pause', 'Pause']);
+  film.setPlaying(true);
+  clock += 2000;
+  film.reported(1350);
+  assert.deepEqual(commands, ['Pause', 'Pause', 'Play']);
+});
+
 test('seeks stay whole seconds inside the film', () => {
   runTo(2000);
   film.seekBy(-1);

@@ -14,6 +14,9 @@ const fastest = 2;
 const speedStep = 0.1;
 // A report comes four times a second: the last one of a film is this far before its end, at most.
 const endZoneMs = 600;
+// A report that comes this long after a Pause is of a film that runs on, or has been moved: told again, a Pause does
+// no harm.
+const pauseTimeMs = 700;
 // Short stalls come and go; what lasts this long is worth a word.
 const longestSilenceMs = 4000;
 
@@ -26,6 +29,7 @@ export class Film {
   muted = false;
   audioTrackId = null;
   #heardAt;
+  #pausedAt = -Infinity;
   #bridge;
   #now;
   #steps = null;
@@ -77,8 +81,16 @@ export class Film {
 
   reported(positionMs) {
     this.#heardAt = this.#now();
+    this.#insistOnPause();
     this.clock.report(positionMs, this.#now());
     this.#changed();
+  }
+
+  // The player leaves a Pause undone while it opens a film or waits for more of it.
+  #insistOnPause() {
+    if (this.playing || this.#now() - this.#pausedAt < pauseTimeMs) return;
+    this.#pausedAt = this.#now();
+    this.#bridge.execute('Pause');
   }
 
   togglePlay() {
@@ -88,6 +100,7 @@ export class Film {
 
   setPlaying(playing) {
     this.#heardAt = this.#now();
+    if (!playing) this.#pausedAt = this.#now();
     this.clock.setRunning(playing, this.#now());
     this.#bridge.execute(playing ? 'Play' : 'Pause');
     this.#changed();
