@@ -62,8 +62,9 @@ export class AudioMenu {
     event.preventDefault();
     event.stopPropagation(); // not the volume
     const items = [...this.#menu.children];
-    const place = items.indexOf(this.#document.activeElement) + step;
-    items[(place + items.length) % items.length].focus();
+    const place = items.indexOf(this.#document.activeElement); // -1 while the list itself has the focus
+    const next = place < 0 && step < 0 ? items.length - 1 : place + step;
+    items[(next + items.length) % items.length].focus();
   }
 
   #item(track, place, current) {
