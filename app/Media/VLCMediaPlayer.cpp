@@ -38,24 +38,25 @@ struct VLCMediaPlayer::Impl {
                                   unsigned *pitches, unsigned *lines) {
         const auto *impl = static_cast<const Impl *>(*opaque);
         // The library offers the size of its own memory, which may be larger than the picture.
-        VLCPictureFormat format = impl->media->pictureFormat();
-        if (format.pixels.isEmpty()) {
-            format.pixels = QSize(static_cast<int>(*width), static_cast<int>(*height));
-            format.shape = format.pixels;
-        }
+        const QSize offered(static_cast<int>(*width), static_cast<int>(*height));
+        const QSize known = impl->media->pictureFormat().pixels;
+        const QSize pixels = known.isEmpty() ? offered : known.boundedTo(offered);
+        const QSize memory = impl->pictures->begin(pixels);
         std::memcpy(chroma, "RV32", 4);
-        *width = static_cast<unsigned>(format.pixels.width());
-        *height = static_cast<unsigned>(format.pixels.height());
-        const QSize memory = impl->pictures->begin(format);
+        *width = static_cast<unsigned>(pixels.width());
+        *height = static_cast<unsigned>(pixels.height());
         *pitches = static_cast<unsigned>(memory.width());
         *lines = static_cast<unsigned>(memory.height());
-        return 1;
+        return memory.isEmpty() ? 0 : 1;
     }
     static void *lockPicture(void *opaque, void **planes) {
         *planes = static_cast<Impl *>(opaque)->pictures->writable();
         return nullptr;
     }
-    static void displayPicture(void *opaque, void *) { static_cast<Impl *>(opaque)->pictures->publish(); }
+    static void displayPicture(void *opaque, void *) {
+        const auto *impl = static_cast<const Impl *>(opaque);
+        impl->pictures->publish(impl->media->pictureFormat().shape); // known some pictures late
+    }
 };
 
 namespace {
@@ -289,7 +290,8 @@ int VLCMediaPlayer::currentAudioTrackIndex() const {
 void VLCMediaPlayer::setCurrentAudioTrackIndex(int index) {
     if (!_impl->player || index == currentAudioTrackIndex())
         return;
-    _isSoundLost = libvlc_audio_set_track(_impl->player.get(), index) == 0;
+    if (libvlc_audio_set_track(_impl->player.get(), index) == 0)
+        _isSoundLost = true;
 }
 
 int VLCMediaPlayer::currentVideoSubTitleIndex() const {

@@ -33,27 +33,29 @@ QImage blank(const QSize &pixels) {
 
 } // namespace
 
-QSize VLCPictureBuffer::begin(const VLCPictureFormat &format) {
-    _written = blank(format.pixels);
+QSize VLCPictureBuffer::begin(const QSize &pixels) {
+    _written = blank(pixels);
     const QMutexLocker lock(&_mutex);
-    _waiting = blank(format.pixels);
-    _shape = format.shape;
+    _waiting = blank(pixels);
     _isWaiting = false;
-    return memorySize(format.pixels);
+    return _written.isNull() || _waiting.isNull() ? QSize() : memorySize(pixels);
 }
 
 uchar *VLCPictureBuffer::writable() {
     return _written.bits();
 }
 
-void VLCPictureBuffer::publish() {
+void VLCPictureBuffer::publish(const QSizeF &shape) {
     {
         const QMutexLocker lock(&_mutex);
-        // After a change of the format the picture that is put back is of the old one.
+        // The picture that comes back is the one shown last: null at first, later perhaps of another size.
         const QSize size = _written.size();
+        if (_waiting.size() != size)
+            _waiting = blank(size);
+        if (_waiting.isNull())
+            return; // no memory: the picture is written once more
         std::swap(_written, _waiting);
-        if (_written.size() != size)
-            _written = blank(size);
+        _shape = shape.isEmpty() ? QSizeF(size) : shape;
         _isWaiting = true;
     }
     Q_EMIT published();

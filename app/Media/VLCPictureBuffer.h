@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/Media/VLCMedia.h"
-
 #include <QImage>
 #include <QMutex>
 #include <QObject>
@@ -19,13 +17,14 @@ class VLCPictureBuffer : public QObject {
   public:
     // Library's thread:
 
-    /// Begins a film, or goes over to another format. Returns the size of the memory of each picture: bytes
-    /// in a row, and rows.
-    QSize begin(const VLCPictureFormat &format);
+    /// Begins a film, or goes over to pictures of another size. Returns the size of the memory of each: bytes
+    /// in a row, and rows; empty when there is not enough of it.
+    [[nodiscard]] QSize begin(const QSize &pixels);
     /// Memory of the picture to be written, 32-bit words 0xXXRRGGBB.
     [[nodiscard]] uchar *writable();
-    /// It is written, and its time has come.
-    void publish();
+    /// It is written, and its time has come. shape is how wide and high it is meant to look, in any unit;
+    /// that of its pixels when empty.
+    void publish(const QSizeF &shape);
 
     // Main thread:
 

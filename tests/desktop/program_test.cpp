@@ -120,11 +120,13 @@ TEST_F(Program, PlaysAFilmWithItsOwnServiceAndEndsInOrderOnSigterm) {
     EXPECT_TRUE(log.trimmed().endsWith(QLatin1String("Ended in order"))) << log.toStdString();
 }
 
-/// What lies on a desktop during a film whose page has a square in its corner.
+/// What lies on a desktop during anamorphicFilm() with a page that has a square in its corner.
 struct FilmOnScreen {
     static inline const QColor squareColor = QColor(0xb4, 0x14, 0x82);
     qsizetype squarePixels = 0;  ///< of 60 by 60
-    qsizetype pictureColors = 0; ///< different ones, in a piece of the picture beside the square
+    qsizetype pictureColors = 0; ///< different ones, in a piece of the picture
+
+    bool isBarBlack = false; ///< above the picture
 
     static FilmOnScreen of(const QImage &screen) {
         FilmOnScreen seen;
@@ -137,13 +139,17 @@ struct FilmOnScreen {
                 ++seen.squarePixels;
             }
         }
-        QSet<QRgb> colors;
-        for (int y = 0; y < 60; ++y) {
-            for (int x = 100; x < 400; ++x)
-                colors.insert(screen.pixel(corner + QPoint(x, y)));
-        }
-        seen.pictureColors = colors.size();
+        seen.isBarBlack = colors(screen, {corner + QPoint(100, 0), QSize(300, 80)}) == QSet{qRgb(0, 0, 0)};
+        seen.pictureColors = colors(screen, {corner + QPoint(100, 100), QSize(300, 60)}).size();
         return seen;
+    }
+    static QSet<QRgb> colors(const QImage &screen, const QRect &piece) {
+        QSet<QRgb> found;
+        for (int y = piece.top(); y <= piece.bottom(); ++y) {
+            for (int x = piece.left(); x <= piece.right(); ++x)
+                found.insert(screen.pixel(x, y));
+        }
+        return found;
     }
 };
 
@@ -169,15 +175,15 @@ TEST_P(ProgramOnDesktop, ShowsThePictureAndThePageOverIt) {
         words.append(QStringLiteral("--no-compositor"));
     environment.remove(QStringLiteral("MURVO_VIRTUAL_DESKTOP")); // a new one, not this one
     start(QStringLiteral(MURVO_VIRTUAL_DESKTOP),
-          words + QStringList{QStringLiteral(MURVO_PROGRAM), filmWithTwoAudioTracks()}, stub.baseUrl());
+          words + QStringList{QStringLiteral(MURVO_PROGRAM), anamorphicFilm()}, stub.baseUrl());
     ASSERT_TRUE(waitForLog(QStringLiteral("Done analyzing video"))) << log.toStdString();
     const QString display = log.section(QStringLiteral("It is display "), 1).section(u',', 0, 0);
     FilmOnScreen seen;
     EXPECT_TRUE(waitUntil([&] {
         seen = FilmOnScreen::of(picture(display));
-        return seen.squarePixels == 3600 && seen.pictureColors > 50;
+        return seen.squarePixels == 3600 && seen.pictureColors > 50 && seen.isBarBlack;
     })) << seen.squarePixels
-        << ' ' << seen.pictureColors;
+        << ' ' << seen.pictureColors << ' ' << seen.isBarBlack;
     process.terminate();
     ASSERT_TRUE(waitForEnd());
     EXPECT_EQ(process.exitCode(), 0) << log.toStdString();

@@ -42,6 +42,12 @@ QString filmWithTwoAudioTracks() {
                       "-metadata:s:a:1 title=High -metadata:s:a:1 language=und"));
 }
 
+QString anamorphicFilm() {
+    return made(QStringLiteral("anamorphic.ts"),
+                words("-f lavfi -i testsrc2=s=640x360:r=25:d=20 -vf setsar=2/1 -c:v libx264 "
+                      "-preset ultrafast -g 25"));
+}
+
 QString shortFilm() {
     return made(QStringLiteral("short.mkv"),
                 words("-f lavfi -i testsrc2=s=320x240:r=25:d=4.9 -f lavfi -i sine=f=440:d=4.9 "

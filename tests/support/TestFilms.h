@@ -9,6 +9,8 @@ namespace murvo::test {
 
 /// 20 s, 640x360, 25 frames a second, two audio tracks titled Low (220 Hz) and High (880 Hz).
 [[nodiscard]] QString filmWithTwoAudioTracks();
+/// 20 s, 640x360 pixels that are twice as wide as high, which the stream alone says; no sound.
+[[nodiscard]] QString anamorphicFilm();
 /// 4.9 s, 320x240, one audio track.
 [[nodiscard]] QString shortFilm();
 /// 4 s, no picture.
