@@ -56,6 +56,7 @@ void MainWindow::setContentSize(const QSizeF &size) {
         showNormal();
     resize(outerSize(size));
     _askedSize = size;
+    _isAskedToCenter = false;
     _sinceAsked.start();
 }
 
@@ -80,14 +81,18 @@ void MainWindow::applyAspectHint() const {
 }
 
 void MainWindow::center() {
+    moveToCenter();
+    _isAskedToCenter = true;
+    _sinceAsked.start();
+}
+
+void MainWindow::moveToCenter() {
     const QScreen *screen = this->screen();
     if (!screen)
         return;
     QRect frame = frameGeometry();
     frame.moveCenter(screen->geometry().center());
     move(frame.topLeft());
-    _isAskedToCenter = true;
-    _sinceAsked.start();
 }
 
 void MainWindow::frameChanged() {
@@ -101,7 +106,7 @@ void MainWindow::frameChanged() {
     if (_askedSize.isValid())
         resize(outerSize(_askedSize));
     if (_isAskedToCenter)
-        center();
+        moveToCenter();
 }
 
 void MainWindow::toggleFullScreen() {

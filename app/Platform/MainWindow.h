@@ -59,6 +59,7 @@ class MainWindow : public QMainWindow {
     [[nodiscard]] int menuBarHeight() const;
     [[nodiscard]] QSize outerSize(const QSizeF &contentSize) const;
     void frameChanged();
+    void moveToCenter();
     void applyAspectHint() const;
 
     QWidget *_content;
