@@ -10,11 +10,6 @@ namespace murvo {
 
 namespace {
 
-struct Fetched {
-    int status = 0;
-    QByteArray data;
-};
-
 void logNothingLoaded() {
     qCWarning(logSound, "Error initializing data for AVAudioPlayer.  Possibly Malformed URL");
 }
@@ -31,22 +26,18 @@ void SpokenSound::play(const QString &encodedUrl) {
     const QString url = QUrl::fromPercentEncoding(encodedUrl.toUtf8());
     qCInfo(logSound).noquote() << "Speak for:" << singleLine(url);
 
-    const auto fetched = std::make_shared<Fetched>();
+    const auto fetched = std::make_shared<QByteArray>();
     HttpHandlers handlers;
-    handlers.didReceiveResponse = [fetched](const HttpResponse &response) {
-        fetched->status = response.status;
-    };
     handlers.didReceiveData = [fetched](const QByteArray &chunk) {
-        fetched->data.append(chunk);
+        fetched->append(chunk);
         return HttpFlow::More;
     };
     handlers.didFailWithError = [](const QString &) { logNothingLoaded(); };
     handlers.didFinishLoading = [this, fetched, number = ++_lastAsked] {
-        constexpr int statusOk = 200;
-        if (fetched->status == statusOk && !fetched->data.isEmpty())
-            playData(fetched->data, number);
-        else
+        if (fetched->isEmpty())
             logNothingLoaded();
+        else
+            playData(*fetched, number);
     };
     _connections.start({.method = "GET", .url = QUrl(url)}, std::move(handlers));
 }
