@@ -12,8 +12,18 @@
 namespace murvo {
 
 namespace {
+
 constexpr std::chrono::seconds lookupTimeout{120};
+
+/// The name that the user's preferences give to films without one; null without one.
+QString preferredFileName() {
+    const QVariant value = QSettings().value(QStringLiteral("file-name"));
+    // A comma written by hand makes a list of it.
+    return value.typeId() == QMetaType::QStringList ? value.toStringList().join(QStringLiteral(", "))
+                                                    : value.toString();
 }
+
+} // namespace
 
 void AppDelegate::receiveHash(const VideoHash &hash) {
     if (QThread::currentThread() == thread()) {
@@ -33,7 +43,7 @@ void AppDelegate::receiveHash(const VideoHash &hash) {
 
 void AppDelegate::onHashComputed(const VideoHash &hash) {
     if (isUrl()) {
-        _session.videoFileName = QSettings().value(QStringLiteral("file-name")).toString();
+        _session.videoFileName = preferredFileName();
     } else {
         _session.videoFileName = lastPathComponent(_session.videoSourcePath);
         if (_filmIdentified)

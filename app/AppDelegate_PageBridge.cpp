@@ -33,7 +33,7 @@ bool AppDelegate::decidePolicyForNavigation(const QUrl &url, Page page) {
         this,
         [this, page, request, generation = _generation.load()] {
             // What the page of a film has sent ends with the film.
-            if (page == Page::Home || generation == _generation)
+            if (page == Page::Home || (generation == _generation && isPlayerScreenVisible()))
                 handlePageRequest(*request);
         },
         Qt::QueuedConnection);

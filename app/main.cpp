@@ -34,7 +34,7 @@ Plays FILM, a file or an HTTP URL, with its subtitles. Without one it shows the 
   --version  the version
 
 Environment:
-  MURVO_BASE_URL  the subtitle service to use in place of the embedded one; ends in "/"
+  MURVO_BASE_URL  the subtitle service to use in place of the embedded one, unless empty; ends in "/"
 )";
 
 struct Invocation {
