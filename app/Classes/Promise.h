@@ -40,6 +40,8 @@ class Promise : public std::enable_shared_from_this<Promise> {
     using ResultCallback = std::function<void(const QVariant &result)>;
     using ReasonCallback = std::function<void(const PromiseError &reason)>;
     using Callback = std::function<void()>;
+    using Step = std::function<Ptr(const QVariant &previous)>;
+    using Transform = std::function<QVariant(const QVariant &result)>;
 
     virtual ~Promise() = default;
     Promise(const Promise &) = delete;
@@ -58,6 +60,30 @@ class Promise : public std::enable_shared_from_this<Promise> {
     /// A new promise with the same outcome, whose callbacks run on queue. The queue must outlive it.
     [[nodiscard]] Ptr on(TaskQueue &queue);
     [[nodiscard]] Ptr onMainQueue();
+
+    // New promises out of existing ones (PromiseCombinators.cpp), without a queue unless named. Late
+    // settlements of what they are made of show in their stored result or reason, too.
+
+    /// Runs the steps one after another, the first at once with an invalid value, each with the result of the
+    /// one before. Resolved with the last result, or rejected with the first failure, which ends it; an empty
+    /// function among the steps ends them. A step that returns null stalls it for good.
+    [[nodiscard]] static Ptr chain(std::vector<Step> steps);
+    /// The first success, or the last failure when all fail. Pending for ever without promises. The promises
+    /// of this and the next must call back on one thread.
+    [[nodiscard]] static Ptr or_(const std::vector<Ptr> &promises);
+    /// The last success when all succeed, or the first failure. Pending for ever without promises.
+    [[nodiscard]] static Ptr and_(const std::vector<Ptr> &promises);
+    /// The same outcome on the receiver's queue, or rejected with domain "Timeout", code 100, when there is
+    /// none after the interval. The timer runs on that queue, the main one in want of it; it fires in any
+    /// case and so leaves its error as the reason of a promise that was resolved in time.
+    [[nodiscard]] Ptr timeout(double intervalSeconds);
+    /// The timer may be late by leewayNanoseconds.
+    [[nodiscard]] Ptr timeout(double intervalSeconds, double leewayNanoseconds);
+    /// The outcome with its value changed; transform runs where the receiver's callbacks run.
+    [[nodiscard]] Ptr transform(Transform transform);
+    /// Blocks the thread until the promise is resolved, for limitSeconds at most, and returns result(). A
+    /// rejection wakes nobody, and a wait on the thread that the callbacks need lasts for the whole limit.
+    [[nodiscard]] QVariant wait(double limitSeconds);
 
     [[nodiscard]] bool isResolved() const;
     [[nodiscard]] bool isRejected() const;

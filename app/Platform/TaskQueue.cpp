@@ -2,6 +2,10 @@
 #include "app/Platform/TaskQueue.h"
 
 #include <QCoreApplication>
+#include <QTimer>
+
+#include <algorithm>
+#include <limits>
 
 namespace murvo {
 
@@ -31,6 +35,18 @@ TaskQueue &TaskQueue::mainQueue() {
 
 void TaskQueue::async(Task task) {
     QMetaObject::invokeMethod(context(), std::move(task), Qt::QueuedConnection);
+}
+
+void TaskQueue::after(std::chrono::nanoseconds delay, std::chrono::nanoseconds leeway, Task task) {
+    using std::chrono::milliseconds;
+    constexpr milliseconds longest(std::numeric_limits<int>::max());
+    const milliseconds wait = std::min(std::chrono::ceil<milliseconds>(delay), longest);
+    // Qt's coarse timers may be off by a twentieth.
+    const Qt::TimerType type =
+        leeway >= delay / 20 && leeway.count() > 0 ? Qt::CoarseTimer : Qt::PreciseTimer;
+    async([context = context(), wait, type, task = std::move(task)]() mutable {
+        QTimer::singleShot(wait, type, context, std::move(task));
+    });
 }
 
 QObject *TaskQueue::context() const {

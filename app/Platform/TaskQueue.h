@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QThread>
 
+#include <chrono>
 #include <functional>
 
 namespace murvo {
@@ -24,6 +25,8 @@ class TaskQueue {
     static TaskQueue &mainQueue();
 
     void async(Task task);
+    /// Adds the task after the delay (24 days at most), or up to leeway later. It is dropped with the queue.
+    void after(std::chrono::nanoseconds delay, std::chrono::nanoseconds leeway, Task task);
 
     /// Lives on the queue's thread; objects made there may be its children and die with the queue.
     [[nodiscard]] QObject *context() const;
