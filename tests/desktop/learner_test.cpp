@@ -137,11 +137,11 @@ TEST_F(Learner, SeesBothLinesWithinAFrameOfTheirTime) {
     const QJsonArray shown = list("JSON.stringify(shown)");
     // Film time at a moment of the page's clock: reports come late, never early, so the earliest line counts.
     double offset = 1e18;
-    for (const QJsonValue &report : reports)
+    for (const QJsonValue report : reports)
         offset = std::min(offset, report[1].toDouble() - report[0].toDouble());
     std::vector<double> errors;
     QString last;
-    for (const QJsonValue &change : shown) {
+    for (const QJsonValue change : shown) {
         const QString text = change[0].toString();
         if (text != last && text.startsWith(QLatin1String("english")))
             errors.push_back(

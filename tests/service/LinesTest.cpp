@@ -38,9 +38,9 @@ class LinesTest : public ServiceFixture {
 
     [[nodiscard]] static QStringList texts(const QJsonValue &track) {
         QStringList found;
-        for (const QJsonValue &cue : track[QLatin1String("cues")].toArray()) {
+        for (const QJsonValue cue : track[QLatin1String("cues")].toArray()) {
             QStringList lines;
-            for (const QJsonValue &line : cue[QLatin1String("lines")].toArray())
+            for (const QJsonValue line : cue[QLatin1String("lines")].toArray())
                 lines.append(line.toString());
             found.append(QStringLiteral("%1-%2 %3")
                              .arg(cue[QLatin1String("startMs")].toInt())
@@ -172,7 +172,7 @@ TEST_F(LinesTest, DamagedFilesAreRefusedWithAWordOrReadAsFarAsTheyGo) {
 class RealFilmTest : public LinesTest {
   protected:
     [[nodiscard]] QString makeFilm(const QString &name) {
-        const QString path = films.filePath(name);
+        QString path = films.filePath(name);
         const std::string command =
             "ffmpeg -v error -f lavfi -i testsrc=s=64x48:r=30:d=2 -f lavfi -i sine=d=2 -map 0 -map 1 -map 1 "
             "-c:v mpeg4 -c:a aac -metadata:s:a:0 language=eng -metadata:s:a:1 language=fre "

@@ -15,7 +15,7 @@ class LookupTest : public ServiceFixture {
   protected:
     [[nodiscard]] static QStringList offeredNames(const Reply &lookup, bool toDownload) {
         QStringList names;
-        for (const QJsonValue &offer : lookup.json().value(QLatin1String("subsToDownload")).toArray()) {
+        for (const QJsonValue offer : lookup.json().value(QLatin1String("subsToDownload")).toArray()) {
             if (offer[QLatin1String("mustBeDownloaded")].toBool() == toDownload)
                 names.append(offer[QLatin1String("subFileName")].toString());
         }

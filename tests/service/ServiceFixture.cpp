@@ -111,7 +111,7 @@ Reply ServiceFixture::upload(const QList<QPair<int, QByteArray>> &parts) {
 
 Reply ServiceFixture::fetchAndUpload(const Reply &lookup) {
     QList<QPair<int, QByteArray>> parts;
-    for (const QJsonValue &value : lookup.json().value(QLatin1String("subsToDownload")).toArray()) {
+    for (const QJsonValue value : lookup.json().value(QLatin1String("subsToDownload")).toArray()) {
         const QJsonObject offer = value.toObject();
         if (!offer.value(QLatin1String("mustBeDownloaded")).toBool())
             continue;

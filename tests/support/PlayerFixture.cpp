@@ -65,8 +65,8 @@ QByteArray jQuery() {
 
 PlayerFixture::PlayerFixture() {
     stub.on("jquery.js", {.contentType = "text/javascript", .body = jQuery()});
-    stub.on("Player/Home", {.body = homePage});
-    stub.on("Player/Play", {.body = playerPage});
+    stub.on("Player/Home", StubReply{.body = homePage});
+    stub.on("Player/Play", StubReply{.body = playerPage});
     stub.on("Api/MovieFile/GetSubtitlesToDownload",
             {.contentType = "application/json", .body = R"({"videoId":7,"subsToDownload":[]})"});
     stub.on("Api/Subtitles/UploadGzippedFiles", StubReply{});
@@ -118,7 +118,7 @@ QStringList PlayerFixture::answersTo(const QString &guid) const {
     const QString answers = inPlayerPage(QStringLiteral("JSON.stringify(answers['%1'] || [])").arg(guid));
     QStringList texts;
     const QJsonArray array = QJsonDocument::fromJson(answers.toUtf8()).array();
-    for (const QJsonValue &value : array)
+    for (const QJsonValue value : array)
         texts.append(value.toString());
     return texts;
 }

@@ -17,9 +17,11 @@ namespace murvo::test {
 /// Every test has a controller of its own; the web engine's profile and the library are shared by the
 /// program.
 class PlayerFixture : public testing::Test {
+  public:
+    ~PlayerFixture() override;
+
   protected:
     PlayerFixture();
-    ~PlayerFixture() override;
 
     /// Starts the controller and waits until the home page has said that it is ready.
     void startAtHome();

@@ -63,7 +63,7 @@ QString StubService::baseUrl() const {
 }
 
 void StubService::on(const QByteArray &path, Handler handler) {
-    _handlers.insert(path, std::move(handler));
+    _handlers[path] = std::move(handler);
 }
 
 void StubService::on(const QByteArray &path, const StubReply &reply) {

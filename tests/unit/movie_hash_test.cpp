@@ -43,6 +43,9 @@ quint64 expectedHash(const QByteArray &film) {
 }
 
 class MovieHash : public testing::Test {
+  public:
+    ~MovieHash() override { OSHashAlgorithm::cancelRemoteHash(); }
+
   protected:
     MovieHash()
         : _registration(NotificationCenter::defaultCenter().addObserver(
@@ -51,8 +54,6 @@ class MovieHash : public testing::Test {
                   _posted.append(info.value(notifications::hashKey).value<VideoHash>());
                   postedOn = QThread::currentThread();
               })) {}
-
-    ~MovieHash() override { OSHashAlgorithm::cancelRemoteHash(); }
 
     QList<VideoHash> posted() {
         const std::lock_guard guard(_lock);
