@@ -38,12 +38,12 @@ TEST_F(SettingsTest, RemembersWhatWasChosenAcrossRestarts) {
 
 TEST_F(SettingsTest, RefusesWhatItCannotKeepAndChangesNothingThen) {
     const QJsonObject before = settings();
-    for (const QJsonValue language :
+    for (const QJsonValue &language :
          {QJsonValue(QStringLiteral("eng")), QJsonValue(QStringLiteral("Deutsch")),
           QJsonValue(QStringLiteral("de")), QJsonValue(7), QJsonValue(),
           QJsonValue(QStringLiteral("'; DROP TABLE settings"))})
         EXPECT_EQ(change("nativeLanguage", language).errorCode(), QStringLiteral("badSetting"));
-    for (const QJsonValue volume :
+    for (const QJsonValue &volume :
          {QJsonValue(-1), QJsonValue(201), QJsonValue(10.5), QJsonValue(QStringLiteral("10")), QJsonValue()})
         EXPECT_EQ(change("volumePercent", volume).errorCode(), QStringLiteral("badSetting"));
     const Reply half =
