@@ -90,8 +90,10 @@ TEST_F(AccessTest, ADownloadAddressOpensNothingElse) {
         << "it goes into logs, the service's own token must not";
     const std::string query = '?' + address.query().toStdString();
     EXPECT_EQ(download(address.toString()).status, 200);
-    for (const char *other : {"Api/Settings", "Player/Home", "Api/Subtitles/File/", "Api/Subtitles/Cues"})
-        EXPECT_NE(client().Get('/' + token + '/' + other + query)->status, 200) << other;
+    for (const char *other : {"Api/Settings", "Player/Home", "Api/Subtitles/File/", "Api/Subtitles/Cues"}) {
+        const std::string target = ('/' + token).append("/").append(other).append(query);
+        EXPECT_NE(client().Get(target)->status, 200) << other;
+    }
 }
 
 TEST_F(AccessTest, OnlyItsOwnHostAndOriginAreAnswered) {
@@ -192,8 +194,10 @@ TEST_F(AccessTest, AnswersManyClientsAtOnceAndStopsQuickly) {
     const QString film = writeFile(QStringLiteral("Film.mkv"), "film");
     writeFile(QStringLiteral("Film.en.srt"), srt("Hello"));
     service->filmIdentified(film, 0xabc, 1000);
+    constexpr int count = 12;
     std::vector<std::future<int>> clients;
-    for (int i = 0; i < 12; ++i) {
+    clients.reserve(count);
+    for (int i = 0; i < count; ++i) {
         clients.push_back(std::async(std::launch::async, [this, i] {
             httplib::Client own = client();
             own.set_keep_alive(true);

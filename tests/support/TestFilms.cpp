@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/TestFilms.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -12,7 +13,7 @@ namespace {
 
 QString made(const QString &name, const QStringList &arguments) {
     const QDir folder(QStringLiteral(MURVO_TEST_FILMS));
-    const QString path = folder.filePath(name);
+    QString path = folder.filePath(name);
     if (QFile::exists(path))
         return path;
     folder.mkpath(QStringLiteral("."));
