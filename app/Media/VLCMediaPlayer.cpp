@@ -167,12 +167,19 @@ VLCMedia *VLCMediaPlayer::media() const {
 void VLCMediaPlayer::play() {
     if (!_media || !_impl->player)
         return;
-    if (_hasEnded) {
+    if (isOver()) {
         restartFrom({});
         return;
     }
     _isStarted = true;
     libvlc_media_player_play(_impl->player.get());
+}
+
+bool VLCMediaPlayer::isOver() const {
+    if (_hasEnded || !_isStarted || _state == VLCMediaPlayerStateError)
+        return _hasEnded;
+    const libvlc_state_t state = libvlc_media_player_get_state(_impl->player.get());
+    return state == libvlc_Ended || state == libvlc_Stopped;
 }
 
 void VLCMediaPlayer::restartFrom(const VLCTime &time) {
@@ -229,7 +236,7 @@ VLCTime VLCMediaPlayer::time() const {
 void VLCMediaPlayer::setTime(const VLCTime &time) {
     if (!_media || !_impl->player)
         return;
-    if (_hasEnded)
+    if (isOver())
         restartFrom(time);
     else
         libvlc_media_player_set_time(_impl->player.get(), time.intValue());

@@ -89,6 +89,9 @@ class VLCMediaPlayer : public QObject {
     void receiveTime();
     void openPlayer();
     void directPicture() const;
+    /// Also when the library has come to the end and its report is still on the way: it takes no command
+    /// then.
+    [[nodiscard]] bool isOver() const;
     void restartFrom(const VLCTime &time);
     void applySound();
 

@@ -13,10 +13,12 @@
 #include "support/XTools.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QScreen>
+#include <QThread>
 
 #include <gmock/gmock.h>
 
@@ -204,6 +206,24 @@ TEST_F(PlayerScreen, StaysAtTheVeryEndAndGoesBackFromThere) {
     ASSERT_TRUE(waitUntil([&] { return player.time().intValue() > 3500 && !player.isPlaying(); }));
     player.play();
     EXPECT_TRUE(waitUntil([&] { return player.isPlaying() && player.time().intValue() < 2000; }));
+}
+
+TEST_F(PlayerScreen, GoesBackFromAnEndThatIsNotReportedYet) {
+    ASSERT_NO_FATAL_FAILURE(startFilm(shortFilm()));
+    VLCMediaPlayer &player = *delegate->player();
+    const auto endWithoutReports = [&player] { // no event loop runs here
+        player.setTime(VLCTime::timeWithInt(4000));
+        const QDeadlineTimer limit(10s);
+        while (player.isPlaying() && !limit.hasExpired())
+            QThread::yieldCurrentThread();
+        return !player.isPlaying();
+    };
+    ASSERT_TRUE(endWithoutReports());
+    player.play();
+    ASSERT_TRUE(waitUntil([&] { return player.isPlaying() && player.time().intValue() < 2000; }));
+    ASSERT_TRUE(endWithoutReports());
+    player.setTime(VLCTime::timeWithInt(2000));
+    EXPECT_TRUE(waitUntil([&] { return player.isPlaying() && player.time().intValue() >= 2000; }));
 }
 
 TEST_F(PlayerScreen, TakesOneDroppedFileWhenThePageIsReady) {
