@@ -6,6 +6,7 @@
 #include "app/Classes/PageScripts.h"
 #include "app/Media/VLCMediaPlayer.h"
 #include "app/Menus/FileMenuController.h"
+#include "app/Menus/ViewMenuController.h"
 #include "app/Platform/MainWindow.h"
 #include "app/ViewControllers/LoaderViewController.h"
 #include "app/ViewControllers/VLCVideoViewController.h"
@@ -34,7 +35,7 @@ AppDelegate::~AppDelegate() {
 
 void AppDelegate::applicationDidFinishLaunching() {
     connectMainWindow();
-    connectFileMenu();
+    connectMenus();
     auto &center = NotificationCenter::defaultCenter();
     _observers.push_back(
         center.addObserver(notifications::launchVideo, [this](const QVariantMap &) { launchVideo(); }));
@@ -62,11 +63,19 @@ void AppDelegate::connectMainWindow() {
     _window->setShouldClose([this] { return windowShouldClose(); });
 }
 
-void AppDelegate::connectFileMenu() {
+void AppDelegate::connectMenus() {
     auto *fileMenu = new FileMenuController(*_window->menuBar(), *_window);
     // File menu -> this
     connect(fileMenu, &FileMenuController::videoChosen, this, &AppDelegate::takeVideoIn);
+    connect(fileMenu, &FileMenuController::urlChosen, this, &AppDelegate::takeVideoIn);
     connect(fileMenu, &FileMenuController::quitChosen, this, &AppDelegate::terminate);
+    auto *viewMenu = new ViewMenuController(*_window->menuBar(), *_window);
+    // View menu -> main window -> View menu
+    connect(viewMenu, &ViewMenuController::fullScreenToggled, _window.get(), &MainWindow::toggleFullScreen);
+    connect(_window.get(), &MainWindow::didEnterFullScreen, viewMenu,
+            [viewMenu] { viewMenu->setFullScreen(true); });
+    connect(_window.get(), &MainWindow::didExitFullScreen, viewMenu,
+            [viewMenu] { viewMenu->setFullScreen(false); });
 }
 
 VLCMediaPlayer *AppDelegate::player() const {

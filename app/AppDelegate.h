@@ -90,7 +90,7 @@ class AppDelegate : public QObject {
 
     // Wiring
     void connectMainWindow();
-    void connectFileMenu();
+    void connectMenus();
 
     // Intake
     void takeVideoIn(const QString &videoSource);
@@ -134,6 +134,7 @@ class AppDelegate : public QObject {
     // Page bridge
     enum class Page { Home, Player };
     [[nodiscard]] bool decidePolicyForNavigation(const QUrl &url, Page page);
+    [[nodiscard]] QStringList runOpenPanelForFileButton();
     void handlePageRequest(const PageRequest &request);
     void handleExecutionRequest(const QString &name, const Arguments &arguments);
     void handleDataRequest(const QString &name, const Arguments &arguments);

@@ -65,6 +65,7 @@ void AppDelegate::createHomeScreen() {
     connect(_homeWebViewController.get(), &WebViewController::pageDied, this, &AppDelegate::homePageDied);
     _homeWebViewController->setNavigationPolicy(
         [this](const QUrl &url) { return decidePolicyForNavigation(url, Page::Home); });
+    _homeWebViewController->setFileChooser([this] { return runOpenPanelForFileButton(); });
     _homeWebViewController->view()->setDropHandler([this](const QString &path) { takeVideoIn(path); });
 }
 

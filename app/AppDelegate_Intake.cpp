@@ -7,6 +7,7 @@
 #include "app/Classes/OSHashAlgorithm.h"
 #include "app/Classes/PageScripts.h"
 #include "app/Classes/VideoSource.h"
+#include "app/Menus/FileChooser.h"
 #include "app/Platform/Log.h"
 #include "app/ViewControllers/LoaderViewController.h"
 #include "app/ViewControllers/WebViewController.h"
@@ -37,10 +38,12 @@ void AppDelegate::processVideoAndLaunch(const QString &videoSource) {
     _session.nativeLanguage = language;
     _homeWebViewController->view()->hide();
     _loaderViewController->showLoader(QStringLiteral("Searching subtitles..."));
-    if (isUrl())
+    if (isUrl()) {
         OSHashAlgorithm::computeHashForURL(_session.videoSourcePath);
-    else
-        OSHashAlgorithm::computeHashForPath(_session.videoSourcePath);
+        return;
+    }
+    FileChooser::rememberFolderOf(_session.videoSourcePath);
+    OSHashAlgorithm::computeHashForPath(_session.videoSourcePath);
 }
 
 void AppDelegate::endEarlierVideo() {

@@ -4,6 +4,7 @@
 #include "app/Classes/MConstants.h"
 #include "app/Classes/PageScripts.h"
 #include "app/Classes/TextFormat.h"
+#include "app/Menus/FileChooser.h"
 #include "app/Platform/DesktopShell.h"
 #include "app/Platform/MainWindow.h"
 
@@ -38,6 +39,10 @@ bool AppDelegate::decidePolicyForNavigation(const QUrl &url, Page page) {
         },
         Qt::QueuedConnection);
     return false;
+}
+
+QStringList AppDelegate::runOpenPanelForFileButton() {
+    return FileChooser::chooseSubtitles(FileChooser::parentAbove(*_window));
 }
 
 void AppDelegate::handlePageRequest(const PageRequest &request) {

@@ -62,6 +62,7 @@ void AppDelegate::connectPlayerScreen() {
     connect(_playerWebViewController.get(), &WebViewController::pageDied, this, &AppDelegate::loadPlayerPage);
     _playerWebViewController->setNavigationPolicy(
         [this](const QUrl &url) { return decidePolicyForNavigation(url, Page::Player); });
+    _playerWebViewController->setFileChooser([this] { return runOpenPanelForFileButton(); });
     _playerWebViewController->view()->setDropHandler([this](const QString &path) { takeVideoIn(path); });
     // player -> this
     connect(player(), &VLCMediaPlayer::stateChanged, this, &AppDelegate::mediaPlayerStateChanged);

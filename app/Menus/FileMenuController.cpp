@@ -1,44 +1,36 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Menus/FileMenuController.h"
 
-#include <QApplication>
-#include <QDir>
-#include <QFileDialog>
-#include <QFileInfo>
+#include "app/Menus/AddressDialog.h"
+#include "app/Menus/FileChooser.h"
+#include "app/Menus/MenuAction.h"
+
 #include <QMenuBar>
-#include <QStandardPaths>
 
 namespace murvo {
 
 FileMenuController::FileMenuController(QMenuBar &menuBar, QWidget &window)
     : QObject(&window)
-    , _window(window)
-    , _folder(QStandardPaths::writableLocation(QStandardPaths::MoviesLocation)) {
-    QMenu *menu = menuBar.addMenu(tr("&File"));
-    QAction *openAction = menu->addAction(tr("&Open…"), this, &FileMenuController::open);
-    openAction->setShortcut(QKeySequence::Open);
-    menu->addSeparator();
-    QAction *quitAction = menu->addAction(tr("&Quit"), this, &FileMenuController::quitChosen);
-    quitAction->setShortcut(QKeySequence::Quit);
-    // The page's window has the keys during a film.
-    openAction->setShortcutContext(Qt::ApplicationShortcut);
-    quitAction->setShortcutContext(Qt::ApplicationShortcut);
-    // The menu bar hides in full screen and with it the actions; the window keeps their shortcuts alive.
-    window.addActions({openAction, quitAction});
+    , _window(window) {
+    QMenu &menu = *menuBar.addMenu(tr("&File"));
+    connect(addMenuAction(menu, window, tr("&Open…"), QKeySequence::Open), &QAction::triggered, this,
+            &FileMenuController::open);
+    connect(addMenuAction(menu, window, tr("Open &URL…"), tr("Ctrl+U")), &QAction::triggered, this,
+            &FileMenuController::openUrl);
+    menu.addSeparator();
+    connect(addMenuAction(menu, window, tr("&Quit"), QKeySequence::Quit), &QAction::triggered, this,
+            &FileMenuController::quitChosen);
 }
 
 void FileMenuController::open() {
-    // Above the window that the user looks at, which during a film is the page's.
-    QWidget *active = QApplication::activeWindow();
-    // The chooser takes a folder that is not there for the name of a file.
-    const QString folder = QFileInfo(_folder).isDir() ? _folder : QDir::homePath();
-    QFileDialog chooser(active ? active : &_window, tr("Open a film"), folder);
-    chooser.setFileMode(QFileDialog::ExistingFile);
-    if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty())
-        return;
-    const QString path = chooser.selectedFiles().first();
-    _folder = QFileInfo(path).absolutePath();
-    Q_EMIT videoChosen(path);
+    if (const QString path = FileChooser::chooseFilm(FileChooser::parentAbove(_window)); !path.isNull())
+        Q_EMIT videoChosen(path);
+}
+
+void FileMenuController::openUrl() {
+    AddressDialog dialog(FileChooser::parentAbove(_window));
+    if (dialog.exec() == QDialog::Accepted)
+        Q_EMIT urlChosen(dialog.address());
 }
 
 } // namespace murvo

@@ -27,14 +27,20 @@ constexpr auto evaluationLimit = 1s;
 class Page : public QWebEnginePage {
   public:
     using Policy = std::function<bool(const QUrl &url, bool isMainFrame)>;
+    using FileChooser = WebViewController::FileChooser;
 
-    Page(QWebEngineProfile *profile, QObject *parent, Policy policy)
+    Page(QWebEngineProfile *profile, QObject *parent, Policy policy, FileChooser chooser)
         : QWebEnginePage(profile, parent)
-        , _policy(std::move(policy)) {}
+        , _policy(std::move(policy))
+        , _chooser(std::move(chooser)) {}
 
   protected:
     bool acceptNavigationRequest(const QUrl &url, NavigationType, bool isMainFrame) override {
         return _policy(url, isMainFrame);
+    }
+
+    QStringList chooseFiles(FileSelectionMode mode, const QStringList &, const QStringList &) override {
+        return mode == FileSelectUploadFolder ? QStringList() : _chooser();
     }
 
     void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString &message, int line,
@@ -49,6 +55,7 @@ class Page : public QWebEnginePage {
 
   private:
     Policy _policy;
+    FileChooser _chooser;
 };
 
 void restrict(QWebEngineSettings &settings) {
@@ -83,12 +90,14 @@ void WebViewController::makeView(QWebEngineProfile &profile) {
     // same effect: what the view shows comes from the network.
     profile.setHttpCacheType(_useCache ? QWebEngineProfile::MemoryHttpCache : QWebEngineProfile::NoCache);
     _view = new MDragReceiverWebView;
-    auto *page = new Page(&profile, _view, [this](const QUrl &url, bool isMainFrame) {
+    auto policy = [this](const QUrl &url, bool isMainFrame) {
         const bool isAccepted = !_policy || _policy(url);
         if (isAccepted && isMainFrame)
             Q_EMIT progressStarted();
         return isAccepted;
-    });
+    };
+    auto chooser = [this] { return _fileChooser ? _fileChooser() : QStringList(); };
+    auto *page = new Page(&profile, _view, std::move(policy), std::move(chooser));
     page->setBackgroundColor(Qt::transparent);
     restrict(*page->settings());
     _view->setPage(page);
@@ -113,6 +122,10 @@ MDragReceiverWebView *WebViewController::view() const {
 
 void WebViewController::setNavigationPolicy(NavigationPolicy policy) {
     _policy = std::move(policy);
+}
+
+void WebViewController::setFileChooser(FileChooser chooser) {
+    _fileChooser = std::move(chooser);
 }
 
 void WebViewController::setBackgroundColor(const QColor &color) {

@@ -23,6 +23,8 @@ class WebViewController : public QObject {
   public:
     /// Decides about each navigation of the page, in whichever frame: true lets the view load the URL.
     using NavigationPolicy = std::function<bool(const QUrl &url)>;
+    /// Asks the user for the files of a file button of the page; empty when the user cancels.
+    using FileChooser = std::function<QStringList()>;
 
     /// The profile is borrowed and must outlive the controller. The last controller made decides by useCache,
     /// for all of them, whether views made from then on begin with an emptied cache.
@@ -33,6 +35,8 @@ class WebViewController : public QObject {
 
     [[nodiscard]] MDragReceiverWebView *view() const;
     void setNavigationPolicy(NavigationPolicy policy);
+    /// Without one, file buttons do nothing.
+    void setFileChooser(FileChooser chooser);
     /// What shows behind the page; nothing does (it is transparent) unless a colour is set. Views that share
     /// their window with widgets over or beneath them need an opaque one: a transparent view lies over
     /// everything in its window until its page has drawn a background, and the place that it then takes among
@@ -63,6 +67,7 @@ class WebViewController : public QObject {
 
     QPointer<MDragReceiverWebView> _view;
     NavigationPolicy _policy;
+    FileChooser _fileChooser;
 };
 
 } // namespace murvo

@@ -53,6 +53,12 @@ QColor screenColor(const QPoint &position) {
     return pixel.isNull() ? QColor() : pixel.toImage().pixelColor(0, 0);
 }
 
+void typeInstead(const QString &text) {
+    pressKey(QStringLiteral("ctrl+a"));
+    run(QStringLiteral("xdotool"),
+        {QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("4"), text});
+}
+
 QString xId(const QWidget &window) {
     return QStringLiteral("0x%1").arg(window.winId(), 0, 16);
 }

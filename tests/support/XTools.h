@@ -26,6 +26,9 @@ void pressKey(const QString &key);
 /// What the screen shows there, in every window and whoever drew it.
 [[nodiscard]] QColor screenColor(const QPoint &position);
 
+/// Types the text into the field that has the keys, in place of what stands there.
+void typeInstead(const QString &text);
+
 /// xprop's line of one property of the window.
 [[nodiscard]] QString property(const QWidget &window, const QString &name);
 /// X identifiers of the application windows, bottom to top, as the window manager stacks them.
