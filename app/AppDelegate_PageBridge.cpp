@@ -6,7 +6,9 @@
 #include "app/Classes/TextFormat.h"
 #include "app/Menus/FileChooser.h"
 #include "app/Platform/DesktopShell.h"
+#include "app/Platform/Log.h"
 #include "app/Platform/MainWindow.h"
+#include "app/ViewControllers/WebViewController.h"
 
 namespace murvo {
 
@@ -29,6 +31,13 @@ bool AppDelegate::decidePolicyForNavigation(const QUrl &url, Page page) {
     const auto request = PageRequest::fromUrl(url);
     if (!request)
         return true;
+    const WebViewController &sender =
+        page == Page::Home ? *_homeWebViewController : *_playerWebViewController;
+    if (!sender.isOwnPage()) {
+        qCWarning(logPage).noquote() << "Refused a page that is not the service's:"
+                                     << singleLine(url.toString(QUrl::RemoveQuery));
+        return false;
+    }
     // The web engine is in the middle of a navigation: what the page wants is done right after it, in order.
     QMetaObject::invokeMethod(
         this,

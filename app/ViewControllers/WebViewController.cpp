@@ -10,6 +10,8 @@
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
 #include <QWebEngineSettings>
+#include <QWebEngineUrlRequestInfo>
+#include <QWebEngineUrlRequestInterceptor>
 
 #include <chrono>
 #include <memory>
@@ -58,6 +60,32 @@ class Page : public QWebEnginePage {
     FileChooser _chooser;
 };
 
+QUrl originOf(const QUrl &url) {
+    QUrl origin;
+    origin.setScheme(url.scheme());
+    origin.setHost(url.host());
+    origin.setPort(url.port(url.scheme() == QLatin1String("https") ? 443 : 80));
+    return origin;
+}
+
+/// Tells of each page that the view loads of itself, and of those to which its server redirects; not of those
+/// to which a page leads.
+class OwnLoads : public QWebEngineUrlRequestInterceptor {
+  public:
+    OwnLoads(QObject *parent, std::function<void(const QUrl &url)> loads)
+        : QWebEngineUrlRequestInterceptor(parent)
+        , _loads(std::move(loads)) {}
+
+    void interceptRequest(QWebEngineUrlRequestInfo &info) override {
+        if (info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame &&
+            info.initiator().isEmpty())
+            _loads(info.requestUrl());
+    }
+
+  private:
+    std::function<void(const QUrl &url)> _loads;
+};
+
 void restrict(QWebEngineSettings &settings) {
     settings.setAttribute(QWebEngineSettings::ErrorPageEnabled, false);
     settings.setAttribute(QWebEngineSettings::LocalContentCanAccessFileUrls, false);
@@ -100,6 +128,8 @@ void WebViewController::makeView(QWebEngineProfile &profile) {
     auto *page = new Page(&profile, _view, std::move(policy), std::move(chooser));
     page->setBackgroundColor(Qt::transparent);
     restrict(*page->settings());
+    page->setUrlRequestInterceptor(
+        new OwnLoads(page, [this](const QUrl &url) { _ownOrigin = originOf(url); }));
     _view->setPage(page);
     // A load ends as stopped when the page commands something by navigating before it is over.
     connect(page, &QWebEnginePage::loadingChanged, this, [this](const QWebEngineLoadingInfo &info) {
@@ -138,6 +168,10 @@ void WebViewController::loadUrl(const QString &url) {
 
 void WebViewController::clear() {
     _view->load(QUrl(QStringLiteral("about:blank")));
+}
+
+bool WebViewController::isOwnPage() const {
+    return _view->url().scheme().startsWith(QLatin1String("http")) && originOf(_view->url()) == _ownOrigin;
 }
 
 void WebViewController::send(const QString &script) {

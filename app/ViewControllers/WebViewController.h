@@ -43,9 +43,14 @@ class WebViewController : public QObject {
     /// the others stays unpainted.
     void setBackgroundColor(const QColor &color);
 
+    /// The page, and the server to which redirects lead from it, is the service's: see isOwnPage().
     void loadUrl(const QString &url);
     /// Leaves the page for an empty one.
     void clear();
+
+    /// Whether the page that shows lies on the server to which loadUrl() led last. Pages may lead on to
+    /// others.
+    [[nodiscard]] bool isOwnPage() const;
 
     /// Runs the script whose result nobody wants; returns at once.
     void send(const QString &script);
@@ -68,6 +73,7 @@ class WebViewController : public QObject {
     QPointer<MDragReceiverWebView> _view;
     NavigationPolicy _policy;
     FileChooser _fileChooser;
+    QUrl _ownOrigin;
 };
 
 } // namespace murvo

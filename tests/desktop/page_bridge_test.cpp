@@ -180,6 +180,33 @@ TEST_F(PageBridge, AnswersRequestsThatCameTooEarlyInOrder) {
     EXPECT_TRUE(durations[0].startsWith(u'a')) << "in the order in which they were asked";
 }
 
+TEST_F(PageBridge, ObeysPagesOfTheServiceOnly) {
+    const LogCapture log;
+    const auto refusals = [&log] {
+        return log.linesBeginningWith({QStringLiteral("Refused a page that is not the service's")}).size();
+    };
+    StubService elsewhere;
+    const QByteArray ready = "<script>location.href = 'app:///Execute/EnableDraggableHomeScreen'</script>";
+    elsewhere.on("foreign", StubReply{.body = "<title>foreign</title>" + ready});
+
+    // The service's own page leads on to another server, even before it is loaded itself.
+    stub.on("Player/Home", StubReply{.body = "<script>location.href = '" + elsewhere.baseUrl().toLatin1() +
+                                             "foreign'</script>"});
+    delegate->applicationDidFinishLaunching();
+    ASSERT_TRUE(waitUntil([&] { return refusals() == 1; }));
+    EXPECT_FALSE(delegate->session().homeScreenLoaded);
+    EXPECT_EQ(inHomePage(QStringLiteral("document.title")), QStringLiteral("foreign"))
+        << "it shows all the same";
+
+    // The service's server sends the view elsewhere itself.
+    stub.on("Player/Home",
+            StubReply{.status = 302,
+                      .extraHeaders = {"Location: " + elsewhere.baseUrl().toLatin1() + "foreign"}});
+    delegate->loadHomeScreen();
+    EXPECT_TRUE(waitUntil([this] { return delegate->session().homeScreenLoaded; }));
+    EXPECT_EQ(refusals(), 1);
+}
+
 TEST_F(PageBridge, FeedsThePositionAsItPlays) {
     ASSERT_NO_FATAL_FAILURE(startFilm(filmWithTwoAudioTracks()));
     ASSERT_TRUE(waitUntil(
