@@ -12,11 +12,16 @@
 
 #include <QStackedLayout>
 
+#include <algorithm>
+
 namespace murvo {
 
 namespace {
 constexpr QSizeF homeScreenSize(600, 400);
 const QString connectingText = QStringLiteral("Connecting...");
+// Between the tries to load a home page that does not come: each is twice the one before.
+constexpr std::chrono::milliseconds firstPause{500};
+constexpr std::chrono::milliseconds longestPause{30'000};
 } // namespace
 
 void AppDelegate::loadHomeScreen() {
@@ -40,8 +45,12 @@ void AppDelegate::loadHomeScreen() {
         _loaderViewController->hideLoader();
         _homeWebViewController->send(PageScripts::refreshLevel());
     } else {
-        _homeWebViewController->loadUrl(MConstants::serviceAddress(QStringLiteral("Player/Home")));
+        loadHomePage();
     }
+}
+
+void AppDelegate::loadHomePage() {
+    _homeWebViewController->loadUrl(MConstants::serviceAddress(QStringLiteral("Player/Home")));
 }
 
 void AppDelegate::createHomeScreen() {
@@ -62,7 +71,15 @@ void AppDelegate::createHomeScreen() {
             &AppDelegate::homeScreenConnecting);
     connect(_homeWebViewController.get(), &WebViewController::progressFinished, this,
             &AppDelegate::homeScreenConnected);
+    connect(_homeWebViewController.get(), &WebViewController::progressFailed, this,
+            &AppDelegate::homeScreenFailed);
     connect(_homeWebViewController.get(), &WebViewController::pageDied, this, &AppDelegate::homePageDied);
+    _homePagePause = firstPause;
+    _homePageRetry.setSingleShot(true);
+    connect(&_homePageRetry, &QTimer::timeout, this, [this] {
+        if (!_homeWebViewController->view()->isHidden())
+            loadHomePage();
+    });
     _homeWebViewController->setNavigationPolicy(
         [this](const QUrl &url) { return decidePolicyForNavigation(url, Page::Home); });
     _homeWebViewController->setFileChooser([this] { return runOpenPanelForFileButton(); });
@@ -70,12 +87,20 @@ void AppDelegate::createHomeScreen() {
 }
 
 void AppDelegate::homeScreenConnecting() {
+    _homePageRetry.stop();
     MDragReceiverWebView::isDraggable(false);
     _session.homeScreenLoaded = false;
     _loaderViewController->showLoader(connectingText);
 }
 
+void AppDelegate::homeScreenFailed() {
+    // "Connecting..." stays while it is tried again. Under a film it is not: the way home loads it.
+    _homePageRetry.start(_homePagePause);
+    _homePagePause = std::min(_homePagePause * 2, longestPause);
+}
+
 void AppDelegate::homeScreenConnected() {
+    _homePagePause = firstPause;
     if (_loaderViewController->labelText() == connectingText)
         _loaderViewController->hideLoader();
 }
@@ -84,7 +109,7 @@ void AppDelegate::homePageDied() {
     MDragReceiverWebView::isDraggable(false);
     _session.homeScreenLoaded = false; // so that the way home loads it, when a film is on the screen
     if (!_homeWebViewController->view()->isHidden())
-        _homeWebViewController->loadUrl(MConstants::serviceAddress(QStringLiteral("Player/Home")));
+        loadHomePage();
 }
 
 void AppDelegate::alertThenHome(const QString &message, const QString &informativeText) {

@@ -68,6 +68,22 @@ QUrl originOf(const QUrl &url) {
     return origin;
 }
 
+/// Whether the load that has ended has brought a page; current is the page that shows.
+bool isLoaded(const QWebEngineLoadingInfo &info, const QUrl &current) {
+    constexpr int firstErrorStatus = 400;
+    switch (info.status()) {
+    case QWebEngineLoadingInfo::LoadSucceededStatus:
+        return info.errorDomain() != QWebEngineLoadingInfo::HttpStatusCodeDomain ||
+               info.errorCode() < firstErrorStatus;
+    case QWebEngineLoadingInfo::LoadStoppedStatus:
+        // A page that commands something by navigating before it is loaded ends its load in this way, and so
+        // does an answer without a page.
+        return info.url() == current || !info.url().scheme().startsWith(QLatin1String("http"));
+    default:
+        return false;
+    }
+}
+
 /// Tells of each page that the view loads of itself, and of those to which its server redirects; not of those
 /// to which a page leads.
 class OwnLoads : public QWebEngineUrlRequestInterceptor {
@@ -131,11 +147,13 @@ void WebViewController::makeView(QWebEngineProfile &profile) {
     page->setUrlRequestInterceptor(
         new OwnLoads(page, [this](const QUrl &url) { _ownOrigin = originOf(url); }));
     _view->setPage(page);
-    // A load ends as stopped when the page commands something by navigating before it is over.
     connect(page, &QWebEnginePage::loadingChanged, this, [this](const QWebEngineLoadingInfo &info) {
-        if (info.status() == QWebEngineLoadingInfo::LoadSucceededStatus ||
-            info.status() == QWebEngineLoadingInfo::LoadStoppedStatus)
+        if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus)
+            return;
+        if (isLoaded(info, _view->url()))
             Q_EMIT progressFinished();
+        else
+            Q_EMIT progressFailed();
     });
     connect(page, &QWebEnginePage::renderProcessTerminated, this,
             [this](QWebEnginePage::RenderProcessTerminationStatus status) {

@@ -62,6 +62,8 @@ class WebViewController : public QObject {
     /// An accepted navigation of the main frame has begun; it has been loaded.
     void progressStarted();
     void progressFinished();
+    /// It cannot be loaded: no connection, no answer, or an answer of failure.
+    void progressFailed();
     /// The page's process is gone and with it the page; the view can load again.
     void pageDied();
 

@@ -297,6 +297,27 @@ TEST_F(FilmRoad, StreamsAnHttpUrlAndNamesItByThePreference) {
     QSettings().remove(QStringLiteral("file-name"));
 }
 
+TEST_F(FilmRoad, TriesAHomePageThatDoesNotComeUntilItDoes) {
+    int tries = 0;
+    stub.on("Player/Home", [&tries](const RecordedRequest &) {
+        ++tries;
+        if (tries == 1)
+            return StubReply{.isReset = true};
+        if (tries == 2)
+            return StubReply{.status = 204};
+        if (tries == 3)
+            return StubReply{.status = 503, .body = "<h1>Out of order</h1>"};
+        return StubReply{.body =
+                             "<script>location.href = 'app:///Execute/EnableDraggableHomeScreen'</script>"};
+    });
+    delegate->applicationDidFinishLaunching();
+    ASSERT_TRUE(waitUntil([&] { return tries == 3; }));
+    EXPECT_FALSE(delegate->loaderViewController()->isLabelHidden());
+    EXPECT_EQ(delegate->loaderViewController()->labelText(), QStringLiteral("Connecting..."));
+    EXPECT_TRUE(waitUntil([this] { return delegate->session().homeScreenLoaded && isHomeShown(); })) << tries;
+    EXPECT_EQ(tries, 4);
+}
+
 TEST_F(FilmRoad, AnEarlierFilmsRepliesChangeNothing) {
     ASSERT_NO_FATAL_FAILURE(startAtHome());
     // One film waits for its lookup, one for a download, one for its upload, one for its remote hash.
