@@ -16,10 +16,12 @@
 #include <QFile>
 #include <QRegularExpression>
 #include <QTemporaryFile>
+#include <QWebEnginePage>
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <csignal>
 
 namespace murvo::test {
 
@@ -205,6 +207,32 @@ TEST_F(PageBridge, ObeysPagesOfTheServiceOnly) {
     delegate->loadHomeScreen();
     EXPECT_TRUE(waitUntil([this] { return delegate->session().homeScreenLoaded; }));
     EXPECT_EQ(refusals(), 1);
+}
+
+TEST_F(PageBridge, OutlivesTheProcessesOfItsPages) {
+    ASSERT_NO_FATAL_FAILURE(startFilm(filmWithTwoAudioTracks()));
+    const auto kill = [](const WebViewController &controller) {
+        const qint64 process = controller.view()->page()->renderProcessPid();
+        ASSERT_GT(process, 1);
+        ::kill(static_cast<pid_t>(process), SIGKILL);
+    };
+    stub.forgetRequests();
+    kill(*delegate->playerWebViewController()); // the home page's as well, where they share one
+    ASSERT_TRUE(waitUntil([this] { return !stub.requestsTo("Player/Play").isEmpty(); }));
+    EXPECT_TRUE(delegate->player()->isPlaying()) << "the film goes on";
+    ASSERT_TRUE(waitUntil(
+        [this] { return inPlayerPage(QStringLiteral("typeof ask")) == QLatin1String("function"); }));
+    playerPageSends(QStringLiteral("app:///Request/Duration?guid=again"));
+    EXPECT_TRUE(waitUntil([this] { return !answersTo(QStringLiteral("again")).isEmpty(); }));
+    EXPECT_TRUE(waitUntil(
+        [this] { return inPlayerPage(QStringLiteral("times.length > 1")) == QLatin1String("true"); }));
+
+    delegate->loadHomeScreen();
+    ASSERT_TRUE(waitUntil([this] { return delegate->session().homeScreenLoaded && isHomeShown(); }));
+    stub.forgetRequests();
+    kill(*delegate->homeWebViewController());
+    ASSERT_TRUE(waitUntil([this] { return !stub.requestsTo("Player/Home").isEmpty(); }));
+    EXPECT_TRUE(waitUntil([this] { return delegate->session().homeScreenLoaded && isHomeShown(); }));
 }
 
 TEST_F(PageBridge, FeedsThePositionAsItPlays) {
