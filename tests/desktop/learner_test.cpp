@@ -3,6 +3,7 @@
 
 #include "app/AppDelegate.h"
 #include "app/Classes/MConstants.h"
+#include "app/Classes/MDragReceiverWebView.h"
 #include "app/Classes/MKeyableWindow.h"
 #include "app/Media/VLCMediaPlayer.h"
 #include "app/Platform/MainWindow.h"
@@ -152,6 +153,32 @@ TEST_F(Learner, SeesBothLinesWithinAFrameOfTheirTime) {
     std::sort(errors.begin(), errors.end());
     RecordProperty("medianErrorMs", std::to_string(errors[errors.size() / 2]));
     EXPECT_LT(errors[errors.size() / 2], 40) << "one frame of this film";
+}
+
+TEST_F(Learner, ChoosesTheirLanguageByKeyboard) {
+    delegate->applicationDidFinishLaunching();
+    ASSERT_TRUE(waitUntil([this] { return delegate->session().homeScreenLoaded; }));
+    const WebViewController &home = *delegate->homeWebViewController();
+    ASSERT_TRUE(waitUntil([&] { return delegate->window().isActiveWindow(); }));
+    const auto inHome = [&](const char *script) {
+        return delegate->homeWebViewController()->evaluate(QString::fromLatin1(script));
+    };
+    const auto isOpen = [&] {
+        return inHome("document.getElementById('languages').hidden") == QLatin1String("false");
+    };
+    home.view()->setFocus();
+    std::ignore = inHome("document.getElementById('selectedLanguage').focus(); 1");
+    const QString before = inHome("document.getElementById('selected-name').textContent");
+    for (const char *closing : {"Return", "Escape"}) {
+        pressKey(QStringLiteral("Return"));
+        EXPECT_TRUE(waitUntil(isOpen)) << closing;
+        pressKey(QStringLiteral("Down"));
+        pressKey(QString::fromLatin1(closing));
+        EXPECT_TRUE(waitUntil([&] { return !isOpen(); })) << closing;
+    }
+    EXPECT_NE(inHome("document.getElementById('selected-name').textContent"), before);
+    letPass(200ms);
+    EXPECT_FALSE(isOpen()) << "the key that closes does not open again";
 }
 
 TEST_F(Learner, CommandsTheFilmByKeys) {

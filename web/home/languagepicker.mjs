@@ -27,8 +27,10 @@ export class LanguagePicker {
       // Arrow keys "click" as well, but at no place: only a real click or Enter has made the choice.
       if (event.detail > 0) this.#show(false);
     });
-    this.#list.addEventListener('keydown', (event) => {
-      if (event.key === 'Enter' || event.key === ' ') this.#show(false);
+    this.#panel.addEventListener('keydown', (event) => {
+      if (!['Enter', ' ', 'Escape'].includes(event.key)) return;
+      event.preventDefault(); // the button that gets the focus would be pressed by the same key
+      this.#show(false);
     });
     document.addEventListener('pointerdown', (event) => {
       if (!this.#panel.contains(event.target) && !this.#box.contains(event.target)) this.#show(false, false);
