@@ -240,6 +240,14 @@ TEST_F(Learner, CommandsTheFilmByMouse) {
     ASSERT_TRUE(waitUntil([this] { return delegate->window().contentView()->size() == QSize(640, 360); }));
     ASSERT_TRUE(
         waitUntil([this] { return inPage("innerWidth + 'x' + innerHeight") == QLatin1String("640x360"); }));
+    // With its frame back, and on the screen as in our own books: until then clicks come out elsewhere.
+    ASSERT_TRUE(waitUntil([this] {
+        const MainWindow &window = delegate->window();
+        const QRect content = window.contentScreenRect();
+        return window.frameGeometry().height() > window.height() &&
+               screenRect(window).bottomRight() == content.bottomRight() &&
+               screenRect(*delegate->playerWebViewWindow()) == content;
+    }));
 
     ASSERT_TRUE(waitUntil(
         [this] { return inPage("document.getElementById('audio').hidden") == QLatin1String("false"); }));
@@ -247,6 +255,10 @@ TEST_F(Learner, CommandsTheFilmByMouse) {
     ASSERT_TRUE(waitUntil(
         [this] { return inPage("document.getElementById('audio-menu').hidden") == QLatin1String("false"); }));
     clickAt(middleOf("#audio-menu button:last-child"));
+    EXPECT_TRUE(waitUntil([this] {
+        return inPage("document.querySelector('#audio-menu button:last-child').ariaChecked") ==
+               QLatin1String("true");
+    })) << "the click has reached the second one";
     EXPECT_TRUE(waitUntil([&] { return recorder.amplitudeOf(880) > 0.005; })) << "the second sound track";
 
     clickAt(middleOf("[data-action=home]:not(#end button)"));
