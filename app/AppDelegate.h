@@ -116,6 +116,7 @@ class AppDelegate : public QObject {
 
     // Player screen
     void loadPlayerScreen();
+    void hidePlayerScreen();
     void createPlayerScreen();
     void connectPlayerScreen();
     void repositionWindows();

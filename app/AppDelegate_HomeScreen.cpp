@@ -33,11 +33,8 @@ void AppDelegate::loadHomeScreen() {
         createHomeScreen();
     if (VLCMediaPlayer *stopped = player())
         stopped->stop();
-    if (isPlayerScreenVisible()) {
-        _playerWebViewController->clear();
-        _playerWebViewWindow->hide();
-        _vlcViewWindow->hide();
-    }
+    if (isPlayerScreenVisible())
+        hidePlayerScreen();
     _window->liftContentAspectRatio();
     _session.aspectRatioSet = false;
     _homeWebViewController->view()->show();
@@ -108,8 +105,7 @@ void AppDelegate::homeScreenConnected() {
 void AppDelegate::homePageDied() {
     MDragReceiverWebView::isDraggable(false);
     _session.homeScreenLoaded = false; // so that the way home loads it, when a film is on the screen
-    if (!_homeWebViewController->view()->isHidden())
-        loadHomePage();
+    homeScreenFailed();                // after a pause: the next one may die at once, too
 }
 
 void AppDelegate::alertThenHome(const QString &message, const QString &informativeText) {

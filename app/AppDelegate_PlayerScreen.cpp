@@ -12,6 +12,7 @@
 #include "app/ViewControllers/VLCVideoViewController.h"
 #include "app/ViewControllers/WebViewController.h"
 
+#include <QDialog>
 #include <QStackedLayout>
 
 namespace murvo {
@@ -40,6 +41,16 @@ void AppDelegate::loadPlayerScreen() {
     _vlcViewWindow->show();
     _playerWebViewWindow->show();
     _playerWebViewWindow->makeKeyWindow();
+}
+
+void AppDelegate::hidePlayerScreen() {
+    _playerWebViewController->clear();
+    // A chooser that stands over the film would be hidden with it, and still block the whole program.
+    const auto dialogs = _playerWebViewWindow->findChildren<QDialog *>();
+    for (QDialog *dialog : dialogs)
+        dialog->reject();
+    _playerWebViewWindow->hide();
+    _vlcViewWindow->hide();
 }
 
 void AppDelegate::createPlayerScreen() {

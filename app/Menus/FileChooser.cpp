@@ -68,6 +68,8 @@ QStringList chooseSubtitles(QWidget *parent) {
         QMessageBox::information(
             parent, QApplication::applicationName(),
             QCoreApplication::translate("FileChooser", "Only .srt and .sub files can be chosen here."));
+        if (!parent->isVisible()) // the film has ended meanwhile
+            break;
     }
     return {};
 }

@@ -4,7 +4,6 @@
 #include <QObject>
 #include <QString>
 
-class QAction;
 class QMenuBar;
 class QWidget;
 

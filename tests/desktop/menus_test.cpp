@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The menus with their dialogs, and the chooser of the pages' file buttons, by real keys and clicks.
 
+#include "app/Classes/MKeyableWindow.h"
 #include "app/Media/VLCMediaPlayer.h"
 #include "app/Platform/MainWindow.h"
 #include "support/PlayerFixture.h"
@@ -10,11 +11,13 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QTemporaryDir>
 
@@ -106,7 +109,15 @@ TEST_F(Menus, OpenUrlSaysWhatIsNoAddressAndTakesWhatIsOne) {
         pressReturn();
         EXPECT_TRUE(waitUntil(isRefused)) << address;
     };
-    inDialogs([] { pressKey(QStringLiteral("ctrl+u")); }, {in<QDialog>([&](QDialog &dialog) {
+    const auto pressOpenUrl = [] { pressKey(QStringLiteral("ctrl+u")); };
+    QApplication::clipboard()->setText(QStringLiteral("no address\n"));
+    inDialogs(pressOpenUrl, {in<QDialog>([](QDialog &dialog) {
+                  EXPECT_EQ(dialog.findChild<QLineEdit *>()->text(), QString());
+                  pressKey(QStringLiteral("Escape"));
+              })});
+    QApplication::clipboard()->setText(QStringLiteral(" http://h/copied.mkv\n"));
+    inDialogs(pressOpenUrl, {in<QDialog>([&](QDialog &dialog) {
+                  EXPECT_EQ(dialog.findChild<QLineEdit *>()->text(), QStringLiteral("http://h/copied.mkv"));
                   for (const char *bad : {"film.mkv", "ftp://h/v.mkv", "http://", "file:///etc/passwd"})
                       refuses(dialog, bad);
                   typeInstead(QStringLiteral("  ") + stub.baseUrl() + QStringLiteral("film.mkv"));
@@ -114,6 +125,19 @@ TEST_F(Menus, OpenUrlSaysWhatIsNoAddressAndTakesWhatIsOne) {
               })});
     ASSERT_TRUE(waitUntil([this] { return isFilmShown() && delegate->player()->isPlaying(); }));
     EXPECT_EQ(delegate->session().videoSourcePath, stub.baseUrl() + QStringLiteral("film.mkv"));
+}
+
+TEST_F(Menus, AChooserGoesWithTheFilmThatItWasOpenedOver) {
+    ASSERT_NO_FATAL_FAILURE(startFilm(filmWithTwoAudioTracks()));
+    for (const char *key : {"ctrl+o", "ctrl+u"}) {
+        if (!isFilmShown())
+            delegate->processVideoAndLaunch(filmWithTwoAudioTracks());
+        ASSERT_TRUE(
+            waitUntil([this] { return isFilmShown() && delegate->playerWebViewWindow()->isActiveWindow(); }));
+        inDialogs([key] { pressKey(QString::fromLatin1(key)); },
+                  {in<QDialog>([this](QDialog &) { delegate->loadHomeScreen(); })});
+        EXPECT_TRUE(isHomeShown()) << key;
+    }
 }
 
 TEST_F(Menus, FullScreenFollowsItsKeyAndTheMenuShowsIt) {
