@@ -2,6 +2,7 @@
 #include "app/Menus/AddressDialog.h"
 
 #include "app/Classes/VideoSource.h"
+#include "app/Platform/HttpClient.h"
 
 #include <QClipboard>
 #include <QDialogButtonBox>
@@ -17,8 +18,7 @@ namespace murvo {
 namespace {
 
 bool isFilmAddress(const QString &text) {
-    const QString scheme = QUrl(text, QUrl::StrictMode).scheme();
-    return isUrlText(text) && (scheme == QLatin1String("http") || scheme == QLatin1String("https"));
+    return isUrlText(text) && HttpClient::canFetch(QUrl(text, QUrl::StrictMode));
 }
 
 } // namespace

@@ -76,11 +76,12 @@ void HttpClient::abandonAll() {
     }
 }
 
+bool HttpClient::canFetch(const QUrl &url) {
+    return url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
+}
+
 QNetworkReply *HttpClient::send(const HttpRequest &request) {
-    // The network layer would open files and data URLs too; an address that a service names must not do that.
-    const bool isHttp =
-        request.url.scheme() == QLatin1String("http") || request.url.scheme() == QLatin1String("https");
-    QNetworkRequest network(isHttp ? request.url : QUrl());
+    QNetworkRequest network(canFetch(request.url) ? request.url : QUrl());
     for (const HttpHeader &header : request.headers)
         network.setRawHeader(header.name, header.value);
     network.setTransferTimeout(static_cast<int>(request.timeout.count()));

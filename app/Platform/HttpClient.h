@@ -54,7 +54,11 @@ class HttpClient : public QObject {
     explicit HttpClient(QObject *parent = nullptr);
     ~HttpClient() override;
 
-    /// Returns before any callback; a URL that is none fails like an unreachable host.
+    /// Whether the URL is of HTTP, encrypted or not. The network layer would open files and data URLs too; an
+    /// address that a service names must not do that.
+    [[nodiscard]] static bool canFetch(const QUrl &url);
+
+    /// Returns before any callback; a URL that it cannot fetch fails like an unreachable host.
     void start(const HttpRequest &request, HttpHandlers handlers);
 
     /// Ends every connection without a further callback.

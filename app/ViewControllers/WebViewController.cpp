@@ -2,6 +2,7 @@
 #include "app/ViewControllers/WebViewController.h"
 
 #include "app/Classes/MDragReceiverWebView.h"
+#include "app/Platform/HttpClient.h"
 #include "app/Platform/Log.h"
 
 #include <QEventLoop>
@@ -78,7 +79,7 @@ bool isLoaded(const QWebEngineLoadingInfo &info, const QUrl &current) {
     case QWebEngineLoadingInfo::LoadStoppedStatus:
         // A page that commands something by navigating before it is loaded ends its load in this way, and so
         // does an answer without a page.
-        return info.url() == current || !info.url().scheme().startsWith(QLatin1String("http"));
+        return info.url() == current || !HttpClient::canFetch(info.url());
     default:
         return false;
     }
@@ -189,7 +190,7 @@ void WebViewController::clear() {
 }
 
 bool WebViewController::isOwnPage() const {
-    return _view->url().scheme().startsWith(QLatin1String("http")) && originOf(_view->url()) == _ownOrigin;
+    return originOf(_view->url()) == _ownOrigin;
 }
 
 void WebViewController::send(const QString &script) {

@@ -205,8 +205,11 @@ TEST_F(PageBridge, ObeysPagesOfTheServiceOnly) {
             StubReply{.status = 302,
                       .extraHeaders = {"Location: " + elsewhere.baseUrl().toLatin1() + "foreign"}});
     delegate->loadHomeScreen();
-    EXPECT_TRUE(waitUntil([this] { return delegate->session().homeScreenLoaded; }));
+    EXPECT_TRUE(waitUntil([this] { return delegate->session().homeScreenLoaded && isHomeShown(); }));
     EXPECT_EQ(refusals(), 1);
+    const qsizetype loads = elsewhere.requestsTo("foreign").size();
+    letPass(800ms); // longer than the pause before a page that failed is loaded again
+    EXPECT_EQ(elsewhere.requestsTo("foreign").size(), loads);
 }
 
 TEST_F(PageBridge, OutlivesTheProcessesOfItsPages) {
