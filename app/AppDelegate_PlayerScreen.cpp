@@ -47,8 +47,10 @@ void AppDelegate::hidePlayerScreen() {
     _playerWebViewController->clear();
     // A chooser that stands over the film would be hidden with it, and still block the whole program.
     const auto dialogs = _playerWebViewWindow->findChildren<QDialog *>();
-    for (QDialog *dialog : dialogs)
-        dialog->reject();
+    for (QDialog *dialog : dialogs) {
+        if (dialog->isVisible()) // an answered alert leads here, and waits to be deleted
+            dialog->reject();
+    }
     _playerWebViewWindow->hide();
     _vlcViewWindow->hide();
 }
