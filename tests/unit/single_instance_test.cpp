@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Platform/SingleInstance.h"
+#include "support/Wait.h"
+
+#include <QFile>
+#include <QLocalSocket>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <future>
+
+namespace murvo {
+
+using namespace std::chrono_literals;
+using Claim = SingleInstance::Claim;
+
+class OneInstance : public testing::Test {
+  protected:
+    std::unique_ptr<SingleInstance> make() {
+        return std::make_unique<SingleInstance>(_folder.path(), QStringLiteral("name"));
+    }
+    std::unique_ptr<SingleInstance> makeFirst() {
+        auto first = make();
+        EXPECT_EQ(first->claim({}, 0ms), Claim::First);
+        QObject::connect(first.get(), &SingleInstance::received, first.get(),
+                         [this](const QByteArray &message) { received.append(message); });
+        return first;
+    }
+    /// On a thread of its own, as a claim blocks.
+    std::future<Claim> claimLater(const QByteArray &message, std::chrono::milliseconds limit = 10s) {
+        return std::async(std::launch::async,
+                          [this, message, limit] { return make()->claim(message, limit); });
+    }
+    static Claim outcome(std::future<Claim> &claim) {
+        EXPECT_TRUE(test::waitUntil([&] { return claim.wait_for(0ms) == std::future_status::ready; }));
+        return claim.get();
+    }
+    [[nodiscard]] QString socketPath() const { return _folder.filePath(QStringLiteral("name.socket")); }
+
+    QList<QByteArray> received;
+
+  private:
+    QTemporaryDir _folder;
+};
+
+TEST_F(OneInstance, TakesTheMessagesOfAllLaterOnesEvenOfThoseThatCameBeforeItListened) {
+    const auto first = makeFirst();
+    const QByteArray film = QStringLiteral("/films/Été \n\"1\".mkv").toUtf8();
+    auto early = claimLater(film);
+    EXPECT_EQ(early.wait_for(200ms), std::future_status::timeout) << "nobody listens yet";
+    first->listen();
+    EXPECT_EQ(outcome(early), Claim::HandedOver);
+    auto withoutFilm = claimLater({});
+    EXPECT_EQ(outcome(withoutFilm), Claim::HandedOver);
+    EXPECT_EQ(received, (QList<QByteArray>{film, {}}));
+    EXPECT_EQ(QFile::permissions(socketPath()) &
+                  (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
+              QFile::Permissions());
+}
+
+TEST_F(OneInstance, LeavesTheNameToTheNextWhenItEndsOrDoesNotAnswer) {
+    auto first = makeFirst();
+    auto impatient = claimLater("film", 100ms);
+    EXPECT_EQ(outcome(impatient), Claim::Unanswered);
+    auto patient = claimLater("film");
+    EXPECT_EQ(patient.wait_for(200ms), std::future_status::timeout);
+    first.reset(); // while the other waits
+    EXPECT_EQ(outcome(patient), Claim::First);
+
+    QFile left(socketPath()); // by one that crashed: a file nobody listens at
+    ASSERT_TRUE(left.open(QIODevice::WriteOnly));
+    first = makeFirst();
+    first->listen();
+    auto later = claimLater("film");
+    EXPECT_EQ(outcome(later), Claim::HandedOver);
+    EXPECT_EQ(received, QList<QByteArray>{"film"});
+}
+
+TEST_F(OneInstance, DropsASenderThatSaysTooMuchAndGoesOn) {
+    const auto first = makeFirst();
+    first->listen();
+    QLocalSocket endless;
+    endless.connectToServer(socketPath());
+    ASSERT_TRUE(endless.waitForConnected());
+    endless.write(QByteArray(1024 * 1024, '\x01'));
+    EXPECT_TRUE(test::waitUntil([&] { return endless.state() == QLocalSocket::UnconnectedState; }));
+    auto later = claimLater("film");
+    EXPECT_EQ(outcome(later), Claim::HandedOver);
+    EXPECT_EQ(received, QList<QByteArray>{"film"});
+}
+
+} // namespace murvo
