@@ -2,6 +2,7 @@
 #include "service/EmbeddedService.h"
 
 #include "Http/FilmRoutes.h"
+#include "Http/HomeRoutes.h"
 #include "Http/HttpServer.h"
 #include "Http/PageRoutes.h"
 #include "Http/Router.h"
@@ -9,6 +10,7 @@
 #include "Http/SubtitleRoutes.h"
 #include "Log.h"
 #include "Sources/FilmPaths.h"
+#include "Sources/PendingFilms.h"
 #include "Sources/SubtitleLookup.h"
 #include "Store/Database.h"
 #include "Store/FilmTable.h"
@@ -39,6 +41,7 @@ struct EmbeddedService::Impl {
     explicit Impl(const QString &databasePath)
         : database(databasePath, Database::builtInSteps()) {
         addPageRoutes(router);
+        addHomeRoutes(router, pendingFilms);
         addSettingsRoutes(router, settings);
         addFilmRoutes(router, {films, subtitles, settings, lookup, lines});
         addSubtitleRoutes(router, {films, subtitles, lines});
@@ -49,6 +52,7 @@ struct EmbeddedService::Impl {
     SubtitleTable subtitles{database};
     SettingsTable settings{database};
     FilmPaths paths;
+    PendingFilms pendingFilms;
     SubtitleLookup lookup{films, subtitles, paths};
     FilmLines lines{subtitles};
     Router router;
@@ -81,7 +85,9 @@ std::unique_ptr<EmbeddedService> EmbeddedService::start(const QString &dataFolde
 EmbeddedService::EmbeddedService(std::unique_ptr<Impl> impl)
     : _impl(std::move(impl)) {}
 
-EmbeddedService::~EmbeddedService() = default;
+EmbeddedService::~EmbeddedService() {
+    _impl->pendingFilms.close(); // the server waits for the requests that wait for films
+}
 
 QString EmbeddedService::baseUrl() const {
     return _impl->server->baseUrl();
@@ -89,6 +95,10 @@ QString EmbeddedService::baseUrl() const {
 
 void EmbeddedService::filmIdentified(const QString &path, quint64 movieHash, quint64 fileSize) {
     _impl->paths.announce(path, movieHash, fileSize);
+}
+
+void EmbeddedService::filmPending() {
+    _impl->pendingFilms.announce();
 }
 
 } // namespace murvo::service

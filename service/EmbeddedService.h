@@ -32,6 +32,9 @@ class EmbeddedService {
     /// such a film is told apart by its path. Never sent over HTTP: a remote service does without.
     void filmIdentified(const QString &path, quint64 movieHash, quint64 fileSize);
 
+    /// Tells the home page that a film waits in the player for it to say that it is ready.
+    void filmPending();
+
   private:
     struct Impl;
     explicit EmbeddedService(std::unique_ptr<Impl> impl);

@@ -19,15 +19,21 @@ QByteArray jsonType() {
 
 } // namespace
 
-qint32 Request::positiveId(const QString &name) const {
+qint32 Request::wholeNumber(const QString &name, qint32 smallest) const {
     const QString text = parameters.value(name);
     const bool digits = std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
     bool ok = false;
-    const qint32 id = text.toInt(&ok);
-    if (!ok || !digits || id <= 0)
+    const qint32 number = text.toInt(&ok);
+    if (!ok || !digits || number < smallest)
         throw RouteError(400, QStringLiteral("badParameter"),
-                         QStringLiteral("The parameter \"%1\" must be a whole number above 0.").arg(name));
-    return id;
+                         QStringLiteral("The parameter \"%1\" must be a whole number, %2 or more.")
+                             .arg(name)
+                             .arg(smallest));
+    return number;
+}
+
+qint32 Request::positiveId(const QString &name) const {
+    return wholeNumber(name, 1);
 }
 
 Response jsonResponse(const QJsonObject &object) {

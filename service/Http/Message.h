@@ -21,7 +21,10 @@ struct Request {
     QByteArray body;
     QString downloadBaseUrl; ///< for addresses of subtitle files; ends in "/"
 
-    /// A parameter that must be a whole number above 0; throws RouteError when it is not.
+    /// A parameter that must be a whole number and not below smallest, which is not negative; throws
+    /// RouteError when it is not.
+    [[nodiscard]] qint32 wholeNumber(const QString &name, qint32 smallest) const;
+    /// A whole number above 0.
     [[nodiscard]] qint32 positiveId(const QString &name) const;
 };
 

@@ -4,6 +4,7 @@
 
 import { ServiceApi } from '../shared/api.mjs';
 import { PlayerBridge, hiddenFrameNavigation } from '../shared/bridge.mjs';
+import { watchForFilms } from './filmwatch.mjs';
 import { LanguagePicker } from './languagepicker.mjs';
 
 const { $ } = globalThis;
@@ -36,7 +37,7 @@ async function start() {
   }
   await showSettings();
   // Not before: the player reads the language from this page as soon as a film comes in.
-  bridge.execute('EnableDraggableHomeScreen');
+  await watchForFilms(api, () => bridge.execute('EnableDraggableHomeScreen'));
 }
 
 $(window).on('refreshLevel', showSettings);

@@ -27,6 +27,12 @@ export class ServiceApi {
     return this.#ask('Settings', { method: 'PUT', body: JSON.stringify(changes) });
   }
 
+  /** How many films the player has been handed by the desktop; with a count, waits (20 s at most) for another. */
+  pendingFilms(after) {
+    const query = after === undefined ? '' : `?after=${after}`;
+    return this.#ask(`Home/PendingFilms${query}`).then((reply) => reply.pendingFilms);
+  }
+
   filmLines(videoId) {
     return this.#ask(`MovieFile/Lines?videoId=${videoId}`);
   }
