@@ -8,6 +8,7 @@
 #include "app/Menus/FileMenuController.h"
 #include "app/Menus/ViewMenuController.h"
 #include "app/Platform/MainWindow.h"
+#include "app/Platform/X11WindowManager.h"
 #include "app/ViewControllers/LoaderViewController.h"
 #include "app/ViewControllers/VLCVideoViewController.h"
 #include "app/ViewControllers/WebViewController.h"
@@ -16,10 +17,10 @@
 
 namespace murvo {
 
-AppDelegate::AppDelegate(QWebEngineProfile &profile, const VLCInstance &vlc, FilmIdentified filmIdentified)
+AppDelegate::AppDelegate(QWebEngineProfile &profile, const VLCInstance &vlc, ServiceLink serviceLink)
     : _profile(profile)
     , _vlc(vlc)
-    , _filmIdentified(std::move(filmIdentified))
+    , _serviceLink(std::move(serviceLink))
     , _window(std::make_unique<MainWindow>())
     , _spokenSound(vlc) {
     MSubtitlesToDownload::setHttpClient(&_videoConnections);
@@ -76,6 +77,12 @@ void AppDelegate::connectMenus() {
             [viewMenu] { viewMenu->setFullScreen(true); });
     connect(_window.get(), &MainWindow::didExitFullScreen, viewMenu,
             [viewMenu] { viewMenu->setFullScreen(false); });
+}
+
+void AppDelegate::comeToFront() {
+    _window->setWindowState(_window->windowState() & ~Qt::WindowMinimized);
+    _window->show();
+    activateForUser(*_window->windowHandle()); // the windows over it come with it
 }
 
 VLCMediaPlayer *AppDelegate::player() const {

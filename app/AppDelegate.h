@@ -54,17 +54,25 @@ class AppDelegate : public QObject {
     Q_OBJECT
 
   public:
-    /// Told of each local film once its hash is known, before the lookup.
-    using FilmIdentified = std::function<void(const QString &path, const VideoHash &hash)>;
+    /// What a service in the same process is told directly; empty with another one. Called on the main
+    /// thread.
+    struct ServiceLink {
+        /// A local film's hash is known; the lookup follows.
+        std::function<void(const QString &path, const VideoHash &hash)> filmIdentified;
+        /// A film from the shell waits for the home page to say that it is ready.
+        std::function<void()> filmPending;
+    };
 
     /// Profile and library are borrowed and must outlive the controller.
-    AppDelegate(QWebEngineProfile &profile, const VLCInstance &vlc, FilmIdentified filmIdentified = {});
+    AppDelegate(QWebEngineProfile &profile, const VLCInstance &vlc, ServiceLink serviceLink = {});
     ~AppDelegate() override;
 
     /// Shows the home screen. Call once, in the event loop's thread.
     void applicationDidFinishLaunching();
     /// Keeps a film that the shell hands over until the home page next says that it is ready.
     void applicationOpenFile(const QString &path);
+    /// Brings the windows before those of other programs, and back from the task bar.
+    void comeToFront();
     /// Takes a film in: path or URL.
     void processVideoAndLaunch(const QString &videoSource);
     /// The way back from a film, or from an error, to the home page.
@@ -97,6 +105,7 @@ class AppDelegate : public QObject {
     // Intake
     void takeVideoIn(const QString &videoSource);
     void endEarlierVideo();
+    void dismissDialogs();
     [[nodiscard]] bool isUrl() const;
 
     // Home screen
@@ -152,7 +161,7 @@ class AppDelegate : public QObject {
 
     QWebEngineProfile &_profile;
     const VLCInstance &_vlc;
-    const FilmIdentified _filmIdentified;
+    const ServiceLink _serviceLink;
     Session _session;
     std::atomic<unsigned> _generation = 0; // of the film; read on the remote hash's queue
     std::vector<NotificationCenter::Registration> _observers;

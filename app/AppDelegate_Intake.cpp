@@ -9,13 +9,18 @@
 #include "app/Classes/VideoSource.h"
 #include "app/Menus/FileChooser.h"
 #include "app/Platform/Log.h"
+#include "app/Platform/MainWindow.h"
 #include "app/ViewControllers/LoaderViewController.h"
 #include "app/ViewControllers/WebViewController.h"
+
+#include <QDialog>
 
 namespace murvo {
 
 void AppDelegate::applicationOpenFile(const QString &path) {
     _session.inputVideoSource = path;
+    if (_serviceLink.filmPending)
+        _serviceLink.filmPending();
 }
 
 void AppDelegate::takeVideoIn(const QString &videoSource) {
@@ -54,6 +59,17 @@ void AppDelegate::endEarlierVideo() {
     MSubtitlesToDownload::resetDownloader();
     MSubtitlesToUpload::resetUploader();
     delete _alert;
+    dismissDialogs();
+}
+
+void AppDelegate::dismissDialogs() {
+    // A chooser or a dialog goes with what it was opened over: hidden with it or beneath it, it would still
+    // block the whole program.
+    const auto dialogs = _window->findChildren<QDialog *>();
+    for (QDialog *dialog : dialogs) {
+        if (dialog->isVisible()) // an answered alert leads here, and waits to be deleted
+            dialog->reject();
+    }
 }
 
 bool AppDelegate::isUrl() const {

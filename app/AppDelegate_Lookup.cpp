@@ -46,8 +46,8 @@ void AppDelegate::onHashComputed(const VideoHash &hash) {
         _session.videoFileName = preferredFileName();
     } else {
         _session.videoFileName = lastPathComponent(_session.videoSourcePath);
-        if (_filmIdentified)
-            _filmIdentified(_session.videoSourcePath, hash);
+        if (_serviceLink.filmIdentified)
+            _serviceLink.filmIdentified(_session.videoSourcePath, hash);
     }
     const QString body = lookupRequestBody(hash, _session.videoFileName, _session.nativeLanguage);
     const HttpRequest request{

@@ -12,7 +12,6 @@
 #include "app/ViewControllers/VLCVideoViewController.h"
 #include "app/ViewControllers/WebViewController.h"
 
-#include <QDialog>
 #include <QStackedLayout>
 
 namespace murvo {
@@ -45,12 +44,6 @@ void AppDelegate::loadPlayerScreen() {
 
 void AppDelegate::hidePlayerScreen() {
     _playerWebViewController->clear();
-    // A chooser that stands over the film would be hidden with it, and still block the whole program.
-    const auto dialogs = _playerWebViewWindow->findChildren<QDialog *>();
-    for (QDialog *dialog : dialogs) {
-        if (dialog->isVisible()) // an answered alert leads here, and waits to be deleted
-            dialog->reject();
-    }
     _playerWebViewWindow->hide();
     _vlcViewWindow->hide();
 }

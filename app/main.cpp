@@ -5,16 +5,20 @@
 #include "app/Media/VLCInstance.h"
 #include "app/Platform/Log.h"
 #include "app/Platform/PageScheme.h"
+#include "app/Platform/SingleInstance.h"
 #include "app/Platform/TerminationSignals.h"
+#include "app/Platform/X11WindowManager.h"
 #include "service/EmbeddedService.h"
 
 #include <QApplication>
+#include <QCryptographicHash>
 #include <QDir>
 #include <QIcon>
 #include <QMessageBox>
 #include <QStandardPaths>
 #include <QWebEngineProfile>
 
+#include <chrono>
 #include <cstdio>
 #include <optional>
 #include <unistd.h>
@@ -25,10 +29,13 @@ namespace {
 
 constexpr int exitFailure = 1;
 constexpr int exitUsage = 2;
+// Longer than a start takes on a slow machine.
+constexpr std::chrono::seconds runningInstanceLimit{20};
 
 constexpr const char *usage = R"(Usage: murvo [FILM]
 
 Plays FILM, a file or an HTTP URL, with its subtitles. Without one it shows the home screen.
+Where Murvo runs already, it takes the film and comes to the front.
 
   --help     this text
   --version  the version
@@ -86,24 +93,57 @@ QString givenService() {
     return given.isEmpty() ? QString() : given;
 }
 
+QString dataFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/murvo");
+}
+
+/// Started from the desktop nobody sees stderr.
+void complain(const QString &sentence) {
+    std::fprintf(stderr, "murvo: %s\n", qPrintable(sentence));
+    QMessageBox::critical(nullptr, QStringLiteral("Murvo"), sentence);
+}
+
 /// The address of the service to use, or null after a message. Starts the embedded service when no other is
 /// named.
 QString findService(std::unique_ptr<service::EmbeddedService> &embedded) {
     QString given = givenService();
     if (!given.isNull())
         return given;
-    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
     QString error;
-    embedded = service::EmbeddedService::start(data + QStringLiteral("/murvo"), error);
+    embedded = service::EmbeddedService::start(dataFolder(), error);
     if (embedded)
         return embedded->baseUrl();
-    std::fprintf(stderr, "murvo: %s\n", qPrintable(error));
-    QMessageBox::critical(nullptr, QStringLiteral("Murvo"),
-                          error); // started from the desktop nobody sees stderr
+    complain(error);
     return {};
 }
 
-int runApplication(QApplication &application, const QString &film) {
+/// One Murvo runs for each user, store, service and screen.
+QString instanceName() {
+    const QString told = dataFolder() + u'\n' + givenService() + u'\n' + qEnvironmentVariable("DISPLAY");
+    return QStringLiteral("murvo-") +
+           QString::fromLatin1(
+               QCryptographicHash::hash(told.toUtf8(), QCryptographicHash::Sha256).toHex().left(16));
+}
+
+/// Leaves the film to a Murvo that runs already. Returns the exit status in that case.
+std::optional<int> leaveToRunningInstance(SingleInstance &instance, const QString &film,
+                                          const QByteArray &startupId) {
+    switch (instance.claim(film.toUtf8(), runningInstanceLimit)) {
+    case SingleInstance::Claim::First:
+        return std::nullopt;
+    case SingleInstance::Claim::HandedOver:
+        endStartupNotification(startupId);
+        qCInfo(logApp, "Left to the Murvo that runs already");
+        return 0;
+    case SingleInstance::Claim::Unanswered:
+        break;
+    }
+    complain(
+        QStringLiteral("Murvo is running already, but it does not answer. End it and start Murvo again."));
+    return exitFailure;
+}
+
+int runApplication(QApplication &application, SingleInstance &instance, const QString &film) {
     const TerminationSignals signalsOfEnd;
     QObject::connect(&signalsOfEnd, &TerminationSignals::received, &application,
                      [] { QCoreApplication::exit(0); });
@@ -117,17 +157,26 @@ int runApplication(QApplication &application, const QString &film) {
     const VLCInstance vlc;
     QWebEngineProfile profile;
     PageScheme::install(profile);
-    AppDelegate::FilmIdentified filmIdentified;
-    if (embedded)
-        filmIdentified = [&embedded](const QString &path, const VideoHash &hash) {
+    AppDelegate::ServiceLink serviceLink;
+    if (embedded) {
+        serviceLink.filmIdentified = [&embedded](const QString &path, const VideoHash &hash) {
             embedded->filmIdentified(path, hash.fileHash, hash.fileSize);
         };
-    AppDelegate delegate(profile, vlc, std::move(filmIdentified));
+        serviceLink.filmPending = [&embedded] { embedded->filmPending(); };
+    }
+    AppDelegate delegate(profile, vlc, std::move(serviceLink));
     QObject::connect(&delegate, &AppDelegate::terminate, &application, [] { QCoreApplication::exit(0); });
 
     delegate.applicationDidFinishLaunching();
     if (!film.isNull())
         delegate.applicationOpenFile(film);
+    // later starts -> the film and the windows
+    QObject::connect(&instance, &SingleInstance::received, &delegate, [&delegate](const QByteArray &message) {
+        if (!message.isEmpty())
+            delegate.applicationOpenFile(QString::fromUtf8(message));
+        delegate.comeToFront();
+    });
+    instance.listen();
     return QApplication::exec();
 }
 
@@ -142,6 +191,7 @@ int main(int argc, char **argv) {
         return exitUsage;
     }
     installLogFormat();
+    const QByteArray startupId = qgetenv("DESKTOP_STARTUP_ID"); // before Qt takes it away
     prepareEnvironment();
     PageScheme::registerScheme();
     QApplication::setOrganizationName(QStringLiteral("Murvo"));
@@ -153,7 +203,11 @@ int main(int argc, char **argv) {
     QApplication application(ownArguments, argv);
     QApplication::setWindowIcon(
         QIcon::fromTheme(QStringLiteral("murvo"), QIcon(QStringLiteral(":/murvo.png"))));
-    const int status = runApplication(application, invocation.film);
+    SingleInstance instance(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation),
+                            instanceName());
+    if (const auto status = leaveToRunningInstance(instance, invocation.film, startupId))
+        return *status;
+    const int status = runApplication(application, instance, invocation.film);
     if (status == 0)
         qCInfo(logApp, "Ended in order");
     return status;

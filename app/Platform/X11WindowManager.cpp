@@ -5,6 +5,7 @@
 
 #include <xcb/xcb_icccm.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -54,7 +55,65 @@ xcb_atom_t changedProperty(const QWindow &window, const void *nativeEvent) {
                : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
 }
 
+xcb_window_t rootWindow(xcb_connection_t *connection) {
+    return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+}
+
+xcb_client_message_event_t clientMessage(xcb_window_t window, xcb_atom_t type, uint8_t format) {
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = format;
+    message.window = window;
+    message.type = type;
+    return message;
+}
+
+void sendToRoot(xcb_connection_t *connection, const xcb_client_message_event_t &message, uint32_t mask) {
+    xcb_send_event(connection, 0, rootWindow(connection), mask, reinterpret_cast<const char *>(&message));
+}
+
 } // namespace
+
+void activateForUser(QWindow &window) {
+    const auto *application = x11();
+    if (!application) {
+        window.requestActivate();
+        return;
+    }
+    constexpr uint32_t fromTheUser = 2;
+    xcb_connection_t *connection = application->connection();
+    auto message =
+        clientMessage(static_cast<xcb_window_t>(window.winId()), atom(connection, "_NET_ACTIVE_WINDOW"), 32);
+    message.data.data32[0] = fromTheUser;
+    message.data.data32[1] = XCB_CURRENT_TIME;
+    sendToRoot(connection, message,
+               XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT);
+    xcb_flush(connection);
+}
+
+void endStartupNotification(const QByteArray &identifier) {
+    const auto *application = x11();
+    if (!application || identifier.isEmpty())
+        return;
+    QByteArray quoted = identifier;
+    quoted.replace('\\', "\\\\").replace('"', "\\\"");
+    const QByteArray text = "remove: ID=\"" + quoted + '"' + '\0';
+    xcb_connection_t *connection = application->connection();
+    // The messages are told apart by a window that need not be on the screen.
+    const xcb_window_t sender = xcb_generate_id(connection);
+    xcb_create_window(connection, XCB_COPY_FROM_PARENT, sender, rootWindow(connection), 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    auto message = clientMessage(sender, atom(connection, "_NET_STARTUP_INFO_BEGIN"), 8);
+    constexpr qsizetype bytesPerMessage = sizeof message.data.data8;
+    for (qsizetype sent = 0; sent < text.size(); sent += bytesPerMessage) {
+        const QByteArray piece = text.mid(sent, bytesPerMessage).leftJustified(bytesPerMessage, '\0');
+        std::copy(piece.cbegin(), piece.cend(), std::begin(message.data.data8));
+        sendToRoot(connection, message, XCB_EVENT_MASK_PROPERTY_CHANGE);
+        message.type = atom(connection, "_NET_STARTUP_INFO");
+    }
+    xcb_destroy_window(connection, sender);
+    xcb_flush(connection);
+}
 
 void setContentAspectHint(const QWindow &window, const QSize &aspect, const QSize &base) {
     const auto *application = x11();

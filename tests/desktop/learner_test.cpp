@@ -54,11 +54,13 @@ class Learner : public testing::Test {
         if (!service)
             throw std::runtime_error(error.toStdString());
         MConstants::setMurvoBaseUrl(service->baseUrl());
-        delegate =
-            std::make_unique<AppDelegate>(DesktopEnvironment::profile(), DesktopEnvironment::vlc(),
-                                          [this](const QString &path, const VideoHash &hash) {
-                                              service->filmIdentified(path, hash.fileHash, hash.fileSize);
-                                          });
+        AppDelegate::ServiceLink link;
+        link.filmIdentified = [this](const QString &path, const VideoHash &hash) {
+            service->filmIdentified(path, hash.fileHash, hash.fileSize);
+        };
+        link.filmPending = [this] { service->filmPending(); };
+        delegate = std::make_unique<AppDelegate>(DesktopEnvironment::profile(), DesktopEnvironment::vlc(),
+                                                 std::move(link));
         film = _data.filePath(QStringLiteral("A Film.mkv"));
         QFile::copy(filmWithTwoAudioTracks(), film);
     }
