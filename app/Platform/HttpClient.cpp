@@ -6,6 +6,7 @@
 #include <QNetworkProxy>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+#include <QTimer>
 
 #include <memory>
 
@@ -62,6 +63,8 @@ HttpClient::~HttpClient() {
 
 void HttpClient::start(const HttpRequest &request, HttpHandlers handlers) {
     QNetworkReply *reply = send(request);
+    // The network layer's own limit is for silence only: a server could drip for ever.
+    QTimer::singleShot(request.timeout, reply, &QNetworkReply::abort);
     _running.append(reply);
     connectHandlers(reply, std::move(handlers), request.longestBody);
 }
@@ -84,7 +87,6 @@ QNetworkReply *HttpClient::send(const HttpRequest &request) {
     QNetworkRequest network(canFetch(request.url) ? request.url : QUrl());
     for (const HttpHeader &header : request.headers)
         network.setRawHeader(header.name, header.value);
-    network.setTransferTimeout(static_cast<int>(request.timeout.count()));
     // HTTP/2 would not send a Content-length that differs from the body's, which the lookup needs.
     network.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     if (request.method == "HEAD")

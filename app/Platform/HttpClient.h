@@ -24,7 +24,7 @@ struct HttpRequest {
     QUrl url;
     QList<HttpHeader> headers = {};
     QByteArray body = {};
-    std::chrono::milliseconds timeout = std::chrono::seconds(60); ///< longest silence
+    std::chrono::milliseconds timeout = std::chrono::seconds(60); ///< for the whole, redirects and all
     qint64 longestBody = 64 * 1024 * 1024;                        ///< bytes; a longer one is a failure
 };
 
