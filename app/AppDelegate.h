@@ -11,10 +11,8 @@
 #include <QMessageBox>
 #include <QObject>
 #include <QPointer>
-#include <QTimer>
 
 #include <atomic>
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -112,7 +110,6 @@ class AppDelegate : public QObject {
     void createHomeScreen();
     void homeScreenConnecting();
     void homeScreenConnected();
-    void homeScreenFailed();
     void loadHomePage();
     void homePageDied();
     void alertThenHome(const QString &message, const QString &informativeText);
@@ -175,9 +172,6 @@ class AppDelegate : public QObject {
     std::unique_ptr<WebViewController> _playerWebViewController;
     std::unique_ptr<VLCVideoViewController> _vlcVideoViewController;
     QPointer<QMessageBox> _alert;
-
-    QTimer _homePageRetry;
-    std::chrono::milliseconds _homePagePause; // before the next try
 
     HttpClient _videoConnections; // lookup, downloads and upload of the film under way
     SpokenSound _spokenSound;

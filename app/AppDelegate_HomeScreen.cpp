@@ -8,20 +8,16 @@
 #include "app/Media/VLCMediaPlayer.h"
 #include "app/Platform/MainWindow.h"
 #include "app/ViewControllers/LoaderViewController.h"
+#include "app/ViewControllers/PageRetry.h"
 #include "app/ViewControllers/WebViewController.h"
 
 #include <QStackedLayout>
-
-#include <algorithm>
 
 namespace murvo {
 
 namespace {
 constexpr QSizeF homeScreenSize(600, 400);
 const QString connectingText = QStringLiteral("Connecting...");
-// Between the tries to load a home page that does not come: each is twice the one before.
-constexpr std::chrono::milliseconds firstPause{500};
-constexpr std::chrono::milliseconds longestPause{30'000};
 } // namespace
 
 void AppDelegate::loadHomeScreen() {
@@ -68,12 +64,9 @@ void AppDelegate::createHomeScreen() {
             &AppDelegate::homeScreenConnecting);
     connect(_homeWebViewController.get(), &WebViewController::progressFinished, this,
             &AppDelegate::homeScreenConnected);
-    connect(_homeWebViewController.get(), &WebViewController::progressFailed, this,
-            &AppDelegate::homeScreenFailed);
     connect(_homeWebViewController.get(), &WebViewController::pageDied, this, &AppDelegate::homePageDied);
-    _homePagePause = firstPause;
-    _homePageRetry.setSingleShot(true);
-    connect(&_homePageRetry, &QTimer::timeout, this, [this] {
+    // "Connecting..." stays meanwhile. Under a film it is not tried again: the way home loads it.
+    new PageRetry(*_homeWebViewController, [this] { // its child
         if (!_homeWebViewController->view()->isHidden())
             loadHomePage();
     });
@@ -84,20 +77,12 @@ void AppDelegate::createHomeScreen() {
 }
 
 void AppDelegate::homeScreenConnecting() {
-    _homePageRetry.stop();
     MDragReceiverWebView::isDraggable(false);
     _session.homeScreenLoaded = false;
     _loaderViewController->showLoader(connectingText);
 }
 
-void AppDelegate::homeScreenFailed() {
-    // "Connecting..." stays while it is tried again. Under a film it is not: the way home loads it.
-    _homePageRetry.start(_homePagePause);
-    _homePagePause = std::min(_homePagePause * 2, longestPause);
-}
-
 void AppDelegate::homeScreenConnected() {
-    _homePagePause = firstPause;
     if (_loaderViewController->labelText() == connectingText)
         _loaderViewController->hideLoader();
 }
@@ -105,7 +90,6 @@ void AppDelegate::homeScreenConnected() {
 void AppDelegate::homePageDied() {
     MDragReceiverWebView::isDraggable(false);
     _session.homeScreenLoaded = false; // so that the way home loads it, when a film is on the screen
-    homeScreenFailed();                // after a pause: the next one may die at once, too
 }
 
 void AppDelegate::alertThenHome(const QString &message, const QString &informativeText) {

@@ -9,6 +9,7 @@
 #include "app/Platform/MainWindow.h"
 #include "app/Platform/X11WindowManager.h"
 #include "app/ViewControllers/LoaderViewController.h"
+#include "app/ViewControllers/PageRetry.h"
 #include "app/ViewControllers/VLCVideoViewController.h"
 #include "app/ViewControllers/WebViewController.h"
 
@@ -65,7 +66,7 @@ void AppDelegate::createPlayerScreen() {
 
 void AppDelegate::connectPlayerScreen() {
     // player page -> this
-    connect(_playerWebViewController.get(), &WebViewController::pageDied, this, &AppDelegate::loadPlayerPage);
+    new PageRetry(*_playerWebViewController, [this] { loadPlayerPage(); }); // its child
     _playerWebViewController->setNavigationPolicy(
         [this](const QUrl &url) { return decidePolicyForNavigation(url, Page::Player); });
     _playerWebViewController->setFileChooser([this] { return runOpenPanelForFileButton(); });

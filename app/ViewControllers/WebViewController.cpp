@@ -189,6 +189,10 @@ void WebViewController::clear() {
     _view->load(QUrl(QStringLiteral("about:blank")));
 }
 
+bool WebViewController::isLoading() const {
+    return _view->page()->isLoading();
+}
+
 bool WebViewController::isOwnPage() const {
     return originOf(_view->url()) == _ownOrigin;
 }

@@ -48,6 +48,8 @@ class WebViewController : public QObject {
     /// Leaves the page for an empty one.
     void clear();
 
+    [[nodiscard]] bool isLoading() const;
+
     /// Whether the page that shows lies on the server to which loadUrl() led last. Pages may lead on to
     /// others.
     [[nodiscard]] bool isOwnPage() const;
