@@ -46,6 +46,7 @@ StubService::StubService(QObject *parent)
             connect(socket, &QTcpSocket::readyRead, this, [this, socket] { readFrom(socket); });
             connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
                 _received.remove(socket);
+                _streams.removeIf([socket](const auto &stream) { return stream.value() == socket; });
                 socket->deleteLater();
             });
         }
@@ -129,7 +130,15 @@ void StubService::answer(QTcpSocket *socket, const RecordedRequest &request) {
         return;
     }
     socket->write(serialize(reply, request.method));
-    socket->disconnectFromHost();
+    if (reply.isStream)
+        _streams.insert(pathOf(request.target), socket);
+    else
+        socket->disconnectFromHost();
+}
+
+void StubService::stream(const QByteArray &path, const QByteArray &bytes) {
+    if (QTcpSocket *socket = _streams.value(path))
+        socket->write(bytes);
 }
 
 int StubService::releaseHeld() {

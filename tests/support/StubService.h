@@ -35,6 +35,7 @@ struct StubReply {
     bool isReset = false;                ///< closes the connection without an answer
     bool isHeld = false;                 ///< answered by releaseHeld(), or never
     qint64 declaredLength = -1;          ///< Content-Length to send in place of the body's; -2 sends none
+    bool isStream = false;               ///< stays open for what stream() adds
 };
 
 /// A web service on loopback that answers by table and keeps every request byte for byte. It stands for a
@@ -66,6 +67,11 @@ class StubService : public QObject {
     /// Answers now what was held, to the connections that still exist. Returns how many they were.
     int releaseHeld();
 
+    /// How many replies to the path are still open.
+    [[nodiscard]] qsizetype openStreams(const QByteArray &path) const { return _streams.count(path); }
+    /// Adds the bytes to the last of them.
+    void stream(const QByteArray &path, const QByteArray &bytes);
+
   private:
     void readFrom(QTcpSocket *socket);
     void answer(QTcpSocket *socket, const RecordedRequest &request);
@@ -74,6 +80,7 @@ class StubService : public QObject {
     QHash<QTcpSocket *, QByteArray> _received;
     QList<RecordedRequest> _requests;
     QList<std::pair<QPointer<QTcpSocket>, QByteArray>> _held; // with the bytes to send
+    QMultiHash<QByteArray, QTcpSocket *> _streams;            // by path
     QTcpServer _server;
 };
 
