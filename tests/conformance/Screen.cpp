@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QSet>
@@ -49,7 +50,7 @@ class DragSource : public QWidget {
 
     /// Runs until the button is up again.
     [[nodiscard]] bool dragTo(const QPoint &place) {
-        auto *drag = new QDrag(this); // deleted by Qt
+        auto *drag = new QDrag(this); // deleted by Qt when all is done
         auto *dragged = new QMimeData;
         dragged->setUrls(_urls);
         drag->setMimeData(dragged);
@@ -72,7 +73,10 @@ class DragSource : public QWidget {
                  QString::number(place.y())});
         });
         mover.start(20ms);
-        return drag->exec(Qt::CopyAction) == Qt::CopyAction;
+        const QPointer<QDrag> unfinished(drag);
+        const bool isTaken = drag->exec(Qt::CopyAction) == Qt::CopyAction;
+        EXPECT_TRUE(waitUntil([&] { return !unfinished; })) << "the other program fetches what was dropped";
+        return isTaken;
     }
 
   protected:

@@ -76,7 +76,10 @@ TEST_F(Start, AFilmFromTheShellWaitsUntilTheHomePageIsReady) {
     EXPECT_THAT(session.lookups().value(0).body.toStdString(),
                 testing::HasSubstr("&fileName=two-tracks.mkv&"));
     EXPECT_TRUE(waitUntil([this] { return Screen::colorCount(session.content()) > 200; })) << "its picture";
-    session.end();
+    pressKey(QStringLiteral("ctrl+q"));
+    ASSERT_TRUE(program.waitForEnd());
+    EXPECT_EQ(program.exitStatus(), 0);
+    program.expectOnlyLogLines();
 }
 
 /// What lies on a desktop during anamorphicFilm() with a page that has a square in its corner.

@@ -49,6 +49,11 @@ QString anamorphicFilm() {
                       "-preset ultrafast -g 25"));
 }
 
+QString largeFilm() {
+    return made(QStringLiteral("large.mkv"),
+                words("-f lavfi -i testsrc2=s=1600x900:r=5:d=4 -c:v libx264 -preset ultrafast"));
+}
+
 QString shortFilm() {
     return made(QStringLiteral("short.mkv"),
                 words("-f lavfi -i testsrc2=s=320x240:r=25:d=4.9 -f lavfi -i sine=f=440:d=4.9 "

@@ -11,6 +11,8 @@ namespace murvo::test {
 [[nodiscard]] QString filmWithTwoAudioTracks();
 /// 20 s, 640x360 pixels that are twice as wide as high, which the stream alone says; no sound.
 [[nodiscard]] QString anamorphicFilm();
+/// 4 s, 1600x900, no sound.
+[[nodiscard]] QString largeFilm();
 /// 4.9 s, 320x240, one audio track.
 [[nodiscard]] QString shortFilm();
 /// 4 s, no picture.
