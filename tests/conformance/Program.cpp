@@ -14,6 +14,8 @@
 
 namespace murvo::test {
 
+using namespace std::chrono_literals;
+
 Program::Program() {
     for (const char *name : {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME",
                              "XDG_RUNTIME_DIR"}) {
@@ -62,6 +64,15 @@ void Program::run(const QString &program, const QStringList &arguments) {
     _process.setProcessEnvironment(_environment);
     _process.start(program, arguments);
     ASSERT_TRUE(_process.waitForStarted()) << program.toStdString();
+}
+
+int Program::startAgain(const QStringList &arguments, const QString &workingFolder) const {
+    QProcess second;
+    second.setProcessEnvironment(_environment);
+    second.setWorkingDirectory(workingFolder);
+    second.start(QStringLiteral(MURVO_PROGRAM), arguments);
+    const bool hasEnded = waitUntil([&] { return second.state() == QProcess::NotRunning; }, 20s);
+    return hasEnded && second.exitStatus() == QProcess::NormalExit ? second.exitCode() : -1;
 }
 
 bool Program::waitForEnd(std::chrono::milliseconds limit) const {

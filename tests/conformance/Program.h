@@ -31,6 +31,10 @@ class Program {
     /// Starts it by way of another program, which gets its path and the arguments after its own.
     void startBy(const QString &other, const QStringList &othersArguments, const QStringList &arguments);
 
+    /// Starts it once more beside itself, in that folder, and waits until this second one ends. Its exit
+    /// status; -1 after a crash or when it does not end.
+    int startAgain(const QStringList &arguments, const QString &workingFolder = {}) const;
+
     void terminate() { _process.terminate(); }
     void kill() { _process.kill(); }
     [[nodiscard]] bool isRunning() const { return _process.state() != QProcess::NotRunning; }

@@ -2,8 +2,12 @@
 #include "support/StubService.h"
 
 #include <QTcpSocket>
+#include <QTimer>
 
+#include <chrono>
 #include <utility>
+
+#include <sys/socket.h>
 
 namespace murvo::test {
 
@@ -11,6 +15,25 @@ namespace {
 
 QByteArray pathOf(const QByteArray &target) {
     return target.mid(1).split('?').first();
+}
+
+/// With a reset, where closing alone would look like the end of the answer.
+void reset(QTcpSocket *socket) {
+    const linger atOnce{.l_onoff = 1, .l_linger = 0};
+    ::setsockopt(static_cast<int>(socket->socketDescriptor()), SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+    socket->abort();
+}
+
+void drip(QTcpSocket *socket, const QByteArray &bytes) {
+    auto *timer = new QTimer(socket);
+    QObject::connect(timer, &QTimer::timeout, socket, [socket, timer, bytes, sent = 0]() mutable {
+        socket->write(bytes.mid(sent, 1));
+        if (++sent == bytes.size()) {
+            timer->stop();
+            socket->disconnectFromHost();
+        }
+    });
+    timer->start(std::chrono::milliseconds(100));
 }
 
 QByteArray serialize(const StubReply &reply, const QByteArray &method) {
@@ -41,6 +64,7 @@ StubService::StubService(QObject *parent)
     : QObject(parent) {
     if (!_server.listen(QHostAddress::LocalHost))
         qFatal("stub service: no port");
+    _port = _server.serverPort();
     connect(&_server, &QTcpServer::newConnection, this, [this] {
         while (QTcpSocket *socket = _server.nextPendingConnection()) {
             connect(socket, &QTcpSocket::readyRead, this, [this, socket] { readFrom(socket); });
@@ -60,7 +84,7 @@ StubService::~StubService() {
 }
 
 QString StubService::baseUrl() const {
-    return QStringLiteral("http://127.0.0.1:%1/").arg(_server.serverPort());
+    return QStringLiteral("http://127.0.0.1:%1/").arg(_port);
 }
 
 void StubService::on(const QByteArray &path, Handler handler) {
@@ -126,10 +150,21 @@ void StubService::answer(QTcpSocket *socket, const RecordedRequest &request) {
         return;
     }
     if (reply.isReset) {
-        socket->abort();
+        reset(socket);
         return;
     }
-    socket->write(serialize(reply, request.method));
+    const QByteArray bytes = serialize(reply, request.method);
+    if (reply.resetAfter >= 0) {
+        socket->write(bytes.left(reply.resetAfter));
+        socket->flush();
+        reset(socket);
+        return;
+    }
+    if (reply.isDripped) {
+        drip(socket, bytes);
+        return;
+    }
+    socket->write(bytes);
     if (reply.isStream)
         _streams.insert(pathOf(request.target), socket);
     else
@@ -139,6 +174,20 @@ void StubService::answer(QTcpSocket *socket, const RecordedRequest &request) {
 void StubService::stream(const QByteArray &path, const QByteArray &bytes) {
     if (QTcpSocket *socket = _streams.value(path))
         socket->write(bytes);
+}
+
+void StubService::goDown() {
+    _server.close();
+    const QList<QTcpSocket *> sockets = _server.findChildren<QTcpSocket *>();
+    for (QTcpSocket *socket : sockets) {
+        socket->flush();
+        socket->abort();
+    }
+}
+
+void StubService::comeBack() {
+    if (!_server.isListening() && !_server.listen(QHostAddress::LocalHost, _port))
+        qFatal("stub service: its port is taken");
 }
 
 int StubService::releaseHeld() {

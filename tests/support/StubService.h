@@ -34,6 +34,8 @@ struct StubReply {
     QList<QByteArray> extraHeaders = {}; ///< whole lines without the line end
     bool isReset = false;                ///< closes the connection without an answer
     bool isHeld = false;                 ///< answered by releaseHeld(), or never
+    bool isDripped = false;              ///< a byte every 100 ms
+    qint64 resetAfter = -1;              ///< bytes, head included, after which the connection is reset
     qint64 declaredLength = -1;          ///< Content-Length to send in place of the body's; -2 sends none
     bool isStream = false;               ///< stays open for what stream() adds
 };
@@ -64,6 +66,11 @@ class StubService : public QObject {
     [[nodiscard]] QList<RecordedRequest> requestsTo(const QByteArray &path) const;
     void forgetRequests() { _requests.clear(); }
 
+    /// Refuses all connections and closes those that there are, as a service does whose process is killed;
+    /// takes them again on the same port.
+    void goDown();
+    void comeBack();
+
     /// Answers now what was held, to the connections that still exist. Returns how many they were.
     int releaseHeld();
 
@@ -82,6 +89,7 @@ class StubService : public QObject {
     QList<std::pair<QPointer<QTcpSocket>, QByteArray>> _held; // with the bytes to send
     QMultiHash<QByteArray, QTcpSocket *> _streams;            // by path
     QTcpServer _server;
+    quint16 _port = 0;
 };
 
 } // namespace murvo::test
