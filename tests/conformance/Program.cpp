@@ -114,16 +114,23 @@ void Program::expectOnlyLogLines() const {
 }
 
 QList<qint64> Program::pageProcesses() const {
+    const auto read = [](qint64 process, const char *name) {
+        QFile file(QStringLiteral("/proc/%1/%2").arg(process).arg(QLatin1String(name)));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    const auto isOurs = [&](qint64 process) {
+        while (process > 1 && process != _process.processId()) {
+            const QByteArray status = read(process, "stat");
+            process = status.mid(status.lastIndexOf(')') + 1).split(' ').value(2).toLongLong(); // the parent
+        }
+        return process > 1;
+    };
     QList<qint64> found;
-    const QStringList processes =
-        QDir(QStringLiteral("/proc")).entryList({QStringLiteral("[0-9]*")}, QDir::Dirs);
-    for (const QString &process : processes) {
-        QFile words(QStringLiteral("/proc/%1/cmdline").arg(process));
-        QFile environment(QStringLiteral("/proc/%1/environ").arg(process));
-        if (words.open(QIODevice::ReadOnly) && words.readAll().contains("--type=renderer") &&
-            environment.open(QIODevice::ReadOnly) &&
-            environment.readAll().contains(QFile::encodeName(_folder.path())))
-            found.append(process.toLongLong());
+    const QStringList all = QDir(QStringLiteral("/proc")).entryList({QStringLiteral("[0-9]*")}, QDir::Dirs);
+    for (const QString &each : all) {
+        const qint64 process = each.toLongLong();
+        if (read(process, "cmdline").contains("--type=renderer") && isOurs(process))
+            found.append(process);
     }
     return found;
 }

@@ -79,10 +79,13 @@ void RemotePage::receive(const QByteArray &report) {
     for (const QJsonValue each : told) {
         const QJsonArray values = each[QLatin1String("values")].toArray();
         const QString name = each[QLatin1String("name")].toString();
-        if (name == QLatin1String("done"))
+        if (name == QLatin1String("done")) {
             _results.insert(values[0].toInt(), values[1]);
-        else
-            _events.append({.name = name, .values = values, .atMs = each[QLatin1String("at")].toDouble()});
+            continue;
+        }
+        if (name == QLatin1String("opened"))
+            _events.clear();
+        _events.append({.name = name, .values = values, .atMs = each[QLatin1String("at")].toDouble()});
     }
 }
 

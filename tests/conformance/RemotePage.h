@@ -18,7 +18,8 @@ struct PageEvent {
 
 /// A page that is driven from here by way of a script in it, over a connection of its own that the service
 /// under test does not see. It tells of every event that is triggered on $(window), in order, as "NAME"; of
-/// clicks and keys as "dom:TYPE"; and "opened" once it runs.
+/// clicks and keys as "dom:TYPE"; and of "opened" first of all. With it the events of the page before are
+/// forgotten.
 class RemotePage {
   public:
     RemotePage();

@@ -126,6 +126,7 @@ QImage loaderText(const QString &text) {
     QFont font = label.font();
     font.setPointSizeF(font.pointSizeF() * 1.15);
     label.setFont(font);
+    label.setAlignment(Qt::AlignCenter); // shifts letters by less than a pixel
     label.adjustSize();
     return label.grab().toImage().convertToFormat(QImage::Format_RGB32);
 }

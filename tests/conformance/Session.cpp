@@ -44,6 +44,7 @@ void Session::startAtHome() {
 }
 
 void Session::openUrl(const QString &address) {
+    player.forget();
     QGuiApplication::clipboard()->setText(address);
     pressKey(QStringLiteral("ctrl+u"));
     ASSERT_TRUE(
@@ -58,13 +59,22 @@ void Session::playFilm(const QString &path) {
 }
 
 void Session::goHome() {
+    const auto waitForRest = [this] {
+        EXPECT_TRUE(waitUntil([this] { return isHomeShown() || isFilmShown() || program.dialog().exists(); }))
+            << program.log().toStdString();
+    };
+    waitForRest();
     if (const XWindow dialog = program.dialog(); dialog.exists()) {
         dialog.close();
         EXPECT_TRUE(waitUntil([&] { return !(program.dialog() == dialog); }));
+        waitForRest();
     }
-    if (isFilmShown())
-        program.mainWindow().close();
-    EXPECT_TRUE(waitUntil([this] { return isHomeShown(); })) << program.log().toStdString();
+    const qsizetype before = home.count("refreshLevel");
+    if (!isFilmShown())
+        return;
+    program.mainWindow().close();
+    EXPECT_TRUE(waitUntil([&] { return isHomeShown() && home.count("refreshLevel") > before; }))
+        << program.log().toStdString();
 }
 
 void Session::end() {
@@ -86,7 +96,7 @@ bool Session::isHomeShown() const {
 
 bool Session::isFilmPlaying() const {
     return program.mainWindow().isViewable() && program.videoWindow().isViewable() &&
-           program.pageWindow().isViewable() && player.isOpen() && player.timeMs() > 0;
+           program.pageWindow().isViewable() && player.count("opened") == 1 && player.timeMs() > 0;
 }
 
 bool Session::showsLoader(const QString &text) const {
@@ -105,8 +115,9 @@ void Session::expectWarning(const QString &message, const QString &informativeTe
     EXPECT_TRUE(waitUntil([&] { return Screen::isWarning(program.dialog(), message, informativeText); }))
         << program.log().toStdString();
     ASSERT_TRUE(waitUntil([this] { return XWindow::active() == program.dialog(); }));
+    const qsizetype before = home.count("refreshLevel");
     pressKey(QStringLiteral("Return"));
-    EXPECT_TRUE(waitUntil([this] { return isHomeShown(); })) << "after " << message.toStdString();
+    EXPECT_TRUE(waitUntil([&] { return isHomeShown() && home.count("refreshLevel") == before + 1; }));
 }
 
 void Session::settle() {

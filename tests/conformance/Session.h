@@ -10,6 +10,15 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <ostream>
+
+// So that failures can be read.
+inline void PrintTo(const QString &text, std::ostream *stream) {
+    *stream << '"' << text.toStdString() << '"';
+}
+inline void PrintTo(const QByteArray &text, std::ostream *stream) {
+    *stream << '"' << text.toStdString() << '"';
+}
 
 namespace murvo::test {
 
@@ -25,7 +34,7 @@ class Session {
     void start(const QStringList &arguments = {}) { program.start(arguments, stub.baseUrl()); }
     /// Starts it and waits until the home page is on the screen and ready.
     void startAtHome();
-    /// By File > Open URL..., which takes what was copied.
+    /// By File > Open URL..., which takes what was copied. The player page's events begin anew.
     void openUrl(const QString &address);
     /// Drops the film on the home page, or on that of the film before, and waits until it plays.
     void playFilm(const QString &path);
@@ -36,7 +45,8 @@ class Session {
 
     /// The home page is what is drawn, with nothing over it.
     [[nodiscard]] bool isHomeShown() const;
-    /// The film's windows are on the screen, and its page hears of its time.
+    /// The windows of a film are on the screen, and its page, opened since its events were forgotten, hears
+    /// of its time.
     [[nodiscard]] bool isFilmPlaying() const;
     [[nodiscard]] bool isFilmShown() const { return program.pageWindow().isViewable(); }
     [[nodiscard]] bool showsLoader(const QString &text) const;

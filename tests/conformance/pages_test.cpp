@@ -80,14 +80,17 @@ TEST_F(Pages, OnlyThoseOfTheServiceAreObeyed) {
 }
 
 TEST_F(Pages, ThatTheHomePageLeadsToAreOnTheScreenAfterTheLoader) {
-    stub.on("held", {.body = coloured("#0b5ed7"), .isHeld = true});
+    stub.on("held", {.body = coloured("#0b5ed7", "<script>onclick = () => location.href = '/quick'</script>"),
+                     .isHeld = true});
     stub.on("quick", {.body = coloured("#8a2be2")});
     ASSERT_NO_FATAL_FAILURE(session.startAtHome());
     std::ignore = home.evaluate(QStringLiteral("setTimeout(() => location.href = '/held')"));
     EXPECT_TRUE(waitUntil([this] { return session.showsLoader(connecting); }));
     EXPECT_FALSE(Screen::drop({QUrl::fromLocalFile(shortFilm())}, session.content().center())) << "not ready";
     ASSERT_TRUE(waitUntil([this] { return stub.releaseHeld() > 0; }));
-    EXPECT_TRUE(isDrawn(QColor(0x0b, 0x5e, 0xd7)));
+    ASSERT_TRUE(isDrawn(QColor(0x0b, 0x5e, 0xd7)));
+    clickAt(session.content().center());
+    EXPECT_TRUE(isDrawn(QColor(0x8a, 0x2b, 0xe2))) << "nothing in it changes once it is there";
     session.end();
 }
 
@@ -108,7 +111,8 @@ TEST_F(Pages, TheirProcessesMayDie) {
     player.send("app:///Request/Duration?guid=again");
     EXPECT_TRUE(waitUntil([this] { return !player.answers("again").isEmpty(); }));
 
-    session.goHome();
+    program.mainWindow().close();
+    ASSERT_TRUE(waitUntil([this] { return session.isHomeShown(); }));
     killPages();
     EXPECT_TRUE(waitUntil([this] { return stub.requestsTo("Player/Home").size() == 3; }));
     EXPECT_TRUE(waitUntil([this] { return session.isHomeShown(); }));

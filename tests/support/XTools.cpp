@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/XTools.h"
 
+#include "support/XWindow.h"
+
 #include <QGuiApplication>
 #include <QImage>
 #include <QPixmap>
@@ -59,31 +61,8 @@ void typeInstead(const QString &text) {
         {QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("4"), text});
 }
 
-QString xId(const QWidget &window) {
-    return QStringLiteral("0x%1").arg(window.winId(), 0, 16);
-}
-
 QRect screenRect(const QWidget &window) {
-    const QString text = run(QStringLiteral("xwininfo"), {QStringLiteral("-id"), xId(window)});
-    const auto number = [&text](QLatin1String label) {
-        const qsizetype start = text.indexOf(label) + label.size();
-        return text.mid(start).section(u'\n', 0, 0).trimmed().toInt();
-    };
-    return {number(QLatin1String("Absolute upper-left X:")), number(QLatin1String("Absolute upper-left Y:")),
-            number(QLatin1String("Width:")), number(QLatin1String("Height:"))};
-}
-
-QString property(const QWidget &window, const QString &name) {
-    return run(QStringLiteral("xprop"), {QStringLiteral("-id"), xId(window), name}).trimmed();
-}
-
-QStringList stacking() {
-    const QString line =
-        run(QStringLiteral("xprop"), {QStringLiteral("-root"), QStringLiteral("_NET_CLIENT_LIST_STACKING")});
-    QStringList ids = line.section(u'#', 1).trimmed().split(QStringLiteral(", "), Qt::SkipEmptyParts);
-    for (QString &id : ids)
-        id = id.trimmed();
-    return ids;
+    return XWindow(static_cast<quint32>(window.winId())).geometry();
 }
 
 } // namespace murvo::test

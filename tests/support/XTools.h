@@ -11,8 +11,7 @@ class QWidget;
 
 namespace murvo::test {
 
-/// The desktop seen and touched from outside, with the programs xdotool, xprop and wmctrl, and the picture of
-/// the screen.
+/// The desktop seen and touched from outside, with the program xdotool and the picture of the screen.
 
 /// Standard output of the program; fails the test when it cannot be run or exits with another status than 0.
 QString run(const QString &program, const QStringList &arguments);
@@ -29,12 +28,7 @@ void pressKey(const QString &key);
 /// Types the text into the field that has the keys, in place of what stands there.
 void typeInstead(const QString &text);
 
-/// xprop's line of one property of the window.
-[[nodiscard]] QString property(const QWidget &window, const QString &name);
-/// X identifiers of the application windows, bottom to top, as the window manager stacks them.
-[[nodiscard]] QStringList stacking();
 /// Where the window lies on the screen, without a frame, as the X server knows it.
 [[nodiscard]] QRect screenRect(const QWidget &window);
-[[nodiscard]] QString xId(const QWidget &window);
 
 } // namespace murvo::test
