@@ -2,6 +2,7 @@
 #include "support/TestFilms.h"
 
 #include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -12,7 +13,10 @@ namespace murvo::test {
 namespace {
 
 QString made(const QString &name, const QStringList &arguments) {
-    const QDir folder(QStringLiteral(MURVO_TEST_FILMS));
+    // A folder for each way of making, so that none is kept from an earlier one.
+    const QByteArray way =
+        QCryptographicHash::hash(arguments.join(u' ').toUtf8(), QCryptographicHash::Sha256);
+    const QDir folder(QStringLiteral(MURVO_TEST_FILMS) + u'/' + QString::fromLatin1(way.toHex().left(8)));
     QString path = folder.filePath(name);
     if (QFile::exists(path))
         return path;
