@@ -92,6 +92,8 @@ constexpr int noTrack = -1;
 constexpr int maximumVolume = 200;
 // The library reports the time about four times a second.
 constexpr int timesOfNothingAllowed = 6;
+// Long enough that its time is reported before it ends.
+constexpr qint64 longFilmMs = 2000;
 
 template<typename Visitor>
 void forEachAudioTrack(libvlc_media_player_t *player, Visitor visit) {
@@ -326,8 +328,9 @@ void VLCMediaPlayer::receive(unsigned generation, int eventType) {
     // A folder comes to its end without a complaint, and without anything to see or hear. What has been
     // decoded is known for certain only at the stop after the end.
     const bool hasNothing = _state == VLCMediaPlayerStateEnded && !_media->hasPictureOrSound();
+    // A film whose server does not give what the library asks for ends at once, too, though it has a length.
     const bool wasNothing = _state == VLCMediaPlayerStateStopped && _hasEnded && !_hasPlayedTrack &&
-                            !_media->hasDecodedAnything();
+                            (!_media->hasDecodedAnything() || _media->length().intValue() >= longFilmMs);
     if (hasNothing || wasNothing) {
         _state = VLCMediaPlayerStateError;
         _hasEnded = false;

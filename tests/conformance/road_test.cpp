@@ -356,6 +356,12 @@ TEST_F(Road, WaitsForAFilmThatIsSlowToComeAndEndsItInPeace) {
     EXPECT_TRUE(session.isFilmShown());
 }
 
+TEST_F(Road, SaysSoWhenAServerDoesNotGiveTheFilmInParts) {
+    stub.on("late.mp4", StubReply{.contentType = "video/mp4", .body = read(filmWithLateIndex())});
+    ASSERT_NO_FATAL_FAILURE(session.openUrl(stub.baseUrl() + QStringLiteral("late.mp4")));
+    ASSERT_NO_FATAL_FAILURE(session.expectWarning(filmMessage, filmAdvice));
+}
+
 TEST_F(Road, AnEarlierFilmsRepliesChangeNothing) {
     // One film waits for its lookup, one for a download, one for its upload, one for its remote hash.
     const auto take = [this](const QString &address) {

@@ -64,6 +64,12 @@ QString shortFilm() {
                       "-c:v libx264 -preset ultrafast -g 25 -c:a aac"));
 }
 
+QString filmWithLateIndex() {
+    return made(QStringLiteral("late-index.mp4"),
+                words("-f lavfi -i testsrc2=s=320x240:r=25:d=4 -f lavfi -i sine=f=440:d=4 "
+                      "-c:v libx264 -preset ultrafast -c:a aac"));
+}
+
 QString soundOnly() {
     return made(QStringLiteral("sound.mka"), words("-f lavfi -i sine=f=440:d=4 -c:a aac"));
 }

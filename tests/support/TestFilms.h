@@ -15,6 +15,8 @@ namespace murvo::test {
 [[nodiscard]] QString largeFilm();
 /// 4.9 s, 320x240, one audio track.
 [[nodiscard]] QString shortFilm();
+/// 4 s, 320x240, its index behind everything else.
+[[nodiscard]] QString filmWithLateIndex();
 /// 4 s, no picture.
 [[nodiscard]] QString soundOnly();
 /// 4 s, 320x240, no sound.
