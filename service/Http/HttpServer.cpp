@@ -70,7 +70,7 @@ Response errorForStatus(int status) {
     case 414:
         return errorResponse(414, QStringLiteral("tooLong"), QStringLiteral("The address is too long."));
     default:
-        return errorResponse(status, QStringLiteral("badRequest"),
+        return errorResponse(400, QStringLiteral("badRequest"),
                              QStringLiteral("The request could not be read."));
     }
 }
@@ -124,6 +124,8 @@ void HttpServer::Impl::configure() {
     server.set_pre_routing_handler([this](const httplib::Request &from, httplib::Response &to) {
         auto &headers = const_cast<httplib::Request &>(from).headers;
         headers.erase(hiddenTypeHeader);
+        // The library would cut a page's file or a reply to the range and still call it whole (200).
+        const_cast<httplib::Request &>(from).ranges.clear();
         if (const auto refusal = refuse(from)) {
             write(*refusal, to);
             return httplib::Server::HandlerResponse::Handled;
@@ -135,6 +137,8 @@ void HttpServer::Impl::configure() {
     const auto handler = [this](const httplib::Request &from, httplib::Response &to) { answer(from, to); };
     const std::string anything = "/.*";
     server.Get(anything, handler).Post(anything, handler).Put(anything, handler);
+    // The router takes none of these, but it is the one to say so.
+    server.Patch(anything, handler).Delete(anything, handler).Options(anything, handler);
 }
 
 void HttpServer::Impl::listen() noexcept {

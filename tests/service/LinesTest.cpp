@@ -4,8 +4,6 @@
 #include <QJsonArray>
 #include <QStringEncoder>
 
-#include <cstdlib>
-
 namespace murvo::service::test {
 
 namespace {
@@ -168,30 +166,14 @@ TEST_F(LinesTest, DamagedFilesAreRefusedWithAWordOrReadAsFarAsTheyGo) {
               QStringList{QStringLiteral("1000-61000 Long")});
 }
 
-/// A real film made by ffmpeg: 30 frames a second, two sound tracks.
-class RealFilmTest : public LinesTest {
-  protected:
-    [[nodiscard]] QString makeFilm(const QString &name) {
-        QString path = films.filePath(name);
-        const std::string command =
-            "ffmpeg -v error -f lavfi -i testsrc=s=64x48:r=30:d=2 -f lavfi -i sine=d=2 -map 0 -map 1 -map 1 "
-            "-c:v mpeg4 -c:a aac -metadata:s:a:0 language=eng -metadata:s:a:1 language=fre "
-            "-metadata:s:a:1 title=Second '" +
-            path.toStdString() + "' < /dev/null";
-        if (std::system(command.c_str()) != 0)
-            throw std::runtime_error("ffmpeg could not make the film");
-        return path;
-    }
-};
-
-TEST_F(RealFilmTest, LinesCountedInFramesTakeTheFilmsOwnRate) {
+TEST_F(LinesTest, LinesCountedInFramesTakeTheFilmsOwnRate) {
     writeFile(QStringLiteral("Real.en.sub"), "{30}{60}one\n{90}{120}two\n{150}{180}three\n");
     EXPECT_EQ(texts(linesOf(makeFilm(QStringLiteral("Real.mkv")))[QLatin1String("learned")]),
               (QStringList{QStringLiteral("1000-2000 one"), QStringLiteral("3000-4000 two"),
                            QStringLiteral("5000-6000 three")}));
 }
 
-TEST_F(RealFilmTest, SoundTracksAreListedAsTheFilmTellsThem) {
+TEST_F(LinesTest, SoundTracksAreListedAsTheFilmTellsThem) {
     const Reply lookup = lookUp(makeFilm(QStringLiteral("Real.mkv")));
     const QString path = QStringLiteral("Api/MovieFile/AudioTracks?videoId=%1")
                              .arg(lookup.json().value(QLatin1String("videoId")).toInt());
@@ -204,7 +186,7 @@ TEST_F(RealFilmTest, SoundTracksAreListedAsTheFilmTellsThem) {
     EXPECT_EQ(tracks[1][QLatin1String("trackId")].toInt(), 2);
 }
 
-TEST_F(RealFilmTest, AFilmThatIsNoneHasNoSoundTracks) {
+TEST_F(LinesTest, AFilmThatIsNoneHasNoSoundTracks) {
     const Reply lookup = lookUp(film());
     const QJsonObject reply = get(QStringLiteral("Api/MovieFile/AudioTracks?videoId=%1")
                                       .arg(lookup.json().value(QLatin1String("videoId")).toInt()))

@@ -7,6 +7,8 @@
 #include <QJsonDocument>
 #include <QUrl>
 
+#include <cstdlib>
+
 namespace murvo::service::test {
 
 namespace {
@@ -53,8 +55,18 @@ httplib::Client ServiceFixture::client() const {
     return client;
 }
 
+Reply ServiceFixture::ask(const char *method, const QString &path, const httplib::Headers &headers,
+                          const QByteArray &body) {
+    httplib::Request request;
+    request.method = method;
+    request.path = tokenPath() + path.toStdString();
+    request.headers = headers;
+    request.body = body.toStdString();
+    return replyOf(client().send(request));
+}
+
 Reply ServiceFixture::get(const QString &path) {
-    return replyOf(client().Get(tokenPath() + path.toStdString()));
+    return ask("GET", path);
 }
 
 Reply ServiceFixture::download(const QString &url) {
@@ -64,13 +76,11 @@ Reply ServiceFixture::download(const QString &url) {
 }
 
 Reply ServiceFixture::post(const QString &path, const QByteArray &body, const QByteArray &contentType) {
-    return replyOf(
-        client().Post(tokenPath() + path.toStdString(), body.toStdString(), contentType.toStdString()));
+    return ask("POST", path, {{"Content-Type", contentType.toStdString()}}, body);
 }
 
 Reply ServiceFixture::put(const QString &path, const QJsonObject &body) {
-    return replyOf(client().Put(tokenPath() + path.toStdString(), QJsonDocument(body).toJson().toStdString(),
-                                "text/plain;charset=UTF-8"));
+    return ask("PUT", path, {{"Content-Type", "text/plain;charset=UTF-8"}}, QJsonDocument(body).toJson());
 }
 
 QString ServiceFixture::writeFile(const QString &name, const QByteArray &content) {
@@ -78,6 +88,18 @@ QString ServiceFixture::writeFile(const QString &name, const QByteArray &content
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
         throw std::runtime_error("cannot write " + name.toStdString());
     return file.fileName();
+}
+
+QString ServiceFixture::makeFilm(const QString &name) {
+    QString path = films.filePath(name);
+    const std::string command =
+        "ffmpeg -v error -f lavfi -i testsrc=s=64x48:r=30:d=2 -f lavfi -i sine=d=2 -map 0 -map 1 -map 1 "
+        "-c:v mpeg4 -c:a aac -metadata:s:a:0 language=eng -metadata:s:a:1 language=fre "
+        "-metadata:s:a:1 title=Second '" +
+        path.toStdString() + "' < /dev/null";
+    if (std::system(command.c_str()) != 0)
+        throw std::runtime_error("ffmpeg could not make the film");
+    return path;
 }
 
 Reply ServiceFixture::lookUp(const QString &filmPath, quint64 hash, quint64 size) {

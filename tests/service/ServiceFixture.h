@@ -39,6 +39,9 @@ class ServiceFixture : public testing::Test {
 
     void restart();
 
+    /// Sends a request with any method and headers to a path below the token.
+    [[nodiscard]] Reply ask(const char *method, const QString &path, const httplib::Headers &headers = {},
+                            const QByteArray &body = {});
     [[nodiscard]] Reply get(const QString &path);
     /// Fetches a file by the address that a lookup gave.
     [[nodiscard]] Reply download(const QString &url);
@@ -51,6 +54,9 @@ class ServiceFixture : public testing::Test {
     [[nodiscard]] int port() const;
 
     QString writeFile(const QString &name, const QByteArray &content);
+
+    /// A real film of two seconds made by ffmpeg: 30 frames a second, an English and a French sound track.
+    QString makeFilm(const QString &name);
 
     /// Announces the film and looks it up, as the player does.
     [[nodiscard]] Reply lookUp(const QString &filmPath, quint64 hash = 0xabc, quint64 size = 1000);
