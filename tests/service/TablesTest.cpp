@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/ServiceFixture.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QLocale>
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace murvo::service::test {
+
+namespace {
+
+/// The rows of each table of the document, as their cells, by the heading above it.
+using Tables = QMap<QString, QList<QStringList>>;
+
+Tables documentedTables() {
+    QFile document(QStringLiteral(MURVO_SERVICE_API_DOCUMENT));
+    if (!document.open(QIODevice::ReadOnly))
+        throw std::runtime_error("the document cannot be opened");
+    Tables tables;
+    QString heading;
+    for (const QString &line : QString::fromUtf8(document.readAll()).split(u'\n')) {
+        if (line.startsWith(u'#'))
+            heading = line.section(u' ', 1);
+        else if (line.startsWith("|--"_L1))
+            tables[heading].clear(); // what came before are the columns' names
+        else if (line.startsWith(u'|'))
+            tables[heading].append(line.sliced(2).chopped(2).split(u" | "_s));
+    }
+    return tables;
+}
+
+QString nameIn(const QString &cell) {
+    return cell.section(u'`', 1, 1);
+}
+
+// Fields are told and found in one form: "GET ...: tracks[].forced boolean".
+QStringList toldFields(const Tables &tables, const QString &heading, const QString &before) {
+    QStringList told;
+    for (const QStringList &row : tables[heading]) {
+        QString field = before + nameIn(row[0]);
+        QString type = row[1];
+        if (type.startsWith("array of "_L1)) {
+            told.append(field + " array"_L1);
+            field += "[]"_L1;
+            type = type.section(u' ', 2);
+        }
+        const bool isTrack = type.startsWith("track"_L1);
+        const bool isObject = isTrack || type.startsWith("object"_L1);
+        told.append(field + u' ' + (isObject ? u"object"_s : type));
+        if (isTrack)
+            told += toldFields(tables, u"Track"_s, field + u'.');
+        if (type.contains("with cues"_L1))
+            told += toldFields(tables, u"Track with cues"_s, field + u'.');
+    }
+    return told;
+}
+
+QStringList foundFields(const QJsonValue &value, const QString &field) {
+    const bool isWhole = value.toDouble() == static_cast<double>(value.toInteger());
+    const QString type = value.isDouble()   ? (isWhole ? u"integer"_s : u"fraction"_s)
+                         : value.isString() ? u"text"_s
+                         : value.isBool()   ? u"boolean"_s
+                         : value.isArray()  ? u"array"_s
+                         : value.isObject() ? u"object"_s
+                                            : u"null"_s;
+    const bool isReply = field.isEmpty() || field.endsWith(": "_L1);
+    QStringList found;
+    if (!isReply)
+        found.append(field + u' ' + type);
+    for (const QJsonValue element : value.toArray())
+        found += foundFields(element, field + "[]"_L1);
+    for (const QString &key : value.toObject().keys())
+        found += foundFields(value[key], field + (isReply ? key : u'.' + key));
+    return found;
+}
+
+/// Everything that the document tells, each row after its heading: "Errors: 404 notFound".
+QStringList toldRows(const Tables &tables) {
+    const QString cues = u"GET Api/Subtitles/Cues?subtitleId=N: "_s; // a whole track with cues
+    QStringList told = toldFields(tables, u"Track"_s, cues) + toldFields(tables, u"Track with cues"_s, cues);
+    for (const QString &heading : tables.keys()) {
+        const QString before = heading + ": "_L1;
+        if (heading.contains("Api/"_L1))
+            told += toldFields(tables, heading, before);
+        else if (heading == "Errors"_L1)
+            for (const QStringList &row : tables[heading])
+                told.append(before + row[0] + u' ' + nameIn(row[1]));
+        else if (!heading.startsWith("Track"_L1))
+            for (const QStringList &row : tables[heading])
+                told.append(before + nameIn(row[0]));
+    }
+    return told;
+}
+
+/// A film whose subtitles are at every stage: "en" and "fr" uploaded, "de" looked up and gone, "it" pictures.
+class TablesTest : public ServiceFixture {
+  protected:
+    void SetUp() override {
+        atFirst = get(settings).json();
+        const QString film = makeFilm(u"Film.mkv"_s);
+        for (const char *language : {"en", "fr", "de"})
+            writeFile(u"Film.%1.srt"_s.arg(QLatin1String(language)), srt("Hello"));
+        lookup = lookUp(film);
+        videoId = lookup.json()["videoId"_L1].toInt();
+        for (const QJsonValue offer : lookup.json()["subsToDownload"_L1].toArray())
+            ids[offer["subFileName"_L1].toString().section(u'.', 1, 1)] = offer["subtitleId"_L1].toInt();
+        (void)upload({{ids[u"en"_s], srt("Hello")}, {ids[u"fr"_s], srt("Bonjour")}});
+        QFile::remove(films.filePath(u"Film.de.srt"_s));
+        writeFile(u"Film.it.sub"_s, pictures);
+    }
+
+    [[nodiscard]] Reply german(const QString &route) {
+        return get(u"Api/Subtitles/%1?subtitleId=%2"_s.arg(route).arg(ids[u"de"_s]));
+    }
+    [[nodiscard]] Reply germanCues(const QByteArray &content) {
+        (void)upload({{ids[u"de"_s], content}});
+        return german(u"Cues"_s);
+    }
+
+    [[nodiscard]] QList<Reply> errors();
+    [[nodiscard]] QStringList seenFields();
+    [[nodiscard]] QStringList seenRows();
+    void checkSetting(const QString &name, const QString &range, const QString &first);
+
+    const QString settings = u"Api/Settings"_s;
+    const QByteArray pictures{"\0\0\x01\xBA", 4};
+    QJsonObject atFirst; ///< the settings of a new store
+    Reply lookup;
+    int videoId = 0;
+    QMap<QString, int> ids; ///< of the subtitles, by the language in the file's name
+};
+
+// The last ones change the store.
+QList<Reply> TablesTest::errors() {
+    const QString lookupRoute = u"Api/MovieFile/GetSubtitlesToDownload"_s;
+    const QString uploadRoute = u"Api/Subtitles/UploadGzippedFiles"_s;
+    QList<Reply> replies{ask("GET", settings, {{"Range", "all"}}),
+                         get(u"Api/MovieFile/Lines?videoId=0"_s),
+                         post(lookupRoute, "fileSize=1", "text/plain"),
+                         post(uploadRoute, "x", "multipart/form-data"),
+                         ask("PUT", settings, {}, "[]"),
+                         put(settings, {{u"volumePercent"_s, u"1"_s}}),
+                         ask("GET", settings, {{"Origin", "null"}}),
+                         get(u"Api/Nothing"_s),
+                         get(u"Api/MovieFile/Tracks?videoId=12345"_s),
+                         get(u"Api/Subtitles/File?subtitleId=999"_s),
+                         german(u"File"_s),
+                         ask("DELETE", settings),
+                         german(u"Cues"_s),
+                         post(lookupRoute, QByteArray(9000, 'x'), "application/x-www-form-urlencoded"),
+                         get(QString(9000, u'a')),
+                         ask("POST", uploadRoute, {{"Content-Encoding", "gzip"}}),
+                         germanCues(pictures),
+                         germanCues("this is no subtitle"),
+                         germanCues("1\n00:00:01,000 --> 00:00:02,000\n\n")};
+    SQLite::Database(dataFolder.filePath(u"murvo.sqlite"_s).toStdString(), SQLite::OPEN_READWRITE)
+        .exec("DROP TABLE settings"); // a store that another program has damaged
+    return replies << get(settings);
+}
+
+QStringList TablesTest::seenFields() {
+    QStringList fields = foundFields(lookup.json(), u"POST Api/MovieFile/GetSubtitlesToDownload: "_s) +
+                         foundFields(upload({{ids[u"en"_s], srt("Hello")}, {999, "x"}}).json(),
+                                     u"POST Api/Subtitles/UploadGzippedFiles: "_s) +
+                         foundFields(put(settings, {}).json(), u"GET Api/Settings, PUT Api/Settings: "_s);
+    EXPECT_EQ(foundFields(atFirst, {}), foundFields(put(settings, {}).json(), {}));
+    for (const QString &route :
+         {u"MovieFile/Lines?videoId=N"_s, u"MovieFile/Tracks?videoId=N"_s,
+          u"MovieFile/AudioTracks?videoId=N"_s, u"Subtitles/Cues?subtitleId=N"_s, u"Settings/Languages"_s}) {
+        const int id = route.startsWith(u'M') ? videoId : ids[u"fr"_s];
+        const QString path = "Api/"_L1 + QString(route).replace(u'N', QString::number(id));
+        fields += foundFields(get(path).json(), "GET Api/"_L1 + route + ": "_L1);
+    }
+    return fields;
+}
+
+/// What the service was seen to do, in the form of the document's rows.
+QStringList TablesTest::seenRows() {
+    QStringList rows = seenFields();
+    for (const QString &page :
+         {u"Player/Home"_s, u"Player/Play?videoId=N"_s, u"Account/Register"_s, u"Web/..."_s}) {
+        if (get(QString(page).replace("..."_L1, "play/play.mjs"_L1)).status == 200)
+            rows.append("Pages: "_L1 + page);
+    }
+    const int id = ids[u"en"_s];
+    for (const auto &part : QList<QPair<int, QByteArray>>{
+             {-1, "x"}, {id, "\x1f\x8b\x08 cut"}, {id, QByteArray(9 * 1024 * 1024, 'x')}, {999, "x"}})
+        rows.append("Refused parts: "_L1 + upload({part}).json()["refused"_L1][0]["code"_L1].toString());
+    for (const Reply &reply : errors()) {
+        rows.append(u"Errors: %1 %2"_s.arg(reply.status).arg(reply.errorCode()));
+        EXPECT_EQ(foundFields(reply.json(), {}).join(u' '),
+                  u"error object error.code text error.message text"_s);
+        EXPECT_TRUE(reply.json()["error"_L1]["message"_L1].toString().endsWith(u'.'));
+    }
+    rows.removeDuplicates();
+    return rows;
+}
+
+void TablesTest::checkSetting(const QString &name, const QString &range, const QString &first) {
+    QJsonArray good;
+    QJsonArray bad{u"eng"_s, u"fr"_s};
+    QJsonValue expected = nameIn(first);
+    if (const QStringList ends = range.section(u',', 0, 0).split(u" to "_s); ends.size() == 2) {
+        good = {ends[0].toInt(), ends[1].toInt()};
+        bad = {ends[0].toInt() - 1, ends[1].toInt() + 1};
+        expected = first.toInt();
+    } else if (range == "a code of the list above"_L1) {
+        for (const QJsonValue each : get(u"Api/Settings/Languages"_s).json()["languages"_L1].toArray()) {
+            good.append(each["code"_L1]);
+            if (QLocale::system().name().section(u'_', 0, 0) == each["languageTag"_L1].toString())
+                expected = each["code"_L1];
+        }
+    }
+    EXPECT_FALSE(good.isEmpty()) << "This test cannot read the range of " << name.toStdString();
+    EXPECT_EQ(atFirst[name], expected) << name.toStdString();
+    for (const QJsonValue value : good)
+        EXPECT_EQ(put(settings, {{name, value}}).json()[name], value);
+    for (const QJsonValue value : bad)
+        EXPECT_EQ(put(settings, {{name, value}}).errorCode(), u"badSetting"_s) << name.toStdString();
+}
+
+TEST_F(TablesTest, TheServiceDoesWhatEveryRowTellsAndNothingElse) {
+    const Tables tables = documentedTables();
+    for (const QStringList &row : tables[u"GET Api/Settings, PUT Api/Settings"_s])
+        checkSetting(nameIn(row[0]), row[2], row[3]);
+    (void)put(settings, {{u"nativeLanguage"_s, u"fra"_s}});
+    const QStringList told = toldRows(tables);
+    const QStringList seen = seenRows();
+    for (const QString &row : told)
+        EXPECT_TRUE(seen.contains(row)) << "The service was not seen to do this: " << row.toStdString();
+    for (const QString &row : seen)
+        EXPECT_TRUE(told.contains(row)) << "The document has no row for this: " << row.toStdString();
+}
+
+} // namespace
+
+} // namespace murvo::service::test
