@@ -168,11 +168,11 @@ QStringList TablesTest::seenFields() {
                                      u"POST Api/Subtitles/UploadGzippedFiles: "_s) +
                          foundFields(put(settings, {}).json(), u"GET Api/Settings, PUT Api/Settings: "_s);
     EXPECT_EQ(foundFields(atFirst, {}), foundFields(put(settings, {}).json(), {}));
-    for (const QString &route :
-         {u"MovieFile/Lines?videoId=N"_s, u"MovieFile/Tracks?videoId=N"_s,
-          u"MovieFile/AudioTracks?videoId=N"_s, u"Subtitles/Cues?subtitleId=N"_s, u"Settings/Languages"_s}) {
+    for (const QString &route : {u"MovieFile/Lines?videoId=N"_s, u"MovieFile/Tracks?videoId=N"_s,
+                                 u"MovieFile/AudioTracks?videoId=N"_s, u"Subtitles/Cues?subtitleId=N"_s,
+                                 u"Settings/Languages"_s, u"Home/PendingFilms?after=N"_s}) {
         const int id = route.startsWith(u'M') ? videoId : ids[u"fr"_s];
-        const QString path = "Api/"_L1 + QString(route).replace(u'N', QString::number(id));
+        const QString path = "Api/"_L1 + QString(route).replace("=N"_L1, u"=%1"_s.arg(id));
         fields += foundFields(get(path).json(), "GET Api/"_L1 + route + ": "_L1);
     }
     return fields;
