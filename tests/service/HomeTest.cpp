@@ -18,9 +18,10 @@ class HomeTest : public ServiceFixture {
     }
     /// Asks for another count than known, while the test goes on.
     std::future<Reply> wait(int known) {
-        return std::async(std::launch::async, [this, known] {
-            return get(QStringLiteral("Api/Home/PendingFilms?after=%1").arg(known));
-        });
+        // The service may be gone before the thread has begun: its address is taken here.
+        const std::string path = tokenPath() + "Api/Home/PendingFilms?after=" + std::to_string(known);
+        return std::async(std::launch::async,
+                          [own = client(), path]() mutable { return replyOf(own.Get(path)); });
     }
 };
 

@@ -11,15 +11,11 @@
 
 namespace murvo::service::test {
 
-namespace {
-
 Reply replyOf(const httplib::Result &result) {
     if (!result)
         return {};
     return {result->status, QByteArray::fromStdString(result->body), result->headers};
 }
-
-} // namespace
 
 QJsonObject Reply::json() const {
     return QJsonDocument::fromJson(body).object();

@@ -32,6 +32,8 @@ struct Reply {
     [[nodiscard]] QString errorCode() const;
 };
 
+[[nodiscard]] Reply replyOf(const httplib::Result &result);
+
 /// A started service with a store and a folder of films of its own, and a client that knows the token.
 class ServiceFixture : public testing::Test {
   protected:
