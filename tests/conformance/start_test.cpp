@@ -128,8 +128,8 @@ class StartOnDesktop : public Starting, public testing::WithParamInterface<bool>
 };
 
 TEST_P(StartOnDesktop, ShowsThePictureAndThePageOverIt) {
-    stub.on("Player/Play", {.body = "<body style='margin:0'><div style='position:fixed;left:0;top:0;"
-                                    "width:60px;height:60px;background:#b41482'></div>"});
+    stub.on("Player/Play", StubReply{.body = "<body style='margin:0'><div style='position:fixed;left:0;top:0;"
+                                             "width:60px;height:60px;background:#b41482'></div>"});
     const bool isComposited = GetParam(); // as this desktop is; one of its own for the other case
     if (isComposited) {
         session.start({anamorphicFilm()});

@@ -24,9 +24,10 @@ using namespace std::chrono_literals;
 class PlayerScreen : public testing::Test {
   protected:
     PlayerScreen() {
-        stub.on("Player/Home",
-                {.body = "<script>location.href='app:///Execute/EnableDraggableHomeScreen'</script>"});
-        stub.on("Player/Play", {.body = "<title>film</title>"});
+        stub.on(
+            "Player/Home",
+            StubReply{.body = "<script>location.href='app:///Execute/EnableDraggableHomeScreen'</script>"});
+        stub.on("Player/Play", StubReply{.body = "<title>film</title>"});
         stub.on("Api/MovieFile/GetSubtitlesToDownload", {.contentType = "application/json", .body = "{}"});
         MConstants::setMurvoBaseUrl(stub.baseUrl());
         delegate = std::make_unique<AppDelegate>(DesktopEnvironment::profile(), DesktopEnvironment::vlc());
