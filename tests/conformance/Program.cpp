@@ -42,6 +42,24 @@ void Program::removeVariable(const char *name) {
     _environment.remove(QString::fromLatin1(name));
 }
 
+void Program::installBrowser() {
+    QFile browser(path(QStringLiteral("xdg-open")));
+    ASSERT_TRUE(browser.open(QIODevice::WriteOnly));
+    browser.write(
+        "#!/bin/sh\necho \"$1\" >\"${0%/*}/opened.new\" && mv \"${0%/*}/opened.new\" \"${0%/*}/opened\"\n");
+    browser.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    setVariable("PATH", path(QStringLiteral(".")) + u':' + qEnvironmentVariable("PATH"));
+}
+
+QString Program::takeOpenedAddress() const {
+    QFile opened(path(QStringLiteral("opened")));
+    if (!opened.open(QIODevice::ReadOnly))
+        return {};
+    const QString address = QString::fromUtf8(opened.readAll()).trimmed();
+    opened.remove();
+    return address;
+}
+
 void Program::setPreference(const QString &key, const QString &value) const {
     QSettings(path(QStringLiteral("xdg_config_home/Murvo/Murvo.conf")), QSettings::IniFormat)
         .setValue(key, value);

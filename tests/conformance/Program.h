@@ -23,6 +23,10 @@ class Program {
     // Before the start
     void setVariable(const char *name, const QString &value);
     void removeVariable(const char *name);
+    /// Gives the user a browser, which only tells what it opens.
+    void installBrowser();
+    /// What the browser has been told to open, once; empty before.
+    [[nodiscard]] QString takeOpenedAddress() const;
     /// What the user's settings hold.
     void setPreference(const QString &key, const QString &value) const;
 
