@@ -103,7 +103,6 @@ class AppDelegate : public QObject {
     // Intake
     void takeVideoIn(const QString &videoSource);
     void endEarlierVideo();
-    void dismissDialogs();
     [[nodiscard]] bool isUrl() const;
 
     // Home screen
@@ -123,6 +122,7 @@ class AppDelegate : public QObject {
     // Player screen
     void loadPlayerScreen();
     void hidePlayerScreen();
+    static void dismissDialogs(const QWidget &above);
     void createPlayerScreen();
     void connectPlayerScreen();
     void repositionWindows();

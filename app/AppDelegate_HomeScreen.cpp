@@ -65,10 +65,13 @@ void AppDelegate::createHomeScreen() {
     connect(_homeWebViewController.get(), &WebViewController::progressFinished, this,
             &AppDelegate::homeScreenConnected);
     connect(_homeWebViewController.get(), &WebViewController::pageDied, this, &AppDelegate::homePageDied);
-    // "Connecting..." stays meanwhile. Under a film it is not tried again: the way home loads it.
+    // "Connecting..." stays meanwhile. Under a film it is loaded, too: films from the shell need it. While
+    // one is looked up, the loader belongs to that.
     new PageRetry(*_homeWebViewController, [this] { // its child
-        if (!_homeWebViewController->view()->isHidden())
-            loadHomePage();
+        if (_homeWebViewController->view()->isHidden() && !isPlayerScreenVisible())
+            return false;
+        loadHomePage();
+        return true;
     });
     _homeWebViewController->setNavigationPolicy(
         [this](const QUrl &url) { return decidePolicyForNavigation(url, Page::Home); });

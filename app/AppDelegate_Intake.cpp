@@ -13,8 +13,6 @@
 #include "app/ViewControllers/LoaderViewController.h"
 #include "app/ViewControllers/WebViewController.h"
 
-#include <QDialog>
-
 namespace murvo {
 
 void AppDelegate::applicationOpenFile(const QString &path) {
@@ -32,6 +30,7 @@ void AppDelegate::takeVideoIn(const QString &videoSource) {
 
 void AppDelegate::processVideoAndLaunch(const QString &videoSource) {
     endEarlierVideo();
+    dismissDialogs(*_window);
     const unsigned generation = _generation;
     _session.subtitlesData.clear();
     _session.videoProcessStatusCode = 0;
@@ -59,17 +58,6 @@ void AppDelegate::endEarlierVideo() {
     MSubtitlesToDownload::resetDownloader();
     MSubtitlesToUpload::resetUploader();
     delete _alert;
-    dismissDialogs();
-}
-
-void AppDelegate::dismissDialogs() {
-    // A chooser or a dialog goes with what it was opened over: hidden with it or beneath it, it would still
-    // block the whole program.
-    const auto dialogs = _window->findChildren<QDialog *>();
-    for (QDialog *dialog : dialogs) {
-        if (dialog->isVisible()) // an answered alert leads here, and waits to be deleted
-            dialog->reject();
-    }
 }
 
 bool AppDelegate::isUrl() const {

@@ -13,6 +13,7 @@
 #include "app/ViewControllers/VLCVideoViewController.h"
 #include "app/ViewControllers/WebViewController.h"
 
+#include <QDialog>
 #include <QStackedLayout>
 
 namespace murvo {
@@ -41,10 +42,27 @@ void AppDelegate::loadPlayerScreen() {
     _vlcViewWindow->show();
     _playerWebViewWindow->show();
     _playerWebViewWindow->makeKeyWindow();
+    // The person may have begun to choose another film while this one was looked up.
+    const auto dialogs = _window->findChildren<QDialog *>();
+    for (QDialog *dialog : dialogs) {
+        if (dialog->isVisible())
+            dialog->raise();
+    }
+}
+
+void AppDelegate::dismissDialogs(const QWidget &above) {
+    // A chooser or a dialog goes with what it was opened over: hidden with it, it would still block the whole
+    // program.
+    const auto dialogs = above.findChildren<QDialog *>();
+    for (QDialog *dialog : dialogs) {
+        if (dialog->isVisible()) // an answered alert leads here, and waits to be deleted
+            dialog->reject();
+    }
 }
 
 void AppDelegate::hidePlayerScreen() {
     _playerWebViewController->clear();
+    dismissDialogs(*_playerWebViewWindow);
     _playerWebViewWindow->hide();
     _vlcViewWindow->hide();
 }
@@ -66,7 +84,10 @@ void AppDelegate::createPlayerScreen() {
 
 void AppDelegate::connectPlayerScreen() {
     // player page -> this
-    new PageRetry(*_playerWebViewController, [this] { loadPlayerPage(); }); // its child
+    new PageRetry(*_playerWebViewController, [this] { // its child
+        loadPlayerPage();
+        return true;
+    });
     _playerWebViewController->setNavigationPolicy(
         [this](const QUrl &url) { return decidePolicyForNavigation(url, Page::Player); });
     _playerWebViewController->setFileChooser([this] { return runOpenPanelForFileButton(); });

@@ -103,18 +103,14 @@ void complain(const QString &sentence) {
     QMessageBox::critical(nullptr, QStringLiteral("Murvo"), sentence);
 }
 
-/// The address of the service to use, or null after a message. Starts the embedded service when no other is
-/// named.
-QString findService(std::unique_ptr<service::EmbeddedService> &embedded) {
+/// The address of the service to use, or null and a sentence for the user. Starts the embedded service when
+/// no other is named.
+QString findService(std::unique_ptr<service::EmbeddedService> &embedded, QString &error) {
     QString given = givenService();
     if (!given.isNull())
         return given;
-    QString error;
     embedded = service::EmbeddedService::start(dataFolder(), error);
-    if (embedded)
-        return embedded->baseUrl();
-    complain(error);
-    return {};
+    return embedded ? embedded->baseUrl() : QString();
 }
 
 /// One Murvo runs for each user, store, service and screen.
@@ -148,9 +144,13 @@ int runApplication(QApplication &application, SingleInstance &instance, const QS
     QObject::connect(&signalsOfEnd, &TerminationSignals::received, &application,
                      [] { QCoreApplication::exit(0); });
     std::unique_ptr<service::EmbeddedService> embedded;
-    const QString baseUrl = findService(embedded);
-    if (baseUrl.isNull())
+    QString error;
+    const QString baseUrl = findService(embedded, error);
+    if (baseUrl.isNull()) {
+        instance.giveUp(); // a later start says the same, in place of waiting for this one
+        complain(error);
         return exitFailure;
+    }
     MConstants::setMurvoBaseUrl(baseUrl);
 
     // Order of life: the pages end before their profile, the players before the library.

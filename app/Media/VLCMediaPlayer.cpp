@@ -329,9 +329,9 @@ void VLCMediaPlayer::receive(unsigned generation, int eventType) {
     // decoded is known for certain only at the stop after the end.
     const bool hasNothing = _state == VLCMediaPlayerStateEnded && !_media->hasPictureOrSound();
     // A film whose server does not give what the library asks for ends at once, too, though it has a length.
-    const bool wasNothing = _state == VLCMediaPlayerStateStopped && _hasEnded && !_hasPlayedTrack &&
+    const bool neverBegan = _state == VLCMediaPlayerStateStopped && _hasEnded && !_hasPlayedTrack &&
                             (!_media->hasDecodedAnything() || _media->length().intValue() >= longFilmMs);
-    if (hasNothing || wasNothing) {
+    if (hasNothing || neverBegan) {
         _state = VLCMediaPlayerStateError;
         _hasEnded = false;
     }

@@ -65,10 +65,10 @@ QStringList chooseSubtitles(QWidget *parent) {
         if (!files.isEmpty() && std::all_of(files.cbegin(), files.cend(), isSubtitleName))
             return files;
         // A name can be typed past the filter.
-        QMessageBox::information(
+        const auto answer = QMessageBox::information(
             parent, QApplication::applicationName(),
             QCoreApplication::translate("FileChooser", "Only .srt and .sub files can be chosen here."));
-        if (!parent->isVisible()) // the film has ended meanwhile
+        if (answer != QMessageBox::Ok) // another film has come meanwhile
             break;
     }
     return {};

@@ -24,7 +24,9 @@ struct HttpRequest {
     QUrl url;
     QList<HttpHeader> headers = {};
     QByteArray body = {};
-    std::chrono::milliseconds timeout = std::chrono::seconds(60); ///< for the whole, redirects and all
+    /// For the whole: waiting for a free connection, redirects, sending and receiving. What has come by then
+    /// has been handed over.
+    std::chrono::milliseconds timeout = std::chrono::seconds(60);
     qint64 longestBody = 64 * 1024 * 1024;                        ///< bytes; a longer one is a failure
 };
 

@@ -26,15 +26,18 @@ constexpr unsigned long pauseBetweenTriesMs = 50;
 } // namespace
 
 SingleInstance::SingleInstance(const QString &folder, const QString &name)
-    : _lock(QDir(folder).filePath(name + QStringLiteral(".lock")))
+    : _hasFolder(!folder.isEmpty())
+    , _lock(QDir(folder).filePath(name + QStringLiteral(".lock")))
     , _socketPath(QDir(folder).filePath(name + QStringLiteral(".socket"))) {
     _server.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&_server, &QLocalServer::newConnection, this, &SingleInstance::takeConnection);
 }
 
 SingleInstance::Claim SingleInstance::claim(const QByteArray &message, std::chrono::milliseconds limit) {
-    if (!_lock.open(QIODevice::ReadWrite)) {
-        qCWarning(logApp) << "Cannot tell whether Murvo runs already:" << _lock.errorString();
+    if (!_hasFolder || !_lock.open(QIODevice::ReadWrite)) {
+        qCWarning(logApp).noquote() << "Cannot tell whether Murvo runs already:"
+                                    << (_hasFolder ? _lock.errorString()
+                                                   : QStringLiteral("no runtime folder"));
         return Claim::First;
     }
     const QDeadlineTimer deadline(limit);
@@ -66,6 +69,10 @@ bool SingleInstance::handOver(const QByteArray &message, std::chrono::millisecon
     return socket.waitForBytesWritten(static_cast<int>(deadline.remainingTime())) &&
            socket.waitForReadyRead(static_cast<int>(deadline.remainingTime())) && socket.getChar(&answer) &&
            answer == taken;
+}
+
+void SingleInstance::giveUp() {
+    _lock.close();
 }
 
 void SingleInstance::listen() {

@@ -23,13 +23,17 @@ class SingleInstance : public QObject {
         Unanswered, ///< there is one, and it did not take the message within the limit
     };
 
-    /// Lock and socket lie in folder, which must be the user's alone; name is a file name.
+    /// Lock and socket lie in folder, which must be the user's alone; empty when there is none. Name is a
+    /// file name.
     SingleInstance(const QString &folder, const QString &name);
 
     /// Blocks, for the limit at most. While the process that has the name starts or ends, it is tried again;
-    /// so the message is taken by that one, or the name becomes this one's. Where no lock can be made every
-    /// process is the first.
+    /// so the message is taken by that one, or the name becomes this one's. A message given up may still be
+    /// taken later. Where no lock can be made every process is the first.
     [[nodiscard]] Claim claim(const QByteArray &message, std::chrono::milliseconds limit);
+
+    /// Leaves the name to the next one that claims it. For the first, as long as it does not listen.
+    void giveUp();
 
     /// From now on received() comes with each message, in the event loop. For the first only.
     void listen();
@@ -42,6 +46,7 @@ class SingleInstance : public QObject {
     [[nodiscard]] bool handOver(const QByteArray &message, std::chrono::milliseconds limit) const;
     void takeConnection();
 
+    const bool _hasFolder;
     QFile _lock; // closed at the end, which unlocks it
     const QString _socketPath;
     QLocalServer _server;

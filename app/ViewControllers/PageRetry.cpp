@@ -12,13 +12,13 @@ constexpr std::chrono::milliseconds firstPause{500};
 constexpr std::chrono::milliseconds longestPause{30'000};
 } // namespace
 
-PageRetry::PageRetry(WebViewController &page, std::function<void()> load)
+PageRetry::PageRetry(WebViewController &page, std::function<bool()> load)
     : QObject(&page)
     , _pause(firstPause) {
     _next.setSingleShot(true);
-    connect(&_next, &QTimer::timeout, this, [&page, load = std::move(load)] {
-        if (!page.isLoading()) // a load under way will tell how it ends
-            load();
+    connect(&_next, &QTimer::timeout, this, [this, &page, load = std::move(load)] {
+        if (!page.isLoading() && !load()) // a load under way will tell how it ends
+            _next.start(_pause);
     });
     // page -> this
     connect(&page, &WebViewController::progressStarted, &_next, &QTimer::stop);

@@ -17,9 +17,9 @@ class PageRetry : public QObject {
     Q_OBJECT
 
   public:
-    /// load starts the page's loading, or does nothing when the page is not wanted at that moment. The
-    /// controller is borrowed and owns this.
-    PageRetry(WebViewController &page, std::function<void()> load);
+    /// load starts the page's loading, or does nothing when nobody wants the page any more; false puts it off
+    /// for another pause. The controller is borrowed and owns this.
+    PageRetry(WebViewController &page, std::function<bool()> load);
 
   private:
     void schedule();

@@ -75,6 +75,11 @@ Response errorForStatus(int status) {
     }
 }
 
+// The library would cut a page's file or a reply to the range and still call it whole (200).
+void forgetRanges(const httplib::Request &request) {
+    const_cast<httplib::Request &>(request).ranges.clear();
+}
+
 // The library refuses multipart bodies that the player may rightly send (one without a part, for instance)
 // before any route sees them. Told that the body is plain bytes it hands it over whole, and the route reads
 // it itself.
@@ -117,15 +122,15 @@ void HttpServer::Impl::configure() {
     server.set_exception_handler([](const auto &, auto &to, const std::exception_ptr &) {
         write(errorResponse(500, QStringLiteral("internal"), QStringLiteral("The service failed.")), to);
     });
-    server.set_error_handler([](const httplib::Request &, httplib::Response &to) {
+    server.set_error_handler([](const httplib::Request &from, httplib::Response &to) {
+        forgetRanges(from);
         if (to.body.empty())
             write(errorForStatus(to.status), to);
     });
     server.set_pre_routing_handler([this](const httplib::Request &from, httplib::Response &to) {
         auto &headers = const_cast<httplib::Request &>(from).headers;
         headers.erase(hiddenTypeHeader);
-        // The library would cut a page's file or a reply to the range and still call it whole (200).
-        const_cast<httplib::Request &>(from).ranges.clear();
+        forgetRanges(from);
         if (const auto refusal = refuse(from)) {
             write(*refusal, to);
             return httplib::Server::HandlerResponse::Handled;

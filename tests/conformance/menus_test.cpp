@@ -62,6 +62,25 @@ TEST_F(Menus, OpenTakesAFileOfAnyKindAndBeginsWhereTheLastFilmWas) {
     EXPECT_THAT(session.lookups().value(1).body.toStdString(), testing::HasSubstr("&fileName=sound.mka&"));
 }
 
+TEST_F(Menus, AChooserOpenedDuringASearchStaysAboveTheFilmThatComes) {
+    stub.on(Session::lookupPath, {.body = "{}", .isHeld = true});
+    ASSERT_EQ(program.startAgain({filmWithTwoAudioTracks()}), 0);
+    home.send("app:///Execute/EnableDraggableHomeScreen");
+    ASSERT_TRUE(waitUntil([this] { return session.lookups().size() == 1; }));
+    press("ctrl+o");
+    ASSERT_TRUE(waitForDialog());
+    EXPECT_EQ(stub.releaseHeld(), 1);
+    ASSERT_TRUE(waitForFilm());
+    EXPECT_EQ(program.windows().last(), program.dialog()) << "the topmost";
+    EXPECT_TRUE(waitUntil([this] { return XWindow::active() == program.dialog(); }));
+    stub.on(Session::lookupPath, StubReply{.body = "{}"});
+    player.forget();
+    typeInstead(shortFilm());
+    press("Return");
+    EXPECT_TRUE(waitForFilm());
+    EXPECT_EQ(session.lookups().size(), 2);
+}
+
 TEST_F(Menus, OpenUrlSaysWhatIsNoAddressAndTakesWhatIsOne) {
     QFile file(silentFilm());
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));

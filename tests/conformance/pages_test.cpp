@@ -111,8 +111,13 @@ TEST_F(Pages, TheirProcessesMayDie) {
     player.send("app:///Request/Duration?guid=again");
     EXPECT_TRUE(waitUntil([this] { return !player.answers("again").isEmpty(); }));
 
-    program.mainWindow().close();
-    ASSERT_TRUE(waitUntil([this] { return session.isHomeShown(); }));
+    EXPECT_TRUE(waitUntil([this] { return stub.requestsTo("Player/Home").size() == 2; }));
+    EXPECT_EQ(program.startAgain({shortFilm()}), 0);
+    home.send("app:///Execute/EnableDraggableHomeScreen");
+    EXPECT_TRUE(waitUntil([this] { return session.playerPages().size() == 3; }))
+        << "the home page under the film takes films again";
+
+    session.goHome();
     killPages();
     EXPECT_TRUE(waitUntil([this] { return stub.requestsTo("Player/Home").size() == 3; }));
     EXPECT_TRUE(waitUntil([this] { return session.isHomeShown(); }));

@@ -170,6 +170,8 @@ TEST_F(AccessTest, AReplyIsNeverCutToARange) {
         EXPECT_EQ(reply.status, 200) << range;
         EXPECT_EQ(reply.body, whole.body) << range;
     }
+    const Reply refused = ask("GET", QStringLiteral("Api/Settings"), {{"Range", "bytes=0-1,5-3"}});
+    EXPECT_EQ(refused.errorCode(), QStringLiteral("badRequest")) << refused.body.toStdString();
 }
 
 TEST_F(AccessTest, NoiseOnTheSocketDoesNotStopIt) {

@@ -90,4 +90,13 @@ TEST_F(OneInstance, DropsASenderThatSaysTooMuchAndGoesOn) {
     EXPECT_EQ(received, QList<QByteArray>{"film"});
 }
 
+TEST_F(OneInstance, IsTheFirstWhereThereIsNoFolderOfTheUsers) {
+    for (int i = 0; i < 2; ++i) {
+        SingleInstance homeless(QString(), QStringLiteral("name"));
+        EXPECT_EQ(homeless.claim("film", 0ms), Claim::First);
+        homeless.listen();
+    }
+    EXPECT_FALSE(QFile::exists(QStringLiteral("name.lock")));
+}
+
 } // namespace murvo
