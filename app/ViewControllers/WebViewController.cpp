@@ -137,6 +137,8 @@ void WebViewController::makeView(QWebEngineProfile &profile) {
     _view = new MDragReceiverWebView;
     auto policy = [this](const QUrl &url, bool isMainFrame) {
         const bool isAccepted = !_policy || _policy(url);
+        if (isMainFrame)
+            _refusedUrl = isAccepted ? QUrl() : url;
         if (isAccepted && isMainFrame)
             Q_EMIT progressStarted();
         return isAccepted;
@@ -151,7 +153,8 @@ void WebViewController::makeView(QWebEngineProfile &profile) {
     connect(page, &QWebEnginePage::loadingChanged, this, [this](const QWebEngineLoadingInfo &info) {
         if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus)
             return;
-        if (isLoaded(info, _view->url()))
+        // A navigation that was refused is no page that did not come: the one before it stays.
+        if (info.url() == _refusedUrl || isLoaded(info, _view->url()))
             Q_EMIT progressFinished();
         else
             Q_EMIT progressFailed();

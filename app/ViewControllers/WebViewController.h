@@ -78,6 +78,7 @@ class WebViewController : public QObject {
     NavigationPolicy _policy;
     FileChooser _fileChooser;
     QUrl _ownOrigin;
+    QUrl _refusedUrl; // by the policy, in the main frame, last; empty when it accepted
 };
 
 } // namespace murvo

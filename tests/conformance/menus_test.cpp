@@ -162,8 +162,9 @@ TEST_F(Menus, AFileButtonOfAPageTakesSubtitlesOnly) {
     const XWindow chooser = program.dialog();
     choose("notes.txt");
     ASSERT_TRUE(waitForDialog(chooser)) << "the refusal";
+    const XWindow refusal = program.dialog();
     press("Return");
-    ASSERT_TRUE(waitForDialog());
+    ASSERT_TRUE(waitForDialog(refusal));
     EXPECT_TRUE(chosen().isEmpty());
     choose("FILM.SUB");
     ASSERT_TRUE(waitUntil([&] { return chosen().size() == 1; }));

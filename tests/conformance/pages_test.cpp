@@ -135,6 +135,7 @@ TEST_F(Pages, TheRegistrationLinkGoesToTheUsersBrowser) {
         EXPECT_TRUE(session.isHomeShown()) << "the page stays";
     }
     EXPECT_TRUE(stub.requestsTo("Any/PlayerRegister").isEmpty());
+    EXPECT_FALSE(waitUntil([this] { return stub.requestsTo("Player/Home").size() > 1; }, 1s)) << "a reload";
     session.end();
 }
 

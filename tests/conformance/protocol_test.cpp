@@ -174,7 +174,8 @@ Checks Protocol::events() {
         {QStringLiteral("nativeApp:enteredFullscreen"),
          [this](auto &) {
              pressKey(QStringLiteral("F11"));
-             return hears("nativeApp:enteredFullscreen");
+             return hears("nativeApp:enteredFullscreen") &&
+                    waitUntil([this] { return XWindow::active() == program.pageWindow(); });
          }},
         {QStringLiteral("nativeApp:leftFullscreen"),
          [this](auto &) {
