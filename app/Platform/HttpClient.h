@@ -27,7 +27,7 @@ struct HttpRequest {
     /// For the whole: waiting for a free connection, redirects, sending and receiving. What has come by then
     /// has been handed over.
     std::chrono::milliseconds timeout = std::chrono::seconds(60);
-    qint64 longestBody = 64 * 1024 * 1024;                        ///< bytes; a longer one is a failure
+    qint64 longestBody = 64 * 1024 * 1024; ///< bytes; a longer one is a failure
 };
 
 struct HttpResponse {

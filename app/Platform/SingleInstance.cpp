@@ -20,15 +20,37 @@ using namespace std::chrono_literals;
 namespace {
 constexpr QDataStream::Version streamVersion = QDataStream::Qt_6_4;
 constexpr qint64 longestMessageBytes = 64LL * 1024; // with its length in front
+// The order: the first greets, the other sends the time of its own start and its message, the first answers.
+// One that is not greeted keeps its message to itself.
+constexpr char greeting = '?';
 constexpr char taken = '+';
 constexpr auto senderLimit = 5s;
 constexpr unsigned long pauseBetweenTriesMs = 50;
+
+/// When this process was started, in clock ticks since the machine was; 0 where that cannot be told.
+quint64 processStart() {
+    QFile file(QStringLiteral("/proc/self/stat"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    const QByteArray stat = file.readAll();
+    constexpr qsizetype startField = 19; // counted after the program's name, which is in parentheses
+    return stat.mid(stat.lastIndexOf(')') + 2).split(' ').value(startField).toULongLong();
+}
+
+bool receive(QLocalSocket &socket, char expected, const QDeadlineTimer &deadline) {
+    char byte = 0;
+    return (socket.bytesAvailable() > 0 ||
+            socket.waitForReadyRead(static_cast<int>(deadline.remainingTime()))) &&
+           socket.getChar(&byte) && byte == expected;
+}
+
 } // namespace
 
 SingleInstance::SingleInstance(const QString &folder, const QString &name)
     : _hasFolder(!folder.isEmpty())
     , _lock(QDir(folder).filePath(name + QStringLiteral(".lock")))
-    , _socketPath(QDir(folder).filePath(name + QStringLiteral(".socket"))) {
+    , _socketPath(QDir(folder).filePath(name + QStringLiteral(".socket")))
+    , _latestStart(0) {
     _server.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&_server, &QLocalServer::newConnection, this, &SingleInstance::takeConnection);
 }
@@ -42,8 +64,10 @@ SingleInstance::Claim SingleInstance::claim(const QByteArray &message, std::chro
     }
     const QDeadlineTimer deadline(limit);
     for (;;) {
-        if (tryLock())
+        if (tryLock()) {
+            _latestStart = message.isEmpty() ? 0 : processStart();
             return Claim::First;
+        }
         if (handOver(message, std::chrono::milliseconds(deadline.remainingTime())))
             return Claim::HandedOver;
         if (deadline.hasExpired())
@@ -62,13 +86,13 @@ bool SingleInstance::handOver(const QByteArray &message, std::chrono::millisecon
     socket.connectToServer(_socketPath);
     if (!socket.waitForConnected(static_cast<int>(deadline.remainingTime())))
         return false;
+    if (!receive(socket, greeting, deadline))
+        return false;
     QDataStream stream(&socket);
     stream.setVersion(streamVersion);
-    stream << message;
-    char answer = 0;
+    stream << processStart() << message;
     return socket.waitForBytesWritten(static_cast<int>(deadline.remainingTime())) &&
-           socket.waitForReadyRead(static_cast<int>(deadline.remainingTime())) && socket.getChar(&answer) &&
-           answer == taken;
+           receive(socket, taken, deadline);
 }
 
 void SingleInstance::giveUp() {
@@ -92,21 +116,25 @@ void SingleInstance::takeConnection() {
             QDataStream stream(sender);
             stream.setVersion(streamVersion);
             stream.startTransaction();
+            quint64 start = 0;
             QByteArray message;
-            stream >> message;
+            stream >> start >> message;
             if (!stream.commitTransaction()) {
                 if (sender->bytesAvailable() >= longestMessageBytes)
                     sender->abort();
                 return;
             }
             sender->disconnect(this); // one message each
+            if (start < _latestStart)
+                message.clear();
+            if (!message.isEmpty())
+                _latestStart = start;
             Q_EMIT received(message);
             sender->putChar(taken);
             sender->disconnectFromServer();
         };
         connect(sender, &QLocalSocket::readyRead, this, read);
-        if (sender->bytesAvailable() > 0)
-            read();
+        sender->putChar(greeting);
     }
 }
 

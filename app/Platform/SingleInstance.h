@@ -28,17 +28,18 @@ class SingleInstance : public QObject {
     SingleInstance(const QString &folder, const QString &name);
 
     /// Blocks, for the limit at most. While the process that has the name starts or ends, it is tried again;
-    /// so the message is taken by that one, or the name becomes this one's. A message given up may still be
-    /// taken later. Where no lock can be made every process is the first.
+    /// so the message is taken by that one, or the name becomes this one's. Where no lock can be made every
+    /// process is the first.
     [[nodiscard]] Claim claim(const QByteArray &message, std::chrono::milliseconds limit);
 
     /// Leaves the name to the next one that claims it. For the first, as long as it does not listen.
     void giveUp();
 
-    /// From now on received() comes with each message, in the event loop. For the first only.
+    /// From now on received() comes for each later process, in the event loop. For the first only.
     void listen();
 
   Q_SIGNALS:
+    /// The message is empty when there is none, or when a process that was started later has been quicker.
     void received(const QByteArray &message);
 
   private:
@@ -49,6 +50,7 @@ class SingleInstance : public QObject {
     const bool _hasFolder;
     QFile _lock; // closed at the end, which unlocks it
     const QString _socketPath;
+    quint64 _latestStart; // of the processes that had a message
     QLocalServer _server;
 };
 

@@ -2,6 +2,7 @@
 #include "app/Platform/SingleInstance.h"
 #include "support/Wait.h"
 
+#include <QDataStream>
 #include <QFile>
 #include <QLocalSocket>
 #include <QTemporaryDir>
@@ -75,6 +76,27 @@ TEST_F(OneInstance, LeavesTheNameToTheNextWhenItEndsOrDoesNotAnswer) {
     auto later = claimLater("film");
     EXPECT_EQ(outcome(later), Claim::HandedOver);
     EXPECT_EQ(received, QList<QByteArray>{"film"});
+}
+
+TEST_F(OneInstance, TheLaterStartedWinsAndOneThatIsNotGreetedKeepsItsMessage) {
+    auto first = makeFirst();
+    const auto send = [this](quint64 start, const QByteArray &message) {
+        QLocalSocket sender;
+        sender.connectToServer(socketPath());
+        EXPECT_TRUE(test::waitUntil([&] { return sender.bytesAvailable() == 1; })) << "the greeting";
+        QDataStream stream(&sender);
+        stream.setVersion(QDataStream::Qt_6_4);
+        stream << start << message;
+        EXPECT_TRUE(test::waitUntil([&] { return sender.bytesAvailable() == 2; }));
+    };
+    first->listen();
+    auto unheard = std::async(std::launch::deferred, [this] { return make()->claim("unheard", 100ms); });
+    EXPECT_EQ(unheard.get(), Claim::Unanswered) << "this thread does not take it meanwhile";
+    test::letPass(100ms);
+    const quint64 later = ~quint64{0};
+    send(later, "later");
+    send(later - 1, "earlier, but slower");
+    EXPECT_EQ(received, (QList<QByteArray>{"later", {}}));
 }
 
 TEST_F(OneInstance, DropsASenderThatSaysTooMuchAndGoesOn) {
