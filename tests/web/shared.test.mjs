@@ -5,7 +5,7 @@ import { test } from 'node:test';
 
 import { flagClass } from '../../web/home/flagclass.mjs';
 import { audioTrackName } from '../../web/play/audiomenu.mjs';
-import { noticeOf } from '../../web/play/notice.mjs';
+import { noticeOf, waitingText } from '../../web/play/notice.mjs';
 import { ServiceApi } from '../../web/shared/api.mjs';
 import { PlayerBridge, requestUrl } from '../../web/shared/bridge.mjs';
 import { FakeTimers } from './faketimers.mjs';
@@ -85,6 +85,11 @@ test('sound tracks have a name in any case', () => {
   assert.equal(audioTrackName({ title: 'Commentary', languageName: 'English' }, 2), 'English (Commentary)');
   assert.equal(audioTrackName({ title: 'English 5.1', languageName: 'English' }, 2), 'English 5.1');
   assert.equal(audioTrackName({ title: '', languageName: '' }, 3), 'Track 3');
+});
+
+test('a film that stays silent is called lost, with what can be done', () => {
+  assert.equal(waitingText(4000), 'Waiting for the film…');
+  assert.match(waitingText(20_000), /open another film/);
 });
 
 test('the learner is told why a line is missing', () => {

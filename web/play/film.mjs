@@ -67,10 +67,15 @@ export class Film {
 
   /** The film should run but has not been heard of for some seconds: its server is silent, or slow to begin. */
   get waiting() {
-    if (!this.playing || this.ended) return false;
+    return this.silenceMs >= longestSilenceMs;
+  }
+
+  /** For how long the film, which should run, has not been heard of. */
+  get silenceMs() {
+    if (!this.playing || this.ended) return 0;
     // Where the end is not known, silence may be the end.
-    if (this.durationMs === null && this.positionMs !== null) return false;
-    return this.#now() - this.#heardAt >= longestSilenceMs;
+    if (this.durationMs === null && this.positionMs !== null) return 0;
+    return this.#now() - this.#heardAt;
   }
 
   /** index: of the track that lines are stepped by, or null. */

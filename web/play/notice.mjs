@@ -11,3 +11,11 @@ export function noticeOf({ fileName, learned, native, unusable }) {
   const base = dot > 0 ? fileName.slice(0, dot) : fileName;
   return `No subtitles were found beside this film. Put ${base}.en.srt next to it and open it again.`;
 }
+
+const patienceMs = 20_000;
+
+/** What to say of a film that should run and has been silent for so long. */
+export function waitingText(silenceMs) {
+  if (silenceMs < patienceMs) return 'Waiting for the film…';
+  return 'Still waiting for the film. Its server may be gone: → tries again, or open another film.';
+}

@@ -11,7 +11,7 @@ import { Film } from './film.mjs';
 import { actionOfKey } from './keys.mjs';
 import { LinesDriver } from './linesdriver.mjs';
 import { LinesView } from './linesview.mjs';
-import { noticeOf } from './notice.mjs';
+import { noticeOf, waitingText } from './notice.mjs';
 import { PictureClick } from './pictureclick.mjs';
 import { PointerRest } from './rest.mjs';
 import { SavedVolume } from './savedvolume.mjs';
@@ -64,7 +64,7 @@ function show() {
 }
 
 function showWaiting() {
-  const text = film.waiting ? 'Waiting for the film…' : '';
+  const text = film.waiting ? waitingText(film.silenceMs) : '';
   if (element('waiting').textContent !== text) element('waiting').textContent = text;
 }
 
