@@ -5,6 +5,7 @@
 
 class QAction;
 class QMenuBar;
+class QShortcut;
 class QWidget;
 
 namespace murvo {
@@ -24,6 +25,7 @@ class ViewMenuController : public QObject {
 
   private:
     QAction *_fullScreenAction;
+    QShortcut *_leaveShortcut;
 };
 
 } // namespace murvo

@@ -132,6 +132,13 @@ TEST_F(Menus, FullScreenFollowsItsKey) {
     ASSERT_TRUE(waitUntil([this] { return XWindow::active() == program.pageWindow(); }));
     press("F11");
     EXPECT_TRUE(waitUntil([&] { return !isFullScreen() && player.count("nativeApp:leftFullscreen") == 1; }));
+
+    session.goHome();
+    ASSERT_TRUE(waitUntil([this] { return XWindow::active() == program.mainWindow(); }));
+    press("F11");
+    ASSERT_TRUE(waitUntil([&] { return isFullScreen() && XWindow::active() == program.mainWindow(); }));
+    press("Escape");
+    EXPECT_TRUE(waitUntil([&] { return !isFullScreen(); })) << "at home, too";
 }
 
 TEST_F(Menus, AFileButtonOfAPageTakesSubtitlesOnly) {
