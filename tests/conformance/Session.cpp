@@ -64,9 +64,12 @@ void Session::goHome() {
             << program.log().toStdString();
     };
     waitForRest();
-    if (const XWindow dialog = program.dialog(); dialog.exists()) {
+    // A dialog may stand over another one, when the test before has failed.
+    bool isClosed = true;
+    for (XWindow dialog = program.dialog(); dialog.exists() && isClosed; dialog = program.dialog()) {
         dialog.close();
-        EXPECT_TRUE(waitUntil([&] { return !(program.dialog() == dialog); }));
+        isClosed = waitUntil([&] { return !(program.dialog() == dialog); });
+        EXPECT_TRUE(isClosed);
         waitForRest();
     }
     const qsizetype before = home.count("refreshLevel");
