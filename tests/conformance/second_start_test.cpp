@@ -114,6 +114,7 @@ TEST_F(SecondStart, TheLastOfTwelveFilmsInTenSecondsPlaysAlone) {
     clock.start();
     for (int i = 0; i < ManyFilms::count; ++i) {
         const QString &path = films.paths[i];
+        ASSERT_TRUE(waitUntil([&] { return program.logged("Analyzing video...").size() == i; }));
         switch (i % 4) {
         case 0:
         case 3:
