@@ -231,7 +231,7 @@ TEST_F(Bridge, StopLeadsHomeAndNothingThatThePageSentIsObeyedAfterIt) {
     EXPECT_TRUE(waitUntil([&] { return recorder.amplitudeOf(220) < 0.002; }));
     letPass(600ms);
     EXPECT_LT(recorder.amplitudeOf(220), 0.002) << "no sound under the home screen";
-    EXPECT_TRUE(session.isHomeShown());
+    EXPECT_TRUE(waitUntil([this] { return session.isHomeShown(); }));
     EXPECT_TRUE(stub.requestsTo("Player/Home").isEmpty()) << "the page is not loaded again";
     EXPECT_EQ(session.content().size(), QSize(600, 400));
 }
@@ -241,7 +241,7 @@ TEST_F(Bridge, CancelsPageRequestsWithoutLeavingThePage) {
                                 "app:///Request/Duration?guid=1"})
         std::ignore = home.evaluate(QStringLiteral("location.href = '%1'; 1").arg(QLatin1String(address)));
     EXPECT_EQ(home.evaluate(QStringLiteral("location.pathname")), QJsonValue(QStringLiteral("/Player/Home")));
-    EXPECT_TRUE(session.isHomeShown()) << "a cancelled navigation is no load";
+    EXPECT_TRUE(waitUntil([this] { return session.isHomeShown(); })) << "a cancelled navigation is no load";
     EXPECT_EQ(home.count("opened"), 0);
 
     // Another page of the service is let through, and the home screen begins anew.

@@ -42,7 +42,7 @@ TEST_F(Menus, OpenTakesAFileOfAnyKindAndBeginsWhereTheLastFilmWas) {
     EXPECT_EQ(program.dialog().title(), QStringLiteral("Open a film"));
     press("Escape");
     ASSERT_TRUE(waitForNoDialog());
-    EXPECT_TRUE(session.isHomeShown()) << "cancelled: all stays as it is";
+    EXPECT_TRUE(waitUntil([this] { return session.isHomeShown(); })) << "cancelled: all stays as it is";
     EXPECT_TRUE(stub.requests().isEmpty());
 
     ASSERT_TRUE(QFile::copy(silentFilm(), program.path(QStringLiteral("film.mkv"))));
@@ -71,7 +71,7 @@ TEST_F(Menus, AChooserOpenedDuringASearchStaysAboveTheFilmThatComes) {
     ASSERT_TRUE(waitForDialog());
     EXPECT_EQ(stub.releaseHeld(), 1);
     ASSERT_TRUE(waitForFilm());
-    EXPECT_EQ(program.windows().last(), program.dialog()) << "the topmost";
+    EXPECT_TRUE(waitUntil([this] { return program.windows().last() == program.dialog(); })) << "the topmost";
     EXPECT_TRUE(waitUntil([this] { return XWindow::active() == program.dialog(); }));
     stub.on(Session::lookupPath, StubReply{.body = "{}"});
     player.forget();

@@ -132,7 +132,7 @@ TEST_F(Pages, TheRegistrationLinkGoesToTheUsersBrowser) {
         std::ignore = home.evaluate(QStringLiteral("location.href = '%1'; 1").arg(QLatin1String(link)));
         const QString address = stub.baseUrl() + QStringLiteral("Account/Register");
         EXPECT_TRUE(waitUntil([&] { return program.takeOpenedAddress() == address; })) << link;
-        EXPECT_TRUE(session.isHomeShown()) << "the page stays";
+        EXPECT_TRUE(waitUntil([this] { return session.isHomeShown(); })) << "the page stays";
     }
     EXPECT_TRUE(stub.requestsTo("Any/PlayerRegister").isEmpty());
     EXPECT_FALSE(waitUntil([this] { return stub.requestsTo("Player/Home").size() > 1; }, 1s)) << "a reload";
