@@ -108,6 +108,7 @@ void restrict(QWebEngineSettings &settings) {
     settings.setAttribute(QWebEngineSettings::LocalContentCanAccessFileUrls, false);
     settings.setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, false);
     settings.setAttribute(QWebEngineSettings::PluginsEnabled, false);
+    settings.setAttribute(QWebEngineSettings::AutoLoadIconsForPage, false); // no window shows one
     settings.setAttribute(QWebEngineSettings::NavigateOnDropEnabled, false);
     settings.setAttribute(QWebEngineSettings::FocusOnNavigationEnabled, true);
     settings.setAttribute(QWebEngineSettings::PlaybackRequiresUserGesture, false);

@@ -43,7 +43,7 @@ TEST_F(Menus, OpenTakesAFileOfAnyKindAndBeginsWhereTheLastFilmWas) {
     press("Escape");
     ASSERT_TRUE(waitForNoDialog());
     EXPECT_TRUE(waitUntil([this] { return session.isHomeShown(); })) << "cancelled: all stays as it is";
-    EXPECT_TRUE(stub.requests().isEmpty());
+    EXPECT_TRUE(stub.requests().isEmpty()) << stub.requests().value(0).head.toStdString();
 
     ASSERT_TRUE(QFile::copy(silentFilm(), program.path(QStringLiteral("film.mkv"))));
     ASSERT_TRUE(QFile::copy(soundOnly(), program.path(QStringLiteral("sound.mka"))));
@@ -101,7 +101,7 @@ TEST_F(Menus, OpenUrlSaysWhatIsNoAddressAndTakesWhatIsOne) {
         press("Return");
         EXPECT_TRUE(complains(true)) << bad;
     }
-    EXPECT_TRUE(stub.requests().isEmpty());
+    EXPECT_TRUE(stub.requests().isEmpty()) << stub.requests().value(0).head.toStdString();
     typeInstead(QStringLiteral("  %1film.mkv").arg(stub.baseUrl()));
     press("Return");
     EXPECT_TRUE(waitForFilm());
