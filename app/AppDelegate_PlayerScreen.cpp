@@ -16,6 +16,10 @@
 #include <QDialog>
 #include <QStackedLayout>
 
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
 namespace murvo {
 
 namespace {
@@ -24,6 +28,16 @@ void fill(QWidget &window, QWidget *view) {
     auto *layout = new QStackedLayout(&window); // every view added fills the window
     layout->setStackingMode(QStackedLayout::StackAll);
     layout->addWidget(view);
+}
+
+/// Those whose parent is the window, or one that lies over it. Not an answered alert that waits to be
+/// deleted.
+std::vector<QDialog *> openDialogs(const QWidget &window) {
+    const QList<QDialog *> all = window.findChildren<QDialog *>();
+    std::vector<QDialog *> open;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(open),
+                 [](const QDialog *dialog) { return dialog->isVisible(); });
+    return open;
 }
 
 } // namespace
@@ -43,21 +57,15 @@ void AppDelegate::loadPlayerScreen() {
     _playerWebViewWindow->show();
     _playerWebViewWindow->makeKeyWindow();
     // The person may have begun to choose another film while this one was looked up.
-    const auto dialogs = _window->findChildren<QDialog *>();
-    for (QDialog *dialog : dialogs) {
-        if (dialog->isVisible())
-            dialog->raise();
-    }
+    for (QDialog *dialog : openDialogs(*_window))
+        dialog->raise();
 }
 
 void AppDelegate::dismissDialogs(const QWidget &above) {
     // A chooser or a dialog goes with what it was opened over: hidden with it, it would still block the whole
     // program.
-    const auto dialogs = above.findChildren<QDialog *>();
-    for (QDialog *dialog : dialogs) {
-        if (dialog->isVisible()) // an answered alert leads here, and waits to be deleted
-            dialog->reject();
-    }
+    for (QDialog *dialog : openDialogs(above))
+        dialog->reject();
 }
 
 void AppDelegate::hidePlayerScreen() {
