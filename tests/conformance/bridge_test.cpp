@@ -30,9 +30,6 @@ MATCHER_P2(IsBetween, low, high, "") {
 class Bridge : public Running {
   protected:
     void command(const QByteArray &nameAndArguments) { player.send("app:///Execute/" + nameAndArguments); }
-    [[nodiscard]] bool becomes(const QSize &content) const {
-        return waitUntil([&] { return session.content().size() == content; });
-    }
     /// No report of the film's time comes any more.
     [[nodiscard]] bool isStill() {
         player.forget();
@@ -105,19 +102,6 @@ TEST_F(Bridge, SetsTheSpeedAndFeedsThePositionAsItPlays) {
     session.settle();
     std::ignore = measuredSpeed(); // what was buffered at the old one
     EXPECT_THAT(measuredSpeed(), IsBetween(1.3, 1.7));
-}
-
-TEST_F(Bridge, ResizesForTutorialAndPayment) {
-    ASSERT_NO_FATAL_FAILURE(session.playFilm(filmWithTwoAudioTracks()));
-    ASSERT_TRUE(becomes(QSize(640, 360)));
-    command("ResizeForTutorial");
-    EXPECT_TRUE(becomes(QSize(907, 510)));
-    command("ResizeForPayment");
-    EXPECT_TRUE(becomes(QSize(1105, 570)));
-    command("ResizeForTutorial");
-    session.settle();
-    letPass(200ms);
-    EXPECT_EQ(session.content().size(), QSize(1105, 570)) << "high enough already";
 }
 
 TEST_F(Bridge, AnswersEachRequestOnceWithItsOwnGuid) {

@@ -254,7 +254,11 @@ Checks Protocol::commands() {
         {QStringLiteral("ResizeForPayment"),
          [this](auto &) {
              command("ResizeForPayment");
-             return waitUntil([this] { return session.content().size() == QSize(1105, 570); });
+             const bool isLarge = waitUntil([this] { return session.content().size() == QSize(1105, 570); });
+             command("ResizeForTutorial"); // high enough already
+             session.settle();
+             letPass(200ms);
+             return isLarge && session.content().size() == QSize(1105, 570);
          }},
         {QStringLiteral("PlayAudio"),
          [this](const QByteArray &argument) {
