@@ -319,11 +319,15 @@ TEST_F(Road, HashesRemoteFilmsOfServersThatDoNotKeepTheRules) {
                                 16)
                  .toStdString() +
              "&"},
-        // No length counts as the largest; the blocks are too short then.
+        // No length counts as the largest: with blocks that are too short for it, and with whole ones.
         {always({.body = "x", .declaredLength = -2}),
          {QStringLiteral("HEAD"), first,
           QStringLiteral("GET bytes=18446744073709486079-18446744073709551615")},
-         sizeAndHash({})}};
+         sizeAndHash({})},
+        {always({.body = QByteArray(65536, '\0'), .declaredLength = -2}),
+         {QStringLiteral("HEAD"), first,
+          QStringLiteral("GET bytes=18446744073709486079-18446744073709551615")},
+         "fileSize=18446744073709551615&movieHash=ffffffffffffffff&"}};
     for (qsizetype i = 0; i < rows.size(); ++i) {
         stub.forgetRequests();
         stub.on("v.mkv", rows[i].server);
