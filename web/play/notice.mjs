@@ -17,5 +17,5 @@ const patienceMs = 20_000;
 /** What to say of a film that should run and has been silent for so long. */
 export function waitingText(silenceMs) {
   if (silenceMs < patienceMs) return 'Waiting for the film…';
-  return 'Still waiting for the film. Its server may be gone: → tries again, or open another film.';
+  return 'Still waiting for the film. Its server may be gone; you can open another film.';
 }
