@@ -2,12 +2,9 @@
 #include "Sources/FilmProbe.h"
 
 #include "Languages.h"
-
-#include <QFile>
-#include <QFileInfo>
+#include "Sources/FilmInput.h"
 
 #include <chrono>
-#include <memory>
 
 extern "C" {
 #include <libavformat/avformat.h>
@@ -19,29 +16,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::seconds longestProbe{5};
-
-struct InputCloser {
-    void operator()(AVFormatContext *input) const { avformat_close_input(&input); }
-};
-using Input = std::unique_ptr<AVFormatContext, InputCloser>;
-
-int isLate(void *deadline) {
-    return Clock::now() > *static_cast<Clock::time_point *>(deadline) ? 1 : 0;
-}
-
-Input openFilm(const QString &filmPath, Clock::time_point &deadline) {
-    AVFormatContext *raw = avformat_alloc_context();
-    if (raw == nullptr)
-        return nullptr;
-    raw->interrupt_callback = {&isLate, &deadline};
-    // A playlist handed in as a film must not make the service reach out: files only.
-    AVDictionary *options = nullptr;
-    av_dict_set(&options, "protocol_whitelist", "file", 0);
-    const QByteArray url = QByteArrayLiteral("file:") + QFile::encodeName(filmPath);
-    const int opened = avformat_open_input(&raw, url.constData(), nullptr, &options);
-    av_dict_free(&options);
-    return Input(opened < 0 ? nullptr : raw); // a failed open has freed the context
-}
 
 QString metadata(const AVStream &stream, const char *key) {
     const AVDictionaryEntry *entry = av_dict_get(stream.metadata, key, nullptr, 0);
@@ -78,10 +52,8 @@ bool needsStreamInfo(const AVFormatContext &input) {
 } // namespace
 
 std::optional<FilmFacts> probeFilm(const QString &filmPath) {
-    if (filmPath.isEmpty() || !QFileInfo(filmPath).isFile())
-        return std::nullopt;
-    Clock::time_point deadline = Clock::now() + longestProbe;
-    const Input input = openFilm(filmPath, deadline);
+    const Clock::time_point deadline = Clock::now() + longestProbe;
+    const FilmInput input = openFilm(filmPath, [deadline] { return Clock::now() > deadline; });
     if (!input || (needsStreamInfo(*input) && avformat_find_stream_info(input.get(), nullptr) < 0))
         return std::nullopt;
 
