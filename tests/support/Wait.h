@@ -9,11 +9,17 @@
 
 namespace murvo::test {
 
+// Programs under a sanitizer take several times as long, most under the one for threads.
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+constexpr std::chrono::seconds usualLimit{40};
+#else
+constexpr std::chrono::seconds usualLimit{10};
+#endif
+
 /// Runs the event loop until the predicate holds; false when it does not within the limit. The loop never
 /// sleeps, as QTest's does: the web engine lives in it and would crawl.
 template<typename Predicate>
-[[nodiscard]] bool waitUntil(Predicate predicate,
-                             std::chrono::milliseconds limit = std::chrono::seconds(10)) {
+[[nodiscard]] bool waitUntil(Predicate predicate, std::chrono::milliseconds limit = usualLimit) {
     using namespace std::chrono_literals;
     if (predicate())
         return true;
