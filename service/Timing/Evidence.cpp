@@ -50,25 +50,27 @@ void addPresence(Evidence &evidence, std::vector<float> presence, double weightP
     }
 }
 
-void addTriangle(std::vector<float> &values, double centreMs, double reachMs, double height) {
+/// A hill of that height, flat at its top, that ends reachMs from its centre.
+void addHill(std::vector<float> &values, double centreMs, double reachMs, double height) {
     const double frameMs = Evidence::fineFrameMs;
     const auto last = static_cast<double>(values.size() - 1);
     const double from = std::max(0.0, std::ceil((centreMs - reachMs) / frameMs));
     const double to = std::min(last, std::floor((centreMs + reachMs) / frameMs));
     for (double frame = from; frame <= to; ++frame) {
-        const double share = 1 - std::abs(frame * frameMs - centreMs) / reachMs;
-        values[static_cast<std::size_t>(frame)] += static_cast<float>(height * share);
+        const double distance = (frame * frameMs - centreMs) / reachMs;
+        const double share = 1 - distance * distance;
+        values[static_cast<std::size_t>(frame)] += static_cast<float>(height * share * share);
     }
 }
 
 /// The same translation has the same times to a frame or two, another one starts its lines somewhere near.
 std::vector<float> nearness(const std::vector<Span> &reference, double Span::*event, std::size_t frames) {
     constexpr double sameMs = 100;
-    constexpr double nearMs = 400;
+    constexpr double nearMs = 500;
     std::vector<float> values(frames, 0.0F);
     for (const Span &span : reference) {
-        addTriangle(values, span.*event, sameMs, 1);
-        addTriangle(values, span.*event, nearMs, 0.5);
+        addHill(values, span.*event, sameMs, 0.5);
+        addHill(values, span.*event, nearMs, 1);
     }
     centre(values, 60'000);
     return values;
@@ -141,7 +143,7 @@ std::vector<Span> spansOf(const QList<Cue> &cues) {
     return apart;
 }
 
-Evidence evidenceOf(const std::vector<Span> &reference) {
+FilmEvidence evidenceOf(const std::vector<Span> &reference) {
     double lastMs = 0;
     for (const Span &span : reference)
         lastMs = std::max(lastMs, span.endMs);
@@ -158,21 +160,22 @@ Evidence evidenceOf(const std::vector<Span> &reference) {
     evidence.atEnd.assign(frames, 0.0F);
     add(evidence.atEnd, nearness(reference, &Span::endMs, frames), 0.5);
     addPresence(evidence, std::move(presence), 0.5, 60'000);
-    return evidence;
+    Evidence fine = evidence;
+    return {std::move(evidence), std::move(fine)};
 }
 
-Evidence evidenceOf(const SpeechActivity &speech) {
+FilmEvidence evidenceOf(const SpeechActivity &speech) {
     std::vector<float> likelihood = onFineFrames(speech);
-    Evidence evidence;
-    evidence.atStart.assign(likelihood.size(), 0.0F);
-    evidence.atEnd.assign(likelihood.size(), 0.0F);
+    const std::vector<float> nothing(likelihood.size(), 0.0F);
+    const std::vector<float> rise350 = rise(likelihood, 350);
+    FilmEvidence evidence{{.atStart = nothing, .atEnd = nothing}, {.atStart = nothing, .atEnd = nothing}};
     // Lines stay on the screen when the voice has ended: their ends say less than their starts.
-    const std::vector<float> wide = rise(likelihood, 350);
-    const std::vector<float> narrow = rise(likelihood, 120);
-    add(evidence.atStart, wide, 1.2);
-    add(evidence.atStart, narrow, 0.5);
-    add(evidence.atEnd, wide, -0.5);
-    addPresence(evidence, std::move(likelihood), 0.6, 30'000);
+    add(evidence.wide.atStart, rise350, 1.2);
+    add(evidence.wide.atStart, rise(likelihood, 120), 0.5);
+    add(evidence.wide.atEnd, rise350, -0.5);
+    add(evidence.fine.atStart, rise(likelihood, 220), 1);
+    add(evidence.fine.atStart, rise(likelihood, 80), 0.5);
+    addPresence(evidence.wide, std::move(likelihood), 0.6, 30'000);
     return evidence;
 }
 

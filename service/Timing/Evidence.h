@@ -48,10 +48,16 @@ struct Evidence {
 /// The cues' times in order: what starts together is one, and what can be no line of a film is left out.
 [[nodiscard]] std::vector<Span> spansOf(const QList<Cue> &cues);
 
+/// The same film looked at in two ways.
+struct FilmEvidence {
+    Evidence wide; ///< to find the place among all: what is near counts, too
+    Evidence fine; ///< to measure within some 300 ms of the place
+};
+
 /// Of spans that are known to fit.
-[[nodiscard]] Evidence evidenceOf(const std::vector<Span> &reference);
+[[nodiscard]] FilmEvidence evidenceOf(const std::vector<Span> &reference);
 
 /// Of the film's sound; speech.likelihood is not empty.
-[[nodiscard]] Evidence evidenceOf(const SpeechActivity &speech);
+[[nodiscard]] FilmEvidence evidenceOf(const SpeechActivity &speech);
 
 } // namespace murvo::service

@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace murvo::service {
 
@@ -32,11 +34,6 @@ class Grid {
                     evidence.fitOf({span.startMs + changeMs, span.endMs + changeMs});
             }
         }
-    }
-
-    void subtract(const Grid &other) {
-        for (std::size_t i = 0; i < _fits.size(); ++i)
-            _fits[i] -= other._fits[i];
     }
 
     void add(const Grid &other) {
@@ -72,12 +69,19 @@ double bestOffsetMs(const Grid &grid) {
     return step * Grid::offsetStepMs;
 }
 
-double bestDriftMs(const std::vector<Grid> &parts) {
-    std::array<double, Grid::drifts> fits{};
+/// The fit of all parts at each drift, every part at its own best offset.
+using DriftFits = std::array<double, Grid::drifts>;
+
+DriftFits driftFitsOf(const std::vector<Grid> &parts) {
+    DriftFits fits{};
     for (int drift = 0; drift < Grid::drifts; ++drift) {
         for (const Grid &part : parts)
             fits[static_cast<std::size_t>(drift)] += part.at(drift, part.bestOffset(drift));
     }
+    return fits;
+}
+
+double bestDriftMs(const DriftFits &fits) {
     const auto best = static_cast<std::size_t>(std::max_element(fits.begin(), fits.end()) - fits.begin());
     double step = static_cast<double>(best) - Grid::driftReach;
     if (best > 0 && best + 1 < fits.size())
@@ -85,15 +89,21 @@ double bestDriftMs(const std::vector<Grid> &parts) {
     return step * Grid::driftStepMs;
 }
 
-/// Standard error of a figure from what it becomes without each of some groups.
-double jackknifeError(const std::vector<double> &without) {
-    double mean = 0;
-    for (const double value : without)
-        mean += value / static_cast<double>(without.size());
+/// How much better no drift fits than that one.
+double gainOver(double driftMs, const DriftFits &fits) {
+    const double step = driftMs / Grid::driftStepMs + Grid::driftReach;
+    const auto before = static_cast<std::size_t>(step);
+    const double share = step - std::floor(step);
+    return fits[Grid::driftReach] - (1 - share) * fits[before] - share * fits[before + 1];
+}
+
+/// Standard error of a figure from what it becomes with half of what it was measured from: leaving out less
+/// would not move the top of a jagged hill.
+double errorOf(double value, const std::vector<double> &ofHalves) {
     double squares = 0;
-    for (const double value : without)
-        squares += (value - mean) * (value - mean);
-    return std::sqrt(squares * static_cast<double>(without.size() - 1) / static_cast<double>(without.size()));
+    for (const double half : ofHalves)
+        squares += (half - value) * (half - value);
+    return std::sqrt(squares / static_cast<double>(ofHalves.size()));
 }
 
 double halfLengthMs(const std::vector<std::vector<Span>> &parts) {
@@ -103,16 +113,47 @@ double halfLengthMs(const std::vector<std::vector<Span>> &parts) {
     return std::max(longest / 2, 1.0);
 }
 
-/// Every span's share in the grids of its part and group; groups are interleaved.
-constexpr std::size_t groupCount = 10;
+/// The grids of all parts, kept apart for interleaved groups of spans.
+class Measurement {
+  public:
+    static constexpr unsigned groupCount = 10;
+    static constexpr unsigned all = (1U << groupCount) - 1; ///< groups as bits
 
-std::vector<Grid> gridsOf(const std::vector<Span> &part, double halfMs, const Evidence &evidence) {
-    std::vector<Grid> groups(groupCount);
-    const double middleMs = (part.front().startMs + part.back().startMs) / 2;
-    for (std::size_t i = 0; i < part.size(); ++i)
-        groups[i % groupCount].add(part[i], (part[i].startMs - middleMs) / halfMs, evidence);
-    return groups;
-}
+    Measurement(const std::vector<std::vector<Span>> &parts, const Evidence &evidence) {
+        const double halfMs = halfLengthMs(parts);
+        for (const std::vector<Span> &part : parts) {
+            std::vector<Grid> groups(groupCount);
+            const double middleMs = (part.front().startMs + part.back().startMs) / 2;
+            for (std::size_t i = 0; i < part.size(); ++i)
+                groups[i % groupCount].add(part[i], (part[i].startMs - middleMs) / halfMs, evidence);
+            _parts.push_back(std::move(groups));
+        }
+    }
+
+    /// Every choice of half of the groups.
+    [[nodiscard]] static std::vector<unsigned> halves() {
+        std::vector<unsigned> choices;
+        for (unsigned chosen = 0; chosen < all; ++chosen) {
+            if (std::popcount(chosen) == groupCount / 2)
+                choices.push_back(chosen);
+        }
+        return choices;
+    }
+
+    [[nodiscard]] std::vector<Grid> sumOf(unsigned chosen) const {
+        std::vector<Grid> sums(_parts.size());
+        for (std::size_t part = 0; part < _parts.size(); ++part) {
+            for (unsigned group = 0; group < groupCount; ++group) {
+                if ((chosen >> group & 1U) != 0)
+                    sums[part].add(_parts[part][group]);
+            }
+        }
+        return sums;
+    }
+
+  private:
+    std::vector<std::vector<Grid>> _parts;
+};
 
 } // namespace
 
@@ -127,31 +168,46 @@ std::vector<std::vector<Span>> partsOf(const std::vector<Span> &track, const Pla
     return parts;
 }
 
-PlacementError measureError(const std::vector<std::vector<Span>> &parts, const Evidence &evidence) {
-    const double halfMs = halfLengthMs(parts);
-    std::vector<Grid> wholes(parts.size());
-    std::vector<std::vector<Grid>> groups;
-    for (std::size_t i = 0; i < parts.size(); ++i) {
-        groups.push_back(gridsOf(parts[i], halfMs, evidence));
-        for (const Grid &group : groups.back())
-            wholes[i].add(group);
+std::vector<NeighbourRatio> neighboursOf(const Placement &placement, const PlacementSearch &search,
+                                         const std::vector<Span> &track) {
+    const double halfMs = halfLengthMs(partsOf(track, placement));
+    std::vector<NeighbourRatio> neighbours;
+    for (const Placement &other : search.plain()) {
+        const double factor = other.ratio.value() / placement.ratio.value();
+        const double driftMs = (factor - 1) * halfMs;
+        if (std::abs(factor - 1) > 1e-6 && std::abs(driftMs) < Grid::driftStepMs * (Grid::driftReach - 1))
+            neighbours.push_back({other.ratio, factor, driftMs});
     }
+    return neighbours;
+}
+
+PlacementError measureError(const std::vector<std::vector<Span>> &parts,
+                            const std::vector<NeighbourRatio> &neighbours, const Evidence &evidence) {
+    Measurement measurement(parts, evidence);
     PlacementError error;
+    const std::vector<Grid> whole = measurement.sumOf(Measurement::all);
+    const DriftFits fits = driftFitsOf(whole);
     std::vector<double> drifts;
     std::vector<std::vector<double>> offsets(parts.size());
-    for (std::size_t group = 0; group < groupCount; ++group) {
-        std::vector<Grid> without = wholes;
-        for (std::size_t i = 0; i < parts.size(); ++i) {
-            without[i].subtract(groups[i][group]);
-            offsets[i].push_back(bestOffsetMs(without[i]));
-        }
-        drifts.push_back(bestDriftMs(without));
+    std::vector<std::vector<double>> gains(neighbours.size());
+    for (const unsigned chosen : Measurement::halves()) {
+        const std::vector<Grid> half = measurement.sumOf(chosen);
+        const DriftFits halfFits = driftFitsOf(half);
+        drifts.push_back(bestDriftMs(halfFits));
+        for (std::size_t i = 0; i < parts.size(); ++i)
+            offsets[i].push_back(bestOffsetMs(half[i]));
+        for (std::size_t i = 0; i < neighbours.size(); ++i)
+            gains[i].push_back(2 * gainOver(neighbours[i].driftMs, halfFits));
     }
-    error.driftMs = bestDriftMs(wholes);
-    error.driftErrorMs = jackknifeError(drifts);
+    error.driftMs = bestDriftMs(fits);
+    error.driftErrorMs = errorOf(error.driftMs, drifts);
     for (std::size_t i = 0; i < parts.size(); ++i) {
-        error.offsetMs.push_back(bestOffsetMs(wholes[i]));
-        error.offsetErrorMs.push_back(jackknifeError(offsets[i]));
+        error.offsetMs.push_back(bestOffsetMs(whole[i]));
+        error.offsetErrorMs.push_back(errorOf(error.offsetMs.back(), offsets[i]));
+    }
+    for (std::size_t i = 0; i < neighbours.size(); ++i) {
+        const double gain = gainOver(neighbours[i].driftMs, fits);
+        error.aboveNeighbours.push_back(gain / std::max(errorOf(gain, gains[i]), 1e-6));
     }
     return error;
 }
@@ -166,7 +222,8 @@ double share(double value, double needed) {
 // Of chance alone the best of all offsets and ratios stands some 4.5 noises out.
 constexpr double neededNoises = 7;
 constexpr double neededNoisesAbove = 3;
-constexpr double allowedErrorMs = 100;
+// The rest to 100 ms is for what the evidence itself is off: voices are noticed a little late.
+constexpr double allowedErrorMs = 85;
 
 double standsOut(const std::vector<Span> &part, const PlacementSearch &search) {
     const OffsetScan scan = search.scan(part);
@@ -176,41 +233,44 @@ double standsOut(const std::vector<Span> &part, const PlacementSearch &search) {
     return std::min(share(scan.best[0].fit / scan.noise, neededNoises), share(above, neededNoisesAbove));
 }
 
-double middleMs(const std::vector<Span> &track, const Placement &placement) {
-    const double trackMs = (track.front().startMs + track.back().startMs) / 2;
-    return trackMs * placement.ratio.value() + placement.offsetMs;
-}
-
-/// Above every plain answer at another ratio. Ratios that lie next to each other are told apart by the drift.
+/// Above every answer at a ratio that is no neighbour.
 double isAboveOtherRatios(const Placement &placement, const PlacementSearch &search,
-                          const std::vector<Span> &track) {
-    const double noise = search.noiseOfSpan() * std::sqrt(static_cast<double>(track.size()));
+                          const std::vector<NeighbourRatio> &neighbours, std::size_t spanCount) {
+    const double noise = search.noiseOfSpan() * std::sqrt(static_cast<double>(spanCount));
     double weakest = 1;
-    for (const Placement &other : search.plain()) {
-        const bool isNear =
-            std::abs(other.ratio.value() / placement.ratio.value() - 1) < 0.002 &&
-            std::abs(middleMs(track, other) - middleMs(track, placement)) < PlacementSearch::sameAnswerMs;
-        if (!isNear)
+    const auto compare = [&](const Placement &other) {
+        const double factor = other.ratio.value() / placement.ratio.value();
+        const bool isNeighbour =
+            std::abs(factor - 1) < 1e-6 ||
+            std::any_of(neighbours.begin(), neighbours.end(), [factor](const NeighbourRatio &neighbour) {
+                return std::abs(neighbour.factor - factor) < 1e-6;
+            });
+        if (!isNeighbour)
             weakest = std::min(weakest, share((placement.fit - other.fit) / noise, neededNoisesAbove));
-    }
+    };
+    std::for_each(search.plain().begin(), search.plain().end(), compare);
+    if (placement.cutBefore)
+        std::for_each(search.withCut().begin(), search.withCut().end(), compare);
     return weakest;
 }
 
-/// The next ratio differs by a thousandth. Where that is more than can be borne, the drift must exclude it.
-double isFine(const std::vector<std::vector<Span>> &parts, const PlacementError &error) {
-    const double halfMs = halfLengthMs(parts);
-    const double nextMs = 0.001 * halfMs;
+/// Neighbouring ratios must be excluded or do no harm, and no other drift be seen.
+double isFine(const std::vector<std::vector<Span>> &parts, const std::vector<NeighbourRatio> &neighbours,
+              const PlacementError &error) {
+    constexpr double neededErrorsAbove = 1.5;
+    const double offsetErrorMs = *std::max_element(error.offsetErrorMs.begin(), error.offsetErrorMs.end());
+    double longestMs = 0;
+    for (const std::vector<Span> &part : parts)
+        longestMs = std::max(longestMs, part.back().startMs - part.front().startMs);
+    double weakest = allowedErrorMs / (allowedErrorMs + 3 * offsetErrorMs);
+    for (std::size_t i = 0; i < neighbours.size(); ++i) {
+        const double harmMs = std::abs(neighbours[i].factor - 1) * longestMs / 2 + 2 * offsetErrorMs;
+        weakest = std::min(weakest, std::max(share(error.aboveNeighbours[i], neededErrorsAbove),
+                                             allowedErrorMs / (allowedErrorMs + harmMs)));
+    }
     const double driftMs = std::abs(error.driftMs);
-    double ratioShare = 1;
-    double bearableMs = 0;
-    if (nextMs < 50)
-        bearableMs = nextMs;
-    else
-        ratioShare =
-            share(nextMs * (nextMs - 2 * driftMs) / (2 * error.driftErrorMs * error.driftErrorMs), 4);
-    double weakest = ratioShare;
-    for (const double offsetErrorMs : error.offsetErrorMs)
-        weakest = std::min(weakest, allowedErrorMs / (allowedErrorMs + bearableMs + 3 * offsetErrorMs));
+    if (driftMs > allowedErrorMs)
+        weakest = std::min(weakest, share(3 * error.driftErrorMs, driftMs));
     return weakest;
 }
 
@@ -262,7 +322,9 @@ double cutIsClear(const std::vector<Span> &track, const Placement &placement, co
 double confidenceOf(const Placement &placement, const PlacementSearch &search, const std::vector<Span> &track,
                     const Evidence &evidence, const PlacementError &error) {
     const std::vector<std::vector<Span>> parts = partsOf(track, placement);
-    double weakest = std::min(isAboveOtherRatios(placement, search, track), isFine(parts, error));
+    const std::vector<NeighbourRatio> neighbours = neighboursOf(placement, search, track);
+    double weakest = std::min(isAboveOtherRatios(placement, search, neighbours, track.size()),
+                              isFine(parts, neighbours, error));
     for (const std::vector<Span> &part : parts) {
         weakest = std::min(weakest, standsOut(part, search));
         weakest = std::min(weakest, reachesItsEnds(part, evidence, search.noiseOfSpan()));

@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <numbers>
+#include <utility>
 
 namespace murvo::service {
 
@@ -16,8 +18,13 @@ struct Band {
 constexpr std::array<Band, SpeechBands::bandCount> bands{
     {{250, 600}, {600, 1'200}, {1'200, 2'100}, {2'100, 3'400}}};
 
-constexpr float stepsPerDecibel = 2;
+constexpr int stepsPerDecibel = 2;
 constexpr float lowestDecibel = -127;
+
+// What counts of how far a band is above its background.
+constexpr int leastAbove = 3 * stepsPerDecibel; // noise itself does that
+constexpr int mostAbove = 18 * stepsPerDecibel; // more says no more
+constexpr int hearable = 45 * stepsPerDecibel;  // nobody is heard that far below the film's loud places
 
 // What surrounds a frame: the quiet tenth of the seconds around it, words having pauses between them.
 constexpr std::size_t backgroundReach = 500;
@@ -55,6 +62,40 @@ class Histogram {
   private:
     std::array<int, 256> _counts{};
     int _total = 0;
+};
+
+/// The quiet part of the seconds around each frame of one band.
+class Background {
+  public:
+    using LoudnessAt = std::function<std::uint8_t(std::size_t frame)>;
+
+    Background(std::size_t frames, LoudnessAt loudnessAt)
+        : _frames(frames)
+        , _loudnessAt(std::move(loudnessAt)) {
+        Histogram whole;
+        for (std::size_t i = 0; i < frames; ++i)
+            whole.add(_loudnessAt(i));
+        _lowest = whole.quantile(0.95) - hearable;
+        for (std::size_t i = 0; i < std::min(backgroundReach, frames); ++i)
+            _around.add(_loudnessAt(i));
+    }
+
+    /// Called for each frame, one after the other.
+    [[nodiscard]] float shareAbove(std::size_t frame) {
+        if (frame + backgroundReach < _frames)
+            _around.add(_loudnessAt(frame + backgroundReach));
+        if (frame > backgroundReach)
+            _around.remove(_loudnessAt(frame - backgroundReach - 1));
+        const int background = std::max(_around.quantile(backgroundShare), _lowest);
+        const int above = std::clamp(_loudnessAt(frame) - background, leastAbove, mostAbove);
+        return static_cast<float>(above - leastAbove) / (mostAbove - leastAbove);
+    }
+
+  private:
+    std::size_t _frames;
+    LoudnessAt _loudnessAt;
+    Histogram _around;
+    int _lowest = 0;
 };
 
 } // namespace
@@ -112,30 +153,20 @@ void SpeechBands::endFrame() {
 }
 
 SpeechActivity SpeechBands::activity() const {
-    constexpr float leastDecibel = 3;     // above the background: noise itself does that
-    constexpr float mostDecibel = 18;     // more says no more
-    constexpr float hearableDecibel = 45; // below the film's loud places nobody is heard
+    std::vector<Background> backgrounds;
+    for (std::size_t band = 0; band < bandCount; ++band)
+        backgrounds.emplace_back(_frames.size(),
+                                 [this, band](std::size_t frame) { return _frames[frame][band]; });
     SpeechActivity activity;
     activity.frameMs = frameMs;
-    activity.likelihood.assign(_frames.size(), 0.0F);
-    for (std::size_t band = 0; band < bandCount; ++band) {
-        Histogram whole;
-        for (const Loudness &frame : _frames)
-            whole.add(frame[band]);
-        const float lowest = static_cast<float>(whole.quantile(0.95)) - hearableDecibel * stepsPerDecibel;
-        Histogram around;
-        for (std::size_t i = 0; i < std::min(backgroundReach, _frames.size()); ++i)
-            around.add(_frames[i][band]);
-        for (std::size_t i = 0; i < _frames.size(); ++i) {
-            if (i + backgroundReach < _frames.size())
-                around.add(_frames[i + backgroundReach][band]);
-            if (i > backgroundReach)
-                around.remove(_frames[i - backgroundReach - 1][band]);
-            const float background = std::max(static_cast<float>(around.quantile(backgroundShare)), lowest);
-            const float above = (static_cast<float>(_frames[i][band]) - background) / stepsPerDecibel;
-            const float share = (above - leastDecibel) / (mostDecibel - leastDecibel);
-            activity.likelihood[i] += std::clamp(share, 0.0F, 1.0F) / bandCount;
-        }
+    activity.likelihood.reserve(_frames.size());
+    std::array<float, bandCount> shares{};
+    for (std::size_t frame = 0; frame < _frames.size(); ++frame) {
+        for (std::size_t band = 0; band < bandCount; ++band)
+            shares[band] = backgrounds[band].shareAbove(frame);
+        // One band alone may be an instrument; all four at once are rare even in a voice.
+        std::partial_sort(shares.begin(), shares.begin() + 2, shares.end(), std::greater<>());
+        activity.likelihood.push_back((shares[0] + shares[1]) / 2);
     }
     return activity;
 }
