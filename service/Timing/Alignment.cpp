@@ -17,7 +17,7 @@ constexpr std::size_t fewestSpans = 4;
 constexpr std::size_t fewestSpansToBeSure = 8;
 // In noises of one span: what an answer must gain over a simpler one to be taken instead.
 constexpr double neededForRatio = 3;
-constexpr double neededForCut = 8;
+constexpr double neededForCut = 10;
 // In standard errors: what a ratio near 1 must gain over 1.
 constexpr double neededForNeighbour = 1;
 // Nothing is measured better than that.

@@ -15,9 +15,9 @@ namespace murvo::service {
 /// How a track must be moved to fit the film, and how far that can be trusted.
 struct Alignment {
     Timing timing;
-    /// 0 to 1: of everything that must hold for the timing to be right (it stands out of chance and above
-    /// every other place, holds to both ends of the track, is measured finely enough), how far the weakest is
-    /// above what it needs: 0.5 is just enough, 0.75 three times as much.
+    /// 0 to 1. Each condition of a right answer (it stands out of chance and above every other place and
+    /// ratio, holds to both ends of the track, is measured finely enough, its cut is clear) gives value /
+    /// (value + needed); this is the lowest: 0.5 is just enough, 0.75 three times as much.
     double confidence = 0;
     bool isSure = false; ///< every cue lies within 100 ms of where it belongs, as far as can be told
 };

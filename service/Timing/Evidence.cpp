@@ -53,20 +53,21 @@ void addPresence(Evidence &evidence, std::vector<float> presence, double weightP
 /// A hill of that height, flat at its top, that ends reachMs from its centre.
 void addHill(std::vector<float> &values, double centreMs, double reachMs, double height) {
     const double frameMs = Evidence::fineFrameMs;
-    const auto last = static_cast<double>(values.size() - 1);
-    const double from = std::max(0.0, std::ceil((centreMs - reachMs) / frameMs));
-    const double to = std::min(last, std::floor((centreMs + reachMs) / frameMs));
-    for (double frame = from; frame <= to; ++frame) {
-        const double distance = (frame * frameMs - centreMs) / reachMs;
+    const auto frames = static_cast<std::ptrdiff_t>(values.size());
+    const auto from = static_cast<std::ptrdiff_t>(std::ceil((centreMs - reachMs) / frameMs));
+    const auto to = static_cast<std::ptrdiff_t>(std::floor((centreMs + reachMs) / frameMs));
+    for (std::ptrdiff_t frame = std::max<std::ptrdiff_t>(from, 0); frame <= std::min(to, frames - 1);
+         ++frame) {
+        const double distance = (static_cast<double>(frame) * frameMs - centreMs) / reachMs;
         const double share = 1 - distance * distance;
         values[static_cast<std::size_t>(frame)] += static_cast<float>(height * share * share);
     }
 }
 
 /// The same translation has the same times to a frame or two, another one starts its lines somewhere near.
-std::vector<float> nearness(const std::vector<Span> &reference, double Span::*event, std::size_t frames) {
+std::vector<float> nearness(const std::vector<Span> &reference, double Span::*event, double nearMs,
+                            std::size_t frames) {
     constexpr double sameMs = 100;
-    constexpr double nearMs = 500;
     std::vector<float> values(frames, 0.0F);
     for (const Span &span : reference) {
         addHill(values, span.*event, sameMs, 0.5);
@@ -155,13 +156,15 @@ FilmEvidence evidenceOf(const std::vector<Span> &reference) {
         std::fill(presence.begin() + static_cast<std::ptrdiff_t>(from),
                   presence.begin() + static_cast<std::ptrdiff_t>(std::max(from, to)), 1.0F);
     }
-    Evidence evidence;
-    evidence.atStart = nearness(reference, &Span::startMs, frames);
-    evidence.atEnd.assign(frames, 0.0F);
-    add(evidence.atEnd, nearness(reference, &Span::endMs, frames), 0.5);
-    addPresence(evidence, std::move(presence), 0.5, 60'000);
-    Evidence fine = evidence;
-    return {std::move(evidence), std::move(fine)};
+    FilmEvidence evidence;
+    evidence.wide.atStart = nearness(reference, &Span::startMs, 500, frames);
+    evidence.wide.atEnd.assign(frames, 0.0F);
+    add(evidence.wide.atEnd, nearness(reference, &Span::endMs, 500, frames), 0.5);
+    addPresence(evidence.wide, std::move(presence), 0.5, 60'000);
+    evidence.fine.atStart = nearness(reference, &Span::startMs, 400, frames);
+    evidence.fine.atEnd.assign(frames, 0.0F);
+    add(evidence.fine.atEnd, nearness(reference, &Span::endMs, 400, frames), 0.2);
+    return evidence;
 }
 
 FilmEvidence evidenceOf(const SpeechActivity &speech) {

@@ -48,7 +48,7 @@ class Grid {
 
   private:
     static std::size_t place(int drift, int offset) {
-        return static_cast<std::size_t>(drift * offsets + offset);
+        return static_cast<std::size_t>(drift) * offsets + static_cast<std::size_t>(offset);
     }
 
     std::vector<double> _fits = std::vector<double>(static_cast<std::size_t>(drifts * offsets), 0.0);

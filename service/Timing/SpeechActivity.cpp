@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <memory>
 #include <utility>
 
@@ -38,7 +39,9 @@ using Frame = std::unique_ptr<AVFrame, FrameCloser>;
 using Packet = std::unique_ptr<AVPacket, PacketCloser>;
 
 constexpr AVRational samples{1, SpeechBands::sampleRate};
-// Longer films, and times that a broken file claims, are not listened to.
+// What a broken file claims must not overflow.
+constexpr int64_t farthestSamples = std::numeric_limits<int64_t>::max() / 4;
+// What lies behind is not listened to.
 constexpr int64_t longestFilmSamples = 12LL * 3600 * SpeechBands::sampleRate;
 // Times in packets are rounded; only what is more is a hole in the sound.
 constexpr int64_t smallestHoleSamples = SpeechBands::sampleRate / 20;
@@ -149,7 +152,8 @@ class Mixer {
 
     /// Fills a hole before the frame with silence; sound that would lie where some is already is dropped.
     bool moveTo(const AVFrame &frame) {
-        const int64_t wanted = av_rescale_q(frame.best_effort_timestamp, _timeBase, samples) - _startSamples;
+        const int64_t claimed = av_rescale_q(frame.best_effort_timestamp, _timeBase, samples);
+        const int64_t wanted = std::clamp(claimed, -farthestSamples, farthestSamples) - _startSamples;
         const int64_t waiting = swr_get_delay(_resampler.get(), SpeechBands::sampleRate);
         const int64_t reached = static_cast<int64_t>(_bands.sampleCount()) + waiting;
         if (wanted > longestFilmSamples)

@@ -224,8 +224,7 @@ SpokenFilm makeSpokenFilm(const QDir &folder, const FilmRecipe &recipe, unsigned
     QFile raw(folder.filePath(QStringLiteral("voice.raw")));
     if (!raw.open(QIODevice::WriteOnly))
         qFatal("no place for the voice");
-    raw.write(reinterpret_cast<const char *>(sound.data()),
-              static_cast<qint64>(sound.size() * sizeof(qint16)));
+    raw.write(reinterpret_cast<const char *>(sound.data()), static_cast<qint64>(sound.size()) * 2);
     raw.close();
 
     QStringList arguments{QStringLiteral("-f"),        QStringLiteral("s16le"), QStringLiteral("-ar"),
