@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayList>
+
+namespace murvo::service {
+
+/// found, and then the encodings in which bytes could be read as well, those first whose text looks most
+/// like a language; at most eight together. A pure function, any thread.
+[[nodiscard]] QByteArrayList rankedEncodings(const QByteArray &bytes, const QByteArray &found);
+
+} // namespace murvo::service
