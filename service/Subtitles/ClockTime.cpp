@@ -5,12 +5,6 @@
 
 namespace murvo::service {
 
-namespace {
-
-constexpr qint64 latestMs = qint64{10'000} * 3600 * 1000;
-
-} // namespace
-
 QString clockTimePattern() {
     return QStringLiteral("-?\\s?(?:\\d{1,9}\\s?:\\s?)?\\d{1,9}\\s?:\\s?\\d{1,9}(?:\\s?[.,:;]\\s?\\d{1,9})?");
 }

@@ -19,8 +19,8 @@ const QRegularExpression &tokens(Markup markup) {
         "sup|center|ruby|rb|rt|rp|lang)(?=[\\s.:=/>])[^<>]*>");
     static const QRegularExpression subRip(letterTags + entity + braces);
     static const QRegularExpression subViewer(letterTags + entity + braces + QStringLiteral("|\\||\\[br\\]"));
-    static const QRegularExpression webVtt(QStringLiteral("<(/?)([A-Za-z]*)(?=[\\d\\s.:/>])[^<>]*>") +
-                                           entity);
+    static const QRegularExpression webVtt(
+        QStringLiteral("<(?:(/?)([A-Za-z][A-Za-z0-9]*)|(?=\\d{1,9}:|[.>/]))[^<>]*>") + entity);
     static const QRegularExpression sami(QStringLiteral("<(?:(/?)([A-Za-z][A-Za-z0-9]*)|[!?])[^<>]*>") +
                                          entity + QStringLiteral("|[\\r\\n]"));
     switch (markup) {

@@ -2,6 +2,7 @@
 #include "Subtitles/CuePackets.h"
 
 #include "Subtitles/Charset.h"
+#include "Subtitles/ClockTime.h"
 #include "Subtitles/MovText.h"
 
 #include <algorithm>
@@ -16,7 +17,6 @@ namespace murvo::service {
 namespace {
 
 constexpr qsizetype mostBytesOfPacket = 65'536;
-constexpr qint64 latestMs = qint64{1000} * 3600 * 1000;
 
 std::optional<Markup> markupOf(AVCodecID codec) {
     switch (codec) {

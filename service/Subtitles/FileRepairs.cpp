@@ -36,8 +36,10 @@ QString writtenTime(qint64 ms, QChar point, int fractionFigures) {
 
 struct Timing {
     qint64 startMs = 0;
-    qint64 endMs = 0; ///< the start where the file tells none
-    QString rest;     ///< of the line
+    qint64 endMs = 0; ///< never before the start; the start where the file tells none
+    bool hasEnd = false;
+    bool isSubViewer = false;
+    QString rest; ///< of the line
 };
 
 std::optional<Timing> timingOf(QStringView line) {
@@ -50,12 +52,15 @@ std::optional<Timing> timingOf(QStringView line) {
     if (line.isEmpty() || line.size() > longestTimingLine || !line.contains(u':'))
         return std::nullopt;
     QRegularExpressionMatch match = arrow.match(line.toString());
-    if (!match.hasMatch())
+    const bool isSubViewer = !match.hasMatch();
+    if (isSubViewer)
         match = subViewer.match(line.toString());
     const auto start = match.hasMatch() ? clockTimeMs(match.capturedView(1)) : std::nullopt;
     if (!start)
         return std::nullopt;
-    return Timing{*start, clockTimeMs(match.capturedView(2)).value_or(*start), match.captured(3).trimmed()};
+    const auto end = clockTimeMs(match.capturedView(2));
+    return Timing{*start, std::max(*start, end.value_or(*start)), end.has_value(), isSubViewer,
+                  match.captured(3).trimmed()};
 }
 
 // What follows the times: a position ("X1:40 Y1:20", "align:start") or, in careless files, the text.
@@ -90,7 +95,7 @@ class SubRipBlocks {
 
   private:
     void begin(Timing timing) {
-        if (!timing.rest.isEmpty() && !isPosition(timing.rest))
+        if (timing.hasEnd && !timing.rest.isEmpty() && !isPosition(timing.rest))
             _firstLine = timing.rest;
         _timing = std::move(timing);
     }
@@ -129,9 +134,16 @@ class SubRipBlocks {
             _result += _firstLine + u'\n';
         for (const QStringView line : std::as_const(_text)) {
             if (!line.isEmpty())
-                addLine(_result, line.first(std::min(line.size(), longestLine)));
+                writeLine(line.first(std::min(line.size(), longestLine)));
         }
         _result += u'\n';
+    }
+
+    void writeLine(QStringView line) {
+        if (!_timing->isSubViewer)
+            return addLine(_result, line);
+        QString broken = line.toString();
+        addLine(_result, broken.replace(QLatin1String("[br]"), QLatin1String("\n")).replace(u'|', u'\n'));
     }
 
     QString _result;
@@ -160,7 +172,7 @@ class WebVttBlocks {
 
     void take(QStringView line) {
         const bool couldBeTimes = _place != Place::InOther && line.contains(u"-->");
-        if (const auto timing = couldBeTimes ? timingOf(line) : std::nullopt) {
+        if (const auto timing = couldBeTimes ? timingOf(line) : std::nullopt; timing && timing->hasEnd) {
             _result += u'\n' + writtenTime(std::max<qint64>(timing->startMs, 0), u'.', 3) +
                        QLatin1String(" --> ") + writtenTime(std::max<qint64>(timing->endMs, 0), u'.', 3) +
                        u'\n';
@@ -224,8 +236,9 @@ QString repairedEvent(QStringView line, const EventFields &fields) {
     if (!start || (*start < 0 && end.value_or(*start) <= 0))
         return {};
     return QLatin1String("Dialogue: 0,") + writtenTime(std::max<qint64>(*start, 0), u'.', 2) + u',' +
-           writtenTime(std::max<qint64>(end.value_or(*start), 0), u'.', 2) + u',' + field(fields.style) +
-           QLatin1String(",,0,0,0,,") + event.section(u',', static_cast<int>(fields.text)) + u'\n';
+           writtenTime(std::max<qint64>({end.value_or(*start), *start, 0}), u'.', 2) + u',' +
+           field(fields.style) + QLatin1String(",,0,0,0,,") +
+           event.section(u',', static_cast<int>(fields.text)) + u'\n';
 }
 
 } // namespace

@@ -13,10 +13,15 @@ namespace {
 
 constexpr auto replacement = "\xEF\xBF\xBD";
 
+// What is called Shift_JIS everywhere is Windows' form of it; in iconv's own a backslash is a yen sign.
+QByteArray namedForIconv(const QByteArray &encoding) {
+    return encoding == "SHIFT_JIS" ? QByteArrayLiteral("CP932") : encoding;
+}
+
 class Converter {
   public:
     explicit Converter(const QByteArray &encoding)
-        : _handle(iconv_open("UTF-8", encoding.constData())) {}
+        : _handle(iconv_open("UTF-8", namedForIconv(encoding).constData())) {}
     ~Converter() {
         if (valid())
             iconv_close(_handle);
@@ -31,14 +36,9 @@ class Converter {
         Converted result;
         char *in = const_cast<char *>(bytes.data()); // iconv does not write there
         auto inLeft = static_cast<size_t>(bytes.size());
-        std::array<char, 16'384> buffer{};
         while (inLeft > 0) {
-            char *out = buffer.data();
-            size_t outLeft = buffer.size();
-            const size_t done = iconv(_handle, &in, &inLeft, &out, &outLeft);
-            const int failure = errno;
-            result.utf8.append(buffer.data(), static_cast<qsizetype>(buffer.size() - outLeft));
-            if (done != static_cast<size_t>(-1) || failure == E2BIG)
+            const int failure = step(&in, &inLeft, result.utf8);
+            if (failure == 0 || failure == E2BIG)
                 continue;
             result.utf8 += replacement;
             ++result.errors;
@@ -48,10 +48,23 @@ class Converter {
             in += skipped;
             inLeft -= skipped;
         }
+        // Vietnamese is written with accents behind the letters: the last letter waits for one.
+        step(nullptr, nullptr, result.utf8);
         return result;
     }
 
   private:
+    // Adds what fits into one buffer; 0 or the reason why it ended.
+    int step(char **in, size_t *inLeft, QByteArray &utf8) {
+        std::array<char, 16'384> buffer{};
+        char *out = buffer.data();
+        size_t outLeft = buffer.size();
+        const size_t done = iconv(_handle, in, inLeft, &out, &outLeft);
+        const int failure = done == static_cast<size_t>(-1) ? errno : 0;
+        utf8.append(buffer.data(), static_cast<qsizetype>(buffer.size() - outLeft));
+        return failure;
+    }
+
     iconv_t _handle;
 };
 

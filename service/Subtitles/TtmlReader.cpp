@@ -18,7 +18,6 @@ namespace murvo::service {
 
 namespace {
 
-constexpr double latestMs = 10'000.0 * 3600 * 1000;
 constexpr qsizetype deepestElement = 200;
 
 QStringView localName(QStringView name) {
@@ -68,7 +67,7 @@ class TimeForm {
                      clock.captured(2).toDouble() * 1000 / _framesASecond;
         else if (const auto time = clockTimeMs(text))
             result = static_cast<double>(*time);
-        return result && *result <= latestMs ? result : std::nullopt;
+        return result && *result <= static_cast<double>(latestMs) ? result : std::nullopt;
     }
 
   private:
@@ -211,7 +210,8 @@ class TtmlDocument {
         if (end)
             element.endMs = around + *end;
         if (duration)
-            element.endMs = std::min(end ? element.endMs : latestMs, element.beginMs + *duration);
+            element.endMs =
+                std::min(end ? element.endMs : static_cast<double>(latestMs), element.beginMs + *duration);
         const bool isParagraph = name == u"p";
         element.timed = isParagraph || (name == u"span" && begin);
         element.text = element.text || isParagraph;
