@@ -14,7 +14,7 @@ namespace murvo::service {
 /// fields of the script's Format line from the one after End on.
 class AssScript {
   public:
-    explicit AssScript(const QString &header);
+    explicit AssScript(const QString &header = {});
 
     [[nodiscard]] MarkedText readEvent(QStringView event) const;
 

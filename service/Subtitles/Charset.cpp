@@ -145,8 +145,8 @@ QByteArray encodingByText(const QByteArray &bytes) {
         return "WINDOWS-1252";
     uchardet_data_end(detector.get());
     QByteArray guess = QByteArray(uchardet_get_charset(detector.get())).toUpper();
-    if (guess.isEmpty() || guess == "ASCII" || guess == "ISO-8859-1")
-        return "WINDOWS-1252";
+    if (guess.isEmpty() || guess == "ASCII" || guess == "ISO-8859-1" || guess.startsWith("MAC-CENTRAL"))
+        return "WINDOWS-1252"; // no film's subtitles are in the last one, short French files are taken for it
     if (guess == "GB2312" || guess == "GBK")
         return "GB18030";
     return guess;
@@ -163,7 +163,7 @@ QByteArray encodingOf(const QByteArray &bytes) {
         return "UTF-8";
     if (QByteArray encoding = encodingByDeclaration(bytes); !encoding.isEmpty())
         return encoding;
-    const QByteArray guess = encodingByText(bytes);
+    const QByteArray guess = likelierTwin(bytes, encodingByText(bytes));
     return isEncoding(guess) ? guess : QByteArrayLiteral("WINDOWS-1252");
 }
 

@@ -49,41 +49,50 @@ QByteArray extraData(const AVCodecParameters &codec) {
 
 } // namespace
 
+CuePackets::CuePackets(const AVStream &stream)
+    : _timeBaseNumerator(stream.time_base.num)
+    , _timeBaseDenominator(stream.time_base.den) {}
+
 std::optional<CuePackets> CuePackets::of(const AVStream &stream) {
-    const AVCodecParameters &codec = *stream.codecpar;
-    const TimeBase timeBase{stream.time_base.num, stream.time_base.den};
-    if (timeBase.numerator <= 0 || timeBase.denominator <= 0)
+    if (stream.time_base.num <= 0 || stream.time_base.den <= 0)
         return std::nullopt;
-    if (const auto markup = markupOf(codec.codec_id))
-        return CuePackets(*markup, timeBase);
-    if (codec.codec_id == AV_CODEC_ID_ASS || codec.codec_id == AV_CODEC_ID_SSA)
-        return CuePackets(AssScript(QString::fromUtf8(toUtf8(extraData(codec)))), timeBase);
-    if (codec.codec_id == AV_CODEC_ID_MOV_TEXT)
-        return CuePackets(MovText{extraData(codec)}, timeBase);
-    return std::nullopt;
+    const AVCodecParameters &codec = *stream.codecpar;
+    CuePackets packets(stream);
+    if (const auto markup = markupOf(codec.codec_id)) {
+        packets._markup = *markup;
+    } else if (codec.codec_id == AV_CODEC_ID_ASS || codec.codec_id == AV_CODEC_ID_SSA) {
+        packets._form = Form::Script;
+        packets._script = AssScript(QString::fromUtf8(toUtf8(extraData(codec))));
+    } else if (codec.codec_id == AV_CODEC_ID_MOV_TEXT) {
+        packets._form = Form::MovText;
+        packets._movDescription = extraData(codec);
+    } else {
+        return std::nullopt;
+    }
+    return packets;
 }
 
 Cue CuePackets::read(const AVPacket &packet) const {
     if (packet.data == nullptr || packet.size <= 0 || packet.pts == AV_NOPTS_VALUE)
         return {};
     constexpr AVRational milliseconds{1, 1000};
-    const AVRational timeBase{_timeBase.numerator, _timeBase.denominator};
+    const AVRational timeBase{_timeBaseNumerator, _timeBaseDenominator};
     Cue cue;
     cue.startMs = std::clamp<qint64>(av_rescale_q(packet.pts, timeBase, milliseconds), -latestMs, latestMs);
     const qint64 length = av_rescale_q(std::max<int64_t>(packet.duration, 0), timeBase, milliseconds);
     cue.endMs = cue.startMs + std::clamp<qint64>(length, 0, latestMs);
 
     const QByteArrayView bytes(packet.data, std::min<qsizetype>(packet.size, mostBytesOfPacket));
-    if (const auto *movText = std::get_if<MovText>(&_form)) {
-        readMovText(bytes, movText->description).tidyInto(cue);
+    if (_form == Form::MovText) {
+        readMovText(bytes, _movDescription).tidyInto(cue);
         return cue;
     }
     // Tracks of old films may hold another encoding than the one that their container demands.
     const QString text = QString::fromUtf8(toUtf8(bytes.toByteArray()));
-    if (const auto *script = std::get_if<AssScript>(&_form))
-        script->readEvent(text).tidyInto(cue);
+    if (_form == Form::Script)
+        _script.readEvent(text).tidyInto(cue);
     else
-        readMarkup(text, std::get<Markup>(_form)).tidyInto(cue);
+        readMarkup(text, _markup).tidyInto(cue);
     return cue;
 }
 

@@ -8,7 +8,6 @@
 #include <QByteArray>
 
 #include <optional>
-#include <variant>
 
 struct AVPacket;
 struct AVStream;
@@ -30,21 +29,16 @@ class CuePackets {
     [[nodiscard]] Cue read(const AVPacket &packet) const;
 
   private:
-    struct MovText {
-        QByteArray description;
-    };
-    struct TimeBase {
-        int numerator = 1;
-        int denominator = 1000;
-    };
-    using Form = std::variant<Markup, MovText, AssScript>;
+    enum class Form { Marked, MovText, Script };
 
-    CuePackets(Form form, TimeBase timeBase)
-        : _form(std::move(form))
-        , _timeBase(timeBase) {}
+    explicit CuePackets(const AVStream &stream);
 
-    Form _form;
-    TimeBase _timeBase;
+    Form _form = Form::Marked;
+    Markup _markup = Markup::SubRip; ///< of Form::Marked
+    QByteArray _movDescription;      ///< of Form::MovText
+    AssScript _script;               ///< of Form::Script
+    int _timeBaseNumerator = 1;
+    int _timeBaseDenominator = 1000;
 };
 
 } // namespace murvo::service

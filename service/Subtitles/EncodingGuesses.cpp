@@ -70,7 +70,23 @@ double likenessOf(const QString &text) {
     return pairs == 0 ? 0 : sum / static_cast<double>(pairs);
 }
 
+double likenessOf(const QByteArray &bytes, const QByteArray &encoding) {
+    const QByteArrayView judged = QByteArrayView(bytes).first(std::min(bytes.size(), bytesToJudge));
+    return likenessOf(QString::fromUtf8(convertToUtf8(judged, encoding).utf8));
+}
+
 } // namespace
+
+QByteArray likelierTwin(const QByteArray &bytes, const QByteArray &guess) {
+    static const QList<QByteArrayList> twins{{"WINDOWS-1250", "ISO-8859-2"}, {"WINDOWS-1253", "ISO-8859-7"}};
+    for (const QByteArrayList &pair : twins) {
+        if (!pair.contains(guess))
+            continue;
+        const QByteArray &other = pair[guess == pair[0] ? 1 : 0];
+        return likenessOf(bytes, other) > likenessOf(bytes, guess) ? other : guess;
+    }
+    return guess;
+}
 
 QByteArrayList rankedEncodings(const QByteArray &bytes, const QByteArray &found) {
     const QByteArrayView judged = QByteArrayView(bytes).first(std::min(bytes.size(), bytesToJudge));

@@ -69,6 +69,13 @@ bool isPosition(const QString &rest) {
     return marks.match(rest).hasMatch();
 }
 
+// The text below times that cannot be read has no place in the film; it is not the text of the cue before.
+bool isBrokenTiming(QStringView line) {
+    const QStringView begin = line.trimmed();
+    const qsizetype arrow = begin.indexOf(u"-->");
+    return arrow >= 0 && (arrow == 0 || begin[0].isDigit()) && begin.contains(u':');
+}
+
 bool isNumber(QStringView line) {
     return !line.isEmpty() && line.size() <= 9 && std::all_of(line.cbegin(), line.cend(), [](QChar c) {
         return c.unicode() >= u'0' && c.unicode() <= u'9';
@@ -83,6 +90,8 @@ class SubRipBlocks {
             if (auto timing = timingOf(line)) {
                 finish(true);
                 begin(std::move(*timing));
+            } else if (isBrokenTiming(line)) {
+                finish(true);
             } else {
                 _text.append(line.trimmed());
             }

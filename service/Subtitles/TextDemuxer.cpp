@@ -65,7 +65,7 @@ std::unique_ptr<AVFormatContext, InputCloser> openText(AVIOContext &io, const ch
         return nullptr;
     raw->pb = &io;
     AVDictionary *options = nullptr;
-    if (rate.numerator > 0) {
+    if (rate.numerator > 0 && rate.denominator > 0) {
         const QByteArray fraction =
             QByteArray::number(rate.numerator) + '/' + QByteArray::number(rate.denominator);
         av_dict_set(&options, "subfps", fraction.constData(), 0);
