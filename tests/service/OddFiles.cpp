@@ -66,6 +66,11 @@ void addSubRipTimes(OddFiles &files) {
               "00:00:06,000\nFirst\n\n3\n00:00:05,000 "
               "--> 00:00:07,000\nThird\n",
               {cue(1000, 6000, "First"), cue(5000, 9000, "Second"), cue(5000, 7000, "Third")});
+    files.add("srt-broken-times",
+              "1\n00:00:01,000 --> 00:00:02,000\nOne\n\n2\n00:00:0x,000 --> "
+              "00:00:05,000\nLost\n\n3\n20000:00:00,000 --> "
+              "20000:00:01,000\nLost\n\n4\n00:00:06,000 --> 00:0o:07,000\nNo end\n",
+              {cue(1000, 2000, "One"), cue(6000, 9000, "No end")});
     files.add("srt-impossible-times",
               "1\n99999999999:00:00,000 --> 00:00:02,000\nNever\n\n2\n00:00:01,000 --> 00:00:02,000\nOne\n",
               {cue(1000, 2000, "One")});
@@ -110,6 +115,11 @@ void addSubRipBlocks(OddFiles &files) {
     files.add("srt-nuls-inside",
               oneLine("One") + QByteArray(60, '\0') + "\n\n2\n00:00:03,000 --> 00:00:04,000\nT\0wo\n",
               {cue(1000, 2000, "One"), cue(3000, 4000, "T")});
+    files.add("srt-damaged-utf8",
+              oneLine("\xC3\xA9t\xC3\xA9, \xE2\x99\xAA l\xC3\xA0-bas \xC3\xA9t\xC3\xA9 "
+                      "\xC3\xA9t\xC3\xA9 \xC3\xA9t\xC3\xA9 "
+                      "\xC3\xA9t\xC3\xA9 \xC3\xA9t\xC3\xA9 \xC3\xA9t\xC3\xA9 \xC3\xA9t\xC3\xA9 \xFF!"),
+              {cue(1000, 2000, "été, ♪ là-bas été été été été été été été \xEF\xBF\xBD!")});
     files.add("srt-same-twice", oneLine("Same") + oneLine("Same") + oneLine("Other"),
               {cue(1000, 2000, "Same"), cue(1000, 2000, "Other")});
 }
@@ -263,6 +273,11 @@ void addXml(OddFiles &files) {
         "<div begin='10s'><p begin='0.5s' end='1.5s'>Inner</p></div><p begin='0.25m'>Open</p></body></tt>",
         {cue(1000, 2500, "Offset"), cue(3500, 4500, "Length"), cue(6501, 7000, "Frames"),
          cue(8000, 8008, "Ticks"), cue(10'500, 11'500, "Inner"), cue(15'000, 18'000, "Open")});
+    files.add("ttml-films-frames",
+              "<tt><body><p begin='00:00:01:06' end='00:00:02:12'>Frames</p></body></tt>",
+              {cue(1250, 2500, "Frames")}, {24, 1});
+    files.add("ttml-standard-frames", "<tt><body><p begin='00:00:01:06' end='75f'>Frames</p></body></tt>",
+              {cue(1200, 2500, "Frames")});
     files.add("ttml-styles",
               "<tt:tt><tt:head><tt:styling><tt:style xml:id='s1' tts:fontStyle='italic'/><tt:style "
               "xml:id='s2' style='s1'/>"
