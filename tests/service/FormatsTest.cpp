@@ -163,7 +163,7 @@ TEST_F(FormatsTest, DamagedFilesGiveLinesThatCanBeStored) {
 
 // A reader whose time grows with the square of the length would need hours here.
 TEST_F(FormatsTest, NoTextMakesAReaderSlowOrLarge) {
-    constexpr qsizetype fileBytes = 512 * 1024;
+    constexpr qsizetype fileBytes = 256 * 1024;
     const QByteArrayList heads{"",
                                "1\n00:00:01,000 --> 00:00:02,000\n",
                                "WEBVTT\n\n00:01.000 --> 00:02.000\n",

@@ -113,8 +113,9 @@ void addSubRipBlocks(OddFiles &files) {
               {cue(5000, 6000, "Seen")});
     files.add("srt-nuls-at-the-end", oneLine("One") + QByteArray(900, '\0'), {cue(1000, 2000, "One")});
     files.add("srt-nuls-inside",
-              oneLine("One") + QByteArray(60, '\0') + "\n\n2\n00:00:03,000 --> 00:00:04,000\nT\0wo\n",
-              {cue(1000, 2000, "One"), cue(3000, 4000, "T")});
+              oneLine("One") + QByteArray(60, '\0') + "\n\n2\n00:00:03,000 --> 00:00:04,000\nT" +
+                  QByteArray(1, '\0') + "wo\n",
+              {cue(1000, 2000, "One"), cue(3000, 4000, "T wo")});
     files.add("srt-damaged-utf8",
               oneLine("\xC3\xA9t\xC3\xA9, \xE2\x99\xAA l\xC3\xA0-bas \xC3\xA9t\xC3\xA9 "
                       "\xC3\xA9t\xC3\xA9 \xC3\xA9t\xC3\xA9 "
