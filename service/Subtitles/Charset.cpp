@@ -1,21 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Subtitles/Charset.h"
 
-#include <QByteArrayList>
+#include "Subtitles/EncodingGuesses.h"
+#include "Subtitles/Iconv.h"
+
+#include <QByteArrayView>
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <memory>
 
-#include <iconv.h>
 #include <uchardet.h>
 
 namespace murvo::service {
 
 namespace {
 
-constexpr auto replacement = "\xEF\xBF\xBD";
 constexpr qsizetype mostBytesToGuessFrom = 262'144;
 
 struct Utf8Survey {
@@ -79,16 +79,55 @@ QByteArray encodingByMark(const QByteArray &bytes) {
     return found == marks.end() ? QByteArray() : QByteArray(found->encoding);
 }
 
-// Latin text in UTF-16 has a NUL in every second byte: which half they are in tells the byte order.
-QByteArray encodingByNuls(const QByteArray &bytes) {
+// Files are padded with zeros where a download was never finished.
+QByteArrayView withoutTrailingNuls(QByteArrayView bytes) {
+    while (!bytes.isEmpty() && bytes.back() == '\0')
+        bytes.chop(1);
+    return bytes;
+}
+
+// The two highest bytes of a character are nearly always 0 and a small number in UTF-32.
+bool isUtf32(QByteArrayView bytes, qsizetype highest, qsizetype second) {
+    constexpr char lastPlane = 0x10;
+    const qsizetype characters = bytes.size() / 4;
+    qsizetype wrong = 0;
+    for (qsizetype i = 0; i < characters; ++i) {
+        if (bytes[i * 4 + highest] != '\0' || bytes[i * 4 + second] < 0 || bytes[i * 4 + second] > lastPlane)
+            ++wrong;
+    }
+    return characters > 1 && wrong * 50 < characters;
+}
+
+// Text in UTF-16 has a NUL in every second byte of its figures and line ends: which half they are in tells
+// the byte order. NULs in both halves are damage.
+QByteArray encodingByNuls(QByteArrayView bytes) {
     std::array<qsizetype, 2> nuls{};
     for (qsizetype i = 0; i < bytes.size(); ++i) {
         if (bytes[i] == '\0')
             ++nuls[static_cast<size_t>(i % 2)];
     }
-    if ((nuls[0] + nuls[1]) * 20 <= bytes.size())
+    if ((nuls[0] + nuls[1]) * 20 <= withoutTrailingNuls(bytes).size())
         return {};
-    return nuls[1] >= nuls[0] ? "UTF-16LE" : "UTF-16BE";
+    if (isUtf32(bytes, 3, 2))
+        return "UTF-32LE";
+    if (isUtf32(bytes, 0, 1))
+        return "UTF-32BE";
+    if (nuls[1] > nuls[0] * 3)
+        return "UTF-16LE";
+    return nuls[0] > nuls[1] * 3 ? QByteArray("UTF-16BE") : QByteArray();
+}
+
+// XML says itself what it is written in, unless it was turned into another encoding since.
+QByteArray encodingByDeclaration(const QByteArray &bytes) {
+    const QByteArray start = bytes.left(200);
+    const qsizetype name = start.indexOf("encoding=");
+    if (!start.trimmed().startsWith("<?xml") || name < 0)
+        return {};
+    const QByteArray rest = start.mid(name + 9);
+    const qsizetype end = rest.indexOf(rest.left(1), 1);
+    const QByteArray encoding = end < 0 ? QByteArray() : rest.mid(1, end - 1).toUpper();
+    const bool single = !encoding.startsWith("UTF") && !encoding.startsWith("UCS");
+    return single && isEncoding(encoding) ? encoding : QByteArray();
 }
 
 // Guesses from the lines that have something to tell: plain ASCII ones only make the guess weaker.
@@ -106,79 +145,41 @@ QByteArray encodingByText(const QByteArray &bytes) {
         return "WINDOWS-1252";
     uchardet_data_end(detector.get());
     QByteArray guess = QByteArray(uchardet_get_charset(detector.get())).toUpper();
-    if (guess.isEmpty() || guess == "ASCII" || guess == "ISO-8859-1")
-        return "WINDOWS-1252";
+    if (guess.isEmpty() || guess == "ASCII" || guess == "ISO-8859-1" || guess.startsWith("MAC-CENTRAL"))
+        return "WINDOWS-1252"; // no film's subtitles are in the last one, short French files are taken for it
     if (guess == "GB2312" || guess == "GBK")
         return "GB18030";
     return guess;
 }
 
-class Converter {
-  public:
-    explicit Converter(const QByteArray &encoding)
-        : _handle(iconv_open("UTF-8", encoding.constData())) {}
-    ~Converter() {
-        if (valid())
-            iconv_close(_handle);
-    }
-    Converter(const Converter &) = delete;
-    Converter &operator=(const Converter &) = delete;
-
-    [[nodiscard]] bool valid() const { return _handle != reinterpret_cast<iconv_t>(-1); }
-
-    // Goes on behind bytes that have no meaning; unit is the encoding's smallest step.
-    QByteArray convert(QByteArray bytes, qsizetype unit) {
-        QByteArray result;
-        char *in = bytes.data();
-        size_t inLeft = static_cast<size_t>(bytes.size());
-        std::array<char, 16'384> buffer{};
-        while (inLeft > 0) {
-            char *out = buffer.data();
-            size_t outLeft = buffer.size();
-            const size_t done = iconv(_handle, &in, &inLeft, &out, &outLeft);
-            const int failure = errno;
-            result.append(buffer.data(), static_cast<qsizetype>(buffer.size() - outLeft));
-            if (done != static_cast<size_t>(-1) || failure == E2BIG)
-                continue;
-            result += replacement;
-            if (failure == EINVAL)
-                break; // cut within a character at the very end
-            const size_t skipped = std::min(inLeft, static_cast<size_t>(unit));
-            in += skipped;
-            inLeft -= skipped;
-        }
-        return result;
-    }
-
-  private:
-    iconv_t _handle;
-};
-
-QByteArray convert(const QByteArray &bytes, const QByteArray &encoding) {
-    const qsizetype unit = encoding.startsWith("UTF-32") ? 4 : encoding.startsWith("UTF-16") ? 2 : 1;
-    Converter converter(encoding);
-    if (converter.valid())
-        return converter.convert(bytes, unit);
-    return Converter("WINDOWS-1252").convert(bytes, 1);
-}
+} // namespace
 
 QByteArray encodingOf(const QByteArray &bytes) {
     if (QByteArray encoding = encodingByMark(bytes); !encoding.isEmpty())
         return encoding;
     if (QByteArray encoding = encodingByNuls(bytes); !encoding.isEmpty())
         return encoding;
-    return isMostlyUtf8(surveyUtf8(bytes)) ? QByteArrayLiteral("UTF-8") : encodingByText(bytes);
+    if (isMostlyUtf8(surveyUtf8(bytes)))
+        return "UTF-8";
+    if (QByteArray encoding = encodingByDeclaration(bytes); !encoding.isEmpty())
+        return encoding;
+    const QByteArray guess = likelierTwin(bytes, encodingByText(bytes));
+    return isEncoding(guess) ? guess : QByteArrayLiteral("WINDOWS-1252");
 }
 
-} // namespace
-
-QByteArray toUtf8(const QByteArray &fileBytes) {
-    QByteArray text = convert(fileBytes, encodingOf(fileBytes));
+QByteArray toUtf8(const QByteArray &bytes, const QByteArray &encoding) {
+    const QByteArray used = isEncoding(encoding) ? encoding : encodingOf(bytes);
+    const bool good = used == "UTF-8" && surveyUtf8(bytes).badBytes == 0;
+    QByteArray text = good ? bytes : convertToUtf8(bytes, used).utf8;
     if (text.startsWith("\xEF\xBB\xBF"))
         text.remove(0, 3);
     // Readers in C end at a NUL and would lose the rest.
     text.replace('\0', ' ');
     return text;
+}
+
+QByteArrayList encodingGuesses(const QByteArray &bytes) {
+    return rankedEncodings(bytes, encodingOf(bytes));
 }
 
 } // namespace murvo::service

@@ -29,9 +29,11 @@ struct FrameRate {
 /// True for the beginnings of VobSub's .sub and .idx.
 [[nodiscard]] bool isPictureSubtitle(const QByteArray &fileBytes);
 
-/// Reads a subtitle file (SubRip, MicroDVD, SubViewer, MPL2, WebVTT, ASS/SSA) in any encoding from its bytes.
-/// The format is told by the content; filmRate is for files that count in frames and do not say how fast.
-/// Takes any bytes. Any thread; reads no disk and no network.
-[[nodiscard]] CueReading readCues(const QByteArray &fileBytes, FrameRate filmRate);
+/// Reads a subtitle file (SubRip, WebVTT, ASS/SSA, MicroDVD, SubViewer, MPL2, SAMI, TTML) from its bytes. The
+/// format is told by the content, the encoding too unless it is given; filmRate is for files that count in
+/// frames and do not say how fast. Takes any bytes, and needs time in proportion to their number: the caller
+/// limits it. Any thread; reads no disk and no network.
+[[nodiscard]] CueReading readCues(const QByteArray &fileBytes, FrameRate filmRate,
+                                  const QByteArray &encoding = {});
 
 } // namespace murvo::service

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Subtitles/Cues.h"
 
+#include <QSet>
+
 #include <algorithm>
 
 namespace murvo::service {
@@ -12,21 +14,43 @@ namespace {
 constexpr qint64 longestCueMs = 60'000;
 constexpr qint64 guessedCueMs = 3'000;
 
+// Shadows and glows are made by the same line in several layers: a reader needs it once.
+void removeRepeated(QList<Cue> &sorted) {
+    QSet<QString> seenAtStart;
+    qint64 startMs = -1;
+    sorted.removeIf([&seenAtStart, &startMs](const Cue &cue) {
+        if (cue.startMs != startMs) {
+            seenAtStart.clear();
+            startMs = cue.startMs;
+        }
+        const QString key = QString::number(cue.endMs) + u'\n' + cue.lines.join(u'\n');
+        if (seenAtStart.contains(key))
+            return true;
+        seenAtStart.insert(key);
+        return false;
+    });
+}
+
 } // namespace
 
 QList<Cue> inOrder(QList<Cue> cues) {
-    cues.removeIf([](const Cue &cue) { return cue.lines.isEmpty() || cue.startMs < 0; });
+    cues.removeIf([](const Cue &cue) { return cue.lines.isEmpty() || (cue.startMs < 0 && cue.endMs <= 0); });
+    for (Cue &cue : cues)
+        cue.startMs = std::max<qint64>(cue.startMs, 0);
     std::stable_sort(cues.begin(), cues.end(),
                      [](const Cue &a, const Cue &b) { return a.startMs < b.startMs; });
-    for (qsizetype i = 0; i < cues.size(); ++i) {
-        Cue &cue = cues[i];
+    auto next = cues.cbegin(); // the first cue that starts later
+    for (Cue &cue : cues) {
+        while (next != cues.cend() && next->startMs <= cue.startMs)
+            ++next;
         if (cue.endMs <= cue.startMs) {
             cue.endMs = cue.startMs + guessedCueMs;
-            if (i + 1 < cues.size() && cues[i + 1].startMs > cue.startMs)
-                cue.endMs = std::min(cue.endMs, cues[i + 1].startMs);
+            if (next != cues.cend())
+                cue.endMs = std::min(cue.endMs, next->startMs);
         }
         cue.endMs = std::min(cue.endMs, cue.startMs + longestCueMs);
     }
+    removeRepeated(cues);
     return cues;
 }
 

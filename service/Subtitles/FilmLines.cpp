@@ -10,7 +10,9 @@ namespace murvo::service {
 namespace {
 
 bool countsInFrames(const Subtitle &subtitle) {
-    return subtitle.fileName.endsWith(QLatin1String(".sub"), Qt::CaseInsensitive);
+    return subtitle.fileName.endsWith(QLatin1String(".sub"), Qt::CaseInsensitive) ||
+           subtitle.fileName.endsWith(QLatin1String(".ttml"), Qt::CaseInsensitive) ||
+           subtitle.fileName.endsWith(QLatin1String(".dfxp"), Qt::CaseInsensitive);
 }
 
 FrameRate frameRateOf(const Film &film) {

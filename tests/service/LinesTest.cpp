@@ -2,7 +2,6 @@
 #include "service/ServiceFixture.h"
 
 #include <QJsonArray>
-#include <QStringEncoder>
 
 namespace murvo::service::test {
 
@@ -100,70 +99,15 @@ TEST_F(LinesTest, AnUnreadableFileGivesWayToTheNextOne) {
               QStringLiteral("unknownFormat"));
 }
 
-TEST_F(LinesTest, MarkupIsTakenOffAndTextIsLeftAlone) {
-    EXPECT_EQ(read(QStringLiteral("srt"),
-                   "1\n00:00:01,000 --> 00:00:02,000\n{\\an8}<i>He said</i> <font color=\"#f00\">1 < "
-                   "2</font> &amp; 3\n"
-                   "{literal} C:\\new \x01\x7f\n\n2\n00:00:03,000 --> 00:00:02,000\n<b></b>\nEnd first\n"),
-              (QStringList{QStringLiteral("1000-2000 He said 1 < 2 & 3|{literal} C:\\new"),
-                           QStringLiteral("3000-6000 End first")}));
-    EXPECT_EQ(read(QStringLiteral("vtt"),
-                   "WEBVTT - title\n\nSTYLE\n::cue { color: red }\n\nNOTE a remark\n\nbad\n00:01 -> "
-                   "00:02\nlost\n\nid 1\n"
-                   "00:01.000 --> 00:02.000 align:start\n<v Roger>Hi <c.x>there</c>&nbsp;you &lt;3\n\n"
-                   "00:00:03,000 --> 00:00:04,000\nComma\n"),
-              (QStringList{QStringLiteral("1000-2000 Hi there you <3"), QStringLiteral("3000-4000 Comma")}));
-    EXPECT_EQ(read(QStringLiteral("ass"),
-                   "[Script Info]\nScriptType: v4.00+\n[Events]\nFormat: Layer, Start, End, Style, Text\n"
-                   "Dialogue: 0,0:00:01.00,0:00:02.00,Default,a, b\\hc \\{d\\}\n"
-                   "Comment: 0,0:00:02.00,0:00:03.00,Default,not shown\n"
-                   "Dialogue: 0,0:00:04.00,0:00:05.00,Default,{\\p1}m 0 0 l 9 9{\\p0}drawn\n"),
-              (QStringList{QStringLiteral("1000-2000 a, b c {d}"), QStringLiteral("4000-5000 drawn")}));
-    EXPECT_EQ(
-        read(QStringLiteral("sub"), "{1}{1}25\n{25}{50}{y:i}one|/two\n{75}{100}three\n{125}{150}four\n"),
-        (QStringList{QStringLiteral("1000-2000 one|two"), QStringLiteral("3000-4000 three"),
-                     QStringLiteral("5000-6000 four")}));
-}
-
-TEST_F(LinesTest, EveryEncodingIsRead) {
-    const QString text = QStringLiteral("Où êtes-vous, mon garçon ? Là-bas, à l'hôtel, près du théâtre.");
-    QString file;
-    for (int i = 0; i < 20; ++i)
-        file += QStringLiteral("%1\r\n00:00:%2,000 --> 00:00:%2,900\r\n%3\r\n\r\n")
-                    .arg(i + 1)
-                    .arg(i + 10)
-                    .arg(text);
-    using Encoding = QStringConverter::Encoding;
-    const auto encoded = [&file](Encoding encoding, bool mark) {
-        QStringEncoder encoder(encoding,
-                               mark ? QStringConverter::Flag::WriteBom : QStringConverter::Flag::Default);
-        return QByteArray(encoder.encode(file));
-    };
-    const QByteArray utf8 = file.toUtf8();
-    for (const QByteArray &bytes :
-         {utf8, "\xEF\xBB\xBF" + utf8, encoded(Encoding::Utf16LE, true), encoded(Encoding::Utf16BE, true),
-          encoded(Encoding::Utf16LE, false), encoded(Encoding::Utf16BE, false),
-          encoded(Encoding::Utf32LE, true), file.toLatin1()}) {
-        const QStringList lines = read(QStringLiteral("srt"), bytes);
-        ASSERT_EQ(lines.size(), 20);
-        EXPECT_EQ(lines[3], QStringLiteral("13000-13900 ") + text);
-    }
-    const QStringList damaged = read(QStringLiteral("srt"), QByteArray(utf8).replace(60, 1, "\xff\0", 2));
-    EXPECT_EQ(damaged.size(), 20);
-}
-
-TEST_F(LinesTest, DamagedFilesAreRefusedWithAWordOrReadAsFarAsTheyGo) {
+TEST_F(LinesTest, AFileInAnotherEncodingIsReadAndOneOfPicturesIsNamed) {
+    EXPECT_EQ(read(QStringLiteral("srt"), srt("D\xE9j\xE0 vu, mon gar\xE7on")).value(0),
+              QStringLiteral("1000-2500 Déjà vu, mon garçon"));
     EXPECT_EQ(read(QStringLiteral("sub"), QByteArray("\0\0\x01\xBA", 4) + QByteArray(9'000'000, '\x42')),
               QStringList{QStringLiteral("pictureSubtitle")});
     for (const QByteArray &bytes : {QByteArray(), QByteArray(3000, '\0'), QByteArray("\xff\xfe")})
         EXPECT_EQ(read(QStringLiteral("srt"), bytes).size(), 1);
     EXPECT_EQ(read(QStringLiteral("srt"), "1\n00:00:01,000 --> 00:00:02,000\n\n"),
               QStringList{QStringLiteral("noCues")});
-    const QByteArray whole = srt("Hello");
-    for (qsizetype length = 0; length < whole.size(); length += 7)
-        EXPECT_LE(read(QStringLiteral("srt"), whole.left(length)).size(), 2);
-    EXPECT_EQ(read(QStringLiteral("srt"), "junk\n00:00:01,000-->99:59:59,999\nLong\n"),
-              QStringList{QStringLiteral("1000-61000 Long")});
 }
 
 TEST_F(LinesTest, LinesCountedInFramesTakeTheFilmsOwnRate) {
