@@ -1,32 +1,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "Sources/PendingFilms.h"
+#include "ChangeCounts.h"
 
 namespace murvo::service {
 
-void PendingFilms::announce() {
-    {
-        const std::lock_guard lock(_mutex);
-        ++_count;
-    }
+void ChangeCounts::announce(qint32 key) {
+    const std::lock_guard lock(_mutex);
+    ++_counts[key];
     _changed.notify_all();
 }
 
-int PendingFilms::count() const {
+qint32 ChangeCounts::count(qint32 key) const {
     const std::lock_guard lock(_mutex);
-    return _count;
+    return _counts.value(key);
 }
 
-int PendingFilms::waitForOtherThan(int known, std::chrono::milliseconds limit) {
+qint32 ChangeCounts::waitForOtherThan(qint32 known, std::chrono::milliseconds limit, qint32 key) {
     std::unique_lock lock(_mutex);
-    _changed.wait_for(lock, limit, [&] { return _isClosed || _count != known; });
-    return _count;
+    _changed.wait_for(lock, limit, [&] { return _counts.value(key) != known || _isClosed; });
+    return _counts.value(key);
 }
 
-void PendingFilms::close() {
-    {
-        const std::lock_guard lock(_mutex);
-        _isClosed = true;
-    }
+void ChangeCounts::close() {
+    const std::lock_guard lock(_mutex);
+    _isClosed = true;
     _changed.notify_all();
 }
 

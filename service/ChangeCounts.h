@@ -1,22 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QHash>
+
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
 
 namespace murvo::service {
 
-/// Counts the films that the player has been handed and that wait there for the home page. It knows none of
-/// them: all that the page needs is that there is a new one. Any thread.
-class PendingFilms {
+/// Counts the changes of things that pages wait for, by a key of the thing. It knows none of them: all that a
+/// page needs is that there is something new. Any thread.
+class ChangeCounts {
   public:
-    void announce();
+    void announce(qint32 key = 0);
 
-    [[nodiscard]] int count() const;
+    [[nodiscard]] qint32 count(qint32 key = 0) const;
 
     /// Blocks until the count differs from known, for the limit at most; returns the count.
-    [[nodiscard]] int waitForOtherThan(int known, std::chrono::milliseconds limit);
+    [[nodiscard]] qint32 waitForOtherThan(qint32 known, std::chrono::milliseconds limit, qint32 key = 0);
 
     /// Ends all waits, and lets none begin any more.
     void close();
@@ -24,7 +26,7 @@ class PendingFilms {
   private:
     mutable std::mutex _mutex;
     std::condition_variable _changed;
-    int _count = 0;
+    QHash<qint32, qint32> _counts;
     bool _isClosed = false;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/EmbeddedService.h"
 
+#include "ChangeCounts.h"
 #include "Http/FilmRoutes.h"
 #include "Http/HomeRoutes.h"
 #include "Http/HttpServer.h"
@@ -10,13 +11,16 @@
 #include "Http/SubtitleRoutes.h"
 #include "Log.h"
 #include "Sources/FilmPaths.h"
-#include "Sources/PendingFilms.h"
+#include "Sources/InsideSubtitles.h"
 #include "Sources/SubtitleLookup.h"
+#include "Store/ChoiceTable.h"
 #include "Store/Database.h"
 #include "Store/FilmTable.h"
 #include "Store/SettingsTable.h"
 #include "Store/SubtitleTable.h"
+#include "Store/TimingTable.h"
 #include "Subtitles/FilmLines.h"
+#include "Timing/TrackSync.h"
 
 #include <QDir>
 #include <QFile>
@@ -43,18 +47,24 @@ struct EmbeddedService::Impl {
         addPageRoutes(router);
         addHomeRoutes(router, pendingFilms);
         addSettingsRoutes(router, settings);
-        addFilmRoutes(router, {films, subtitles, settings, lookup, lines});
-        addSubtitleRoutes(router, {films, subtitles, lines});
+        addFilmRoutes(router,
+                      {films, subtitles, choices, timings, settings, lookup, inside, lines, filmChanges});
+        addSubtitleRoutes(router, {films, subtitles, timings, lines, sync, filmChanges});
     }
 
     Database database;
     FilmTable films{database};
     SubtitleTable subtitles{database};
+    ChoiceTable choices{database};
+    TimingTable timings{database};
     SettingsTable settings{database};
     FilmPaths paths;
-    PendingFilms pendingFilms;
-    SubtitleLookup lookup{films, subtitles, paths};
-    FilmLines lines{subtitles};
+    ChangeCounts pendingFilms;
+    ChangeCounts filmChanges;
+    InsideSubtitles inside{films, subtitles, filmChanges};
+    SubtitleLookup lookup{films, subtitles, paths, inside};
+    FilmLines lines{subtitles, choices, inside};
+    TrackSync sync{subtitles, lines};
     Router router;
     std::unique_ptr<HttpServer> server;
 };
@@ -86,7 +96,9 @@ EmbeddedService::EmbeddedService(std::unique_ptr<Impl> impl)
     : _impl(std::move(impl)) {}
 
 EmbeddedService::~EmbeddedService() {
-    _impl->pendingFilms.close(); // the server waits for the requests that wait for films
+    // The server waits for the requests that wait for changes.
+    _impl->pendingFilms.close();
+    _impl->filmChanges.close();
 }
 
 QString EmbeddedService::baseUrl() const {

@@ -3,10 +3,10 @@
 
 namespace murvo::service {
 
-class PendingFilms;
+class ChangeCounts;
 class Router;
 
-/// What the home page asks besides the settings. The films are borrowed and outlive the router.
-void addHomeRoutes(Router &router, PendingFilms &films);
+/// What the home page asks besides the settings. The count is borrowed and outlives the router.
+void addHomeRoutes(Router &router, ChangeCounts &pendingFilms);
 
 } // namespace murvo::service

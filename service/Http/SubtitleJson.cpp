@@ -2,20 +2,64 @@
 #include "Http/SubtitleJson.h"
 
 #include "Languages.h"
+#include "Subtitles/Findings.h"
+
+#include <QHash>
 
 namespace murvo::service {
 
+namespace {
+
+QString sourceName(SubtitleSource source) {
+    switch (source) {
+    case SubtitleSource::Inside:
+        return QStringLiteral("inside");
+    case SubtitleSource::Added:
+        return QStringLiteral("added");
+    case SubtitleSource::Beside:
+        break;
+    }
+    return QStringLiteral("beside");
+}
+
+QString messageOf(const QString &problem) {
+    static const QHash<QString, QString> messages{
+        {codeOf(CueProblem::PictureSubtitle), QStringLiteral("Pictures, not text: cannot be clicked.")},
+        {codeOf(CueProblem::NoCues), QStringLiteral("Cannot be read: there is not one line in it.")},
+        {codeOf(CueProblem::TooLarge), QStringLiteral("Cannot be read: it is too large for a subtitle.")},
+        {codeOf(CueProblem::Unreadable), QStringLiteral("Cannot be read: the file cannot be opened.")},
+        {codeOf(CueProblem::LiesElsewhere),
+         QStringLiteral("Cannot be read: it is a link out of the film's folder.")}};
+    return messages.value(problem, QStringLiteral("Cannot be read: it is no known kind of subtitle."));
+}
+
+QJsonArray italicsJson(const QList<ItalicRange> &ranges) {
+    QJsonArray list;
+    for (const ItalicRange &range : ranges)
+        list.append(QJsonObject{{QStringLiteral("line"), range.line},
+                                {QStringLiteral("start"), range.start},
+                                {QStringLiteral("end"), range.end}});
+    return list;
+}
+
+} // namespace
+
 QJsonObject subtitleJson(const Subtitle &subtitle) {
-    const Language *language = findLanguage(subtitle.language);
+    const Language *language = findLanguage(subtitle.likelyLanguage());
     return {
         {QStringLiteral("subtitleId"), subtitle.id},
+        {QStringLiteral("source"), sourceName(subtitle.source)},
         {QStringLiteral("fileName"), subtitle.fileName},
-        {QStringLiteral("language"), subtitle.language},
+        {QStringLiteral("title"), subtitle.title},
+        {QStringLiteral("language"), subtitle.likelyLanguage()},
         {QStringLiteral("languageTag"), language != nullptr ? QString(language->twoLetter) : QString()},
         {QStringLiteral("languageName"), language != nullptr ? language->nativeName.toString() : QString()},
         {QStringLiteral("forced"), subtitle.forced},
         {QStringLiteral("hearingImpaired"), subtitle.hearingImpaired},
-        {QStringLiteral("stored"), subtitle.stored()}};
+        {QStringLiteral("isThere"), subtitle.isThere},
+        {QStringLiteral("stored"), subtitle.stored()},
+        {QStringLiteral("cueCount"), subtitle.cueCount},
+        {QStringLiteral("error"), problemJson(subtitle.problem)}};
 }
 
 QJsonArray cuesJson(const QList<Cue> &cues) {
@@ -23,27 +67,15 @@ QJsonArray cuesJson(const QList<Cue> &cues) {
     for (const Cue &cue : cues)
         list.append(QJsonObject{{QStringLiteral("startMs"), cue.startMs},
                                 {QStringLiteral("endMs"), cue.endMs},
-                                {QStringLiteral("lines"), QJsonArray::fromStringList(cue.lines)}});
+                                {QStringLiteral("lines"), QJsonArray::fromStringList(cue.lines)},
+                                {QStringLiteral("italics"), italicsJson(cue.italics)}});
     return list;
 }
 
-QJsonObject problemJson(CueProblem problem) {
-    const auto error = [](const char *code, const char *message) {
-        return QJsonObject{{QStringLiteral("code"), QLatin1String(code)},
-                           {QStringLiteral("message"), QLatin1String(message)}};
-    };
-    switch (problem) {
-    case CueProblem::PictureSubtitle:
-        return error("pictureSubtitle",
-                     "This file holds pictures of lines, not text. Look for the film's subtitles as .srt.");
-    case CueProblem::UnknownFormat:
-        return error("unknownFormat", "This file is not a subtitle that can be read.");
-    case CueProblem::NoCues:
-        return error("noCues", "Not one line could be read from this file.");
-    case CueProblem::None:
-        break;
-    }
-    return {};
+QJsonValue problemJson(const QString &code) {
+    if (code.isEmpty())
+        return QJsonValue::Null;
+    return QJsonObject{{QStringLiteral("code"), code}, {QStringLiteral("message"), messageOf(code)}};
 }
 
 } // namespace murvo::service

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "Store/SubtitleTable.h"
-#include "Subtitles/CueReader.h"
+#include "Subtitles/Cues.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -13,7 +13,8 @@ namespace murvo::service {
 [[nodiscard]] QJsonObject subtitleJson(const Subtitle &subtitle);
 [[nodiscard]] QJsonArray cuesJson(const QList<Cue> &cues);
 
-/// {"code":..., "message":...}: the inner object of an error, for a subtitle that cannot be used.
-[[nodiscard]] QJsonObject problemJson(CueProblem problem);
+/// {"code":..., "message":...}: the inner object of an error, for a subtitle that cannot be used. null for
+/// the empty code.
+[[nodiscard]] QJsonValue problemJson(const QString &code);
 
 } // namespace murvo::service

@@ -44,4 +44,9 @@ FilmInput openFilm(const QString &filmPath, FilmInput::IsToStop isToStop) {
     return input;
 }
 
+QString streamTag(const AVStream &stream, const char *name) {
+    const AVDictionaryEntry *entry = av_dict_get(stream.metadata, name, nullptr, 0);
+    return entry == nullptr ? QString() : QString::fromUtf8(entry->value);
+}
+
 } // namespace murvo::service

@@ -7,6 +7,7 @@
 #include <memory>
 
 struct AVFormatContext;
+struct AVStream;
 
 namespace murvo::service {
 
@@ -38,5 +39,8 @@ class FilmInput {
 
 /// Opens the film and reads its headers; no input when it is no readable film or was stopped.
 [[nodiscard]] FilmInput openFilm(const QString &filmPath, FilmInput::IsToStop isToStop);
+
+/// What the film says of its stream under that name ("language", "title"); empty when nothing.
+[[nodiscard]] QString streamTag(const AVStream &stream, const char *name);
 
 } // namespace murvo::service

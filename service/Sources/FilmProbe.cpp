@@ -17,11 +17,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::seconds longestProbe{5};
 
-QString metadata(const AVStream &stream, const char *key) {
-    const AVDictionaryEntry *entry = av_dict_get(stream.metadata, key, nullptr, 0);
-    return entry == nullptr ? QString() : QString::fromUtf8(entry->value);
-}
-
 // libVLC numbers a track by its place among all streams, in a transport stream by its PID. Measured with
 // libVLC 3 on Matroska, MP4, QuickTime, AVI, WebM, MPEG programme and transport streams.
 int playerTrackId(const AVFormatContext &input, const AVStream &stream) {
@@ -32,9 +27,9 @@ int playerTrackId(const AVFormatContext &input, const AVStream &stream) {
 AudioTrack describe(const AVFormatContext &input, const AVStream &stream) {
     AudioTrack track;
     track.trackId = playerTrackId(input, stream);
-    if (const Language *language = findLanguage(metadata(stream, "language")))
+    if (const Language *language = findLanguage(streamTag(stream, "language")))
         track.language = language->code;
-    track.title = metadata(stream, "title");
+    track.title = streamTag(stream, "title");
     track.isDefault = (stream.disposition & AV_DISPOSITION_DEFAULT) != 0;
     return track;
 }

@@ -1,73 +1,127 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Sources/Sidecars.h"
 
-#include "Subtitles/CueReader.h"
+#include "Sources/SidecarFile.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace murvo::service {
 
 namespace {
 
-// The longest films' subtitles are below 1 MB; a VobSub picture file, which cannot be used, is several.
-constexpr qint64 largestSidecarBytes = 8LL * 1024 * 1024;
 constexpr int mostSidecars = 64;
-// What is read of a larger file, only to tell whether it holds pictures.
-constexpr qint64 signatureBytes = 32;
 
-class FileDescriptor {
+/// What lies in a film's folder, as far as it bears on which subtitles are the film's.
+class FilmFolder {
   public:
-    explicit FileDescriptor(int descriptor)
-        : _descriptor(descriptor) {}
-    ~FileDescriptor() {
-        if (_descriptor >= 0)
-            ::close(_descriptor);
+    explicit FilmFolder(const QFileInfo &film)
+        : _folder(film.dir().canonicalPath())
+        , _film(film.fileName()) {
+        for (const QString &name : filesIn({})) {
+            if (!isFilmName(name) || name == _film)
+                continue;
+            _isLone = false;
+            if (comparableBase(name).startsWith(comparableBase(_film)) &&
+                comparableBase(name).size() > comparableBase(_film).size())
+                _namedLonger.append(name);
+        }
     }
-    FileDescriptor(const FileDescriptor &) = delete;
-    FileDescriptor &operator=(const FileDescriptor &) = delete;
-    [[nodiscard]] int get() const { return _descriptor; }
+
+    [[nodiscard]] QString path() const { return _folder.path(); }
+
+    /// Places and what their names tell; the contents are left empty.
+    [[nodiscard]] QList<Sidecar> candidates() const {
+        QList<Sidecar> found = besideFilm();
+        static const QStringList subtitleFolders{QStringLiteral("sub"), QStringLiteral("subs"),
+                                                 QStringLiteral("subtitle"), QStringLiteral("subtitles")};
+        for (const QString &name : foldersIn({})) {
+            if (subtitleFolders.contains(name.toLower()))
+                found += inSubtitleFolder(name);
+        }
+        return found.mid(0, mostSidecars);
+    }
 
   private:
-    int _descriptor;
+    [[nodiscard]] QStringList filesIn(const QString &below) const {
+        return QDir(_folder.filePath(below)).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+    }
+    [[nodiscard]] QStringList foldersIn(const QString &below) const {
+        return QDir(_folder.filePath(below)).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    }
+
+    // What the name tells, if the file is named after this film and not better after another.
+    [[nodiscard]] std::optional<SidecarName> namedAfterFilm(const QString &name) const {
+        if (!isSubtitleName(name))
+            return std::nullopt;
+        const bool isOfAnother =
+            std::any_of(_namedLonger.begin(), _namedLonger.end(),
+                        [&name](const QString &other) { return readSidecarName(other, name).has_value(); });
+        return isOfAnother ? std::nullopt : readSidecarName(_film, name);
+    }
+
+    [[nodiscard]] QList<Sidecar> besideFilm() const {
+        QList<Sidecar> found;
+        QList<Sidecar> others;
+        for (const QString &name : filesIn({})) {
+            if (const auto told = namedAfterFilm(name))
+                found.append({name, *told, {}, {}});
+            else if (isSubtitleName(name))
+                others.append({name, readSubtitleName(name), {}, {}});
+        }
+        if (!_isLone)
+            return found;
+        const bool isLoneFile = found.isEmpty() && others.size() == 1;
+        for (const Sidecar &other : others) {
+            if (isLoneFile || (other.told.isWordsOnly && !other.told.language.isEmpty()))
+                found.append(other);
+        }
+        return found;
+    }
+
+    [[nodiscard]] QList<Sidecar> inSubtitleFolder(const QString &folder) const {
+        QList<Sidecar> found;
+        const auto add = [&found](const QString &below, const QString &name) {
+            if (isSubtitleName(name))
+                found.append({below + u'/' + name, readSubtitleName(name), {}, {}});
+        };
+        for (const QString &name : filesIn(folder)) {
+            if (const auto told = namedAfterFilm(name))
+                found.append({folder + u'/' + name, *told, {}, {}});
+            else if (_isLone)
+                add(folder, name);
+        }
+        for (const QString &name : foldersIn(folder)) {
+            // A folder's name has no extension.
+            if (comparableBase(name + QLatin1String(".x")) != comparableBase(_film))
+                continue;
+            const QString below = folder + u'/' + name;
+            for (const QString &file : filesIn(below))
+                add(below, file);
+        }
+        return found;
+    }
+
+    QDir _folder;
+    QString _film;
+    bool _isLone = true;      // no other film lies in the folder
+    QStringList _namedLonger; // other films whose names begin with this one's
 };
 
-// Asks the open file itself where it lies, so that no link can be changed between the check and the reading.
-bool liesIn(int descriptor, const QString &canonicalFolder) {
-    const QString link = QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(descriptor));
-    return link.section(u'/', 0, -2) == (canonicalFolder == QLatin1String("/") ? QString() : canonicalFolder);
-}
-
-std::optional<QByteArray> readRegularFile(const QString &canonicalFolder, const QString &fileName) {
-    const QByteArray path = QFile::encodeName(canonicalFolder + u'/' + fileName);
-    // O_NONBLOCK: a pipe under a subtitle's name must not hold the thread.
-    const FileDescriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    struct stat status {};
-    if (file.get() < 0 || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
-        !liesIn(file.get(), canonicalFolder))
-        return std::nullopt;
-
-    const bool tooLarge = status.st_size > largestSidecarBytes;
-    QByteArray content(static_cast<qsizetype>(tooLarge ? signatureBytes : status.st_size), Qt::Uninitialized);
-    qsizetype filled = 0;
-    while (filled < content.size()) {
-        const ssize_t got =
-            ::read(file.get(), content.data() + filled, static_cast<size_t>(content.size() - filled));
-        if (got <= 0)
-            break; // the file has become shorter meanwhile, or cannot be read on: what is there is used
-        filled += static_cast<qsizetype>(got);
-    }
-    content.truncate(filled);
-    if (tooLarge && !isPictureSubtitle(content))
-        return std::nullopt;
-    return content;
+// Many files of text are no subtitles, and a VobSub's index says the same as the pictures beside it.
+bool isOfNoAccount(const Sidecar &sidecar, const QList<Sidecar> &all) {
+    const QString base = sidecar.place.section(u'.', 0, -2);
+    const QString extension = sidecar.place.section(u'.', -1).toLower();
+    if (extension == QLatin1String("idx"))
+        return std::any_of(all.begin(), all.end(), [&base](const Sidecar &other) {
+            return other.place.compare(base + QLatin1String(".sub"), Qt::CaseInsensitive) == 0;
+        });
+    if (extension == QLatin1String("txt") || extension == QLatin1String("xml"))
+        return sidecar.problem != CueProblem::None ||
+               readCues(sidecar.content, {}).problem != CueProblem::None;
+    return false;
 }
 
 } // namespace
@@ -76,25 +130,33 @@ QList<Sidecar> findSidecars(const QString &filmPath) {
     const QFileInfo film(filmPath);
     if (filmPath.isEmpty() || !film.isFile())
         return {};
+    const FilmFolder folder(film);
     QList<Sidecar> sidecars;
-    const QString folder = film.dir().canonicalPath();
-    for (const QString &name : QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Name)) {
-        const auto told = readSidecarName(film.fileName(), name);
-        if (!told)
-            continue;
-        if (auto content = readRegularFile(folder, name))
-            sidecars.append({name, *told, std::move(*content)});
-        if (sidecars.size() == mostSidecars)
-            break;
+    QList<Sidecar> candidates = folder.candidates();
+    for (Sidecar &candidate : candidates) {
+        SidecarFile file = readSidecarFile(folder.path(), candidate.place);
+        candidate.content = std::move(file.content);
+        candidate.problem = file.problem;
+        sidecars.append(std::move(candidate));
     }
+    const QList<Sidecar> all = sidecars;
+    sidecars.removeIf([&all](const Sidecar &sidecar) { return isOfNoAccount(sidecar, all); });
     return sidecars;
 }
 
-std::optional<QByteArray> readSidecar(const QString &filmPath, const QString &fileName) {
+std::optional<QByteArray> readSidecar(const QString &filmPath, const QString &place) {
     const QFileInfo film(filmPath);
-    if (filmPath.isEmpty() || !readSidecarName(film.fileName(), fileName))
+    if (filmPath.isEmpty() || !film.isFile())
         return std::nullopt;
-    return readRegularFile(film.dir().canonicalPath(), fileName);
+    const FilmFolder folder(film);
+    const QList<Sidecar> candidates = folder.candidates();
+    const bool isOfFilm =
+        std::any_of(candidates.begin(), candidates.end(),
+                    [&place](const Sidecar &candidate) { return candidate.place == place; });
+    if (!isOfFilm)
+        return std::nullopt;
+    SidecarFile file = readSidecarFile(folder.path(), place);
+    return file.problem == CueProblem::None ? std::optional(std::move(file.content)) : std::nullopt;
 }
 
 } // namespace murvo::service

@@ -9,6 +9,8 @@
 namespace murvo::service {
 
 class FilmPaths;
+class InsideSubtitles;
+struct Sidecar;
 
 /// One line of the lookup's answer.
 struct SubtitleOffer {
@@ -21,23 +23,29 @@ struct LookupAnswer {
     QList<SubtitleOffer> offers;
 };
 
-/// Finds the subtitles of a film: those beside it and those that the store kept from earlier.
+/// Finds the subtitles of a film: those beside it and those that the store kept from earlier. Those inside it
+/// it lets be taken out, and does not wait for them.
 ///
-/// Any thread; borrows the tables and the paths. It reads the disk, and enters new films and files into the
-/// store, but no content: that comes by the player's upload.
+/// Any thread; borrows everything. It reads the disk, and enters new films and files into the store, but no
+/// content: that comes by the player's upload.
 class SubtitleLookup {
   public:
-    SubtitleLookup(FilmTable &films, SubtitleTable &subtitles, const FilmPaths &paths)
+    SubtitleLookup(FilmTable &films, SubtitleTable &subtitles, const FilmPaths &paths,
+                   InsideSubtitles &inside)
         : _films(films)
         , _subtitles(subtitles)
-        , _paths(paths) {}
+        , _paths(paths)
+        , _inside(inside) {}
 
     [[nodiscard]] LookupAnswer lookUp(quint64 movieHash, quint64 sizeBytes, const QString &fileName);
 
   private:
+    void offer(const Subtitle &subtitle, const Sidecar &sidecar, LookupAnswer &answer);
+
     FilmTable &_films;
     SubtitleTable &_subtitles;
     const FilmPaths &_paths;
+    InsideSubtitles &_inside;
 };
 
 } // namespace murvo::service

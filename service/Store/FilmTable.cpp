@@ -7,16 +7,21 @@ namespace murvo::service {
 
 namespace {
 
+constexpr QLatin1String hashPrefix("hash:");
+constexpr auto columns = "id, name, path, identity, inside_read";
+
 Film filmOfRow(SQLite::Statement &row) {
     return {row.getColumn(0).getInt(), QString::fromStdString(row.getColumn(1).getString()),
-            QString::fromStdString(row.getColumn(2).getString())};
+            QString::fromStdString(row.getColumn(2).getString()),
+            QString::fromStdString(row.getColumn(3).getString()).startsWith(hashPrefix),
+            QString::fromStdString(row.getColumn(4).getString())};
 }
 
 } // namespace
 
 QString FilmKey::identity() const {
     if (hashed())
-        return QStringLiteral("hash:%1:%2").arg(movieHash, 0, 16).arg(sizeBytes);
+        return hashPrefix + QStringLiteral("%1:%2").arg(movieHash, 0, 16).arg(sizeBytes);
     return path.isEmpty() ? QStringLiteral("name:") + name : QStringLiteral("path:") + path;
 }
 
@@ -29,11 +34,13 @@ Film FilmTable::findOrAdd(const FilmKey &key) {
     return _database.transact([&key](SQLite::Database &connection) {
         // A lookup without a path or a name keeps what an earlier one told.
         SQLite::Statement add(connection,
-                              "INSERT INTO films (identity, name, path) VALUES (?, ?, ?) "
-                              "ON CONFLICT (identity) DO UPDATE SET "
-                              "name = CASE WHEN excluded.name = '' THEN name ELSE excluded.name END, "
-                              "path = CASE WHEN excluded.path = '' THEN path ELSE excluded.path END "
-                              "RETURNING id, name, path");
+                              std::string("INSERT INTO films (identity, name, path) VALUES (?, ?, ?) "
+                                          "ON CONFLICT (identity) DO UPDATE SET "
+                                          "name = CASE WHEN excluded.name = '' THEN name "
+                                          "ELSE excluded.name END, "
+                                          "path = CASE WHEN excluded.path = '' THEN path "
+                                          "ELSE excluded.path END RETURNING ") +
+                                  columns);
         add.bind(1, key.identity().toStdString());
         add.bind(2, key.name.toStdString());
         add.bind(3, key.path.toStdString());
@@ -47,7 +54,7 @@ Film FilmTable::findOrAdd(const FilmKey &key) {
 
 std::optional<Film> FilmTable::find(qint32 filmId) {
     return _database.run([filmId](SQLite::Database &connection) -> std::optional<Film> {
-        SQLite::Statement query(connection, "SELECT id, name, path FROM films WHERE id = ?");
+        SQLite::Statement query(connection, std::string("SELECT ") + columns + " FROM films WHERE id = ?");
         query.bind(1, filmId);
         if (!query.executeStep())
             return std::nullopt;
@@ -55,9 +62,19 @@ std::optional<Film> FilmTable::find(qint32 filmId) {
     });
 }
 
+void FilmTable::setInsideRead(qint32 filmId, const QString &file) {
+    _database.transact([filmId, &file](SQLite::Database &connection) {
+        SQLite::Statement update(connection, "UPDATE films SET inside_read = ? WHERE id = ?");
+        update.bind(1, file.toStdString());
+        update.bind(2, filmId);
+        update.exec();
+    });
+}
+
 std::optional<Film> FilmTable::findByIdentity(const QString &identity) {
     return _database.run([&identity](SQLite::Database &connection) -> std::optional<Film> {
-        SQLite::Statement query(connection, "SELECT id, name, path FROM films WHERE identity = ?");
+        SQLite::Statement query(connection,
+                                std::string("SELECT ") + columns + " FROM films WHERE identity = ?");
         query.bind(1, identity.toStdString());
         if (!query.executeStep())
             return std::nullopt;

@@ -13,6 +13,8 @@ struct Film {
     qint32 id = 0; ///< the "videoId"
     QString name;
     QString path; ///< where it lay last; empty when never told
+    bool isHashed = false;
+    QString insideRead; ///< tells the file whose own tracks were read; empty when none was
 };
 
 /// What tells one film from another: its hash and size, or where it lies when it could not be hashed.
@@ -36,6 +38,9 @@ class FilmTable {
     [[nodiscard]] Film findOrAdd(const FilmKey &key);
 
     [[nodiscard]] std::optional<Film> find(qint32 filmId);
+
+    /// Notes that the tracks of that file have been read.
+    void setInsideRead(qint32 filmId, const QString &file);
 
   private:
     [[nodiscard]] std::optional<Film> findByIdentity(const QString &identity);

@@ -11,36 +11,71 @@ namespace murvo::service {
 
 class Database;
 
-/// A subtitle file of a film, without its content.
+enum class SubtitleSource {
+    Beside, ///< a file in the film's folder or below it
+    Inside, ///< a track of the film itself
+    Added   ///< a file that the learner has given to the film
+};
+
+/// A subtitle of a film, without its content.
 struct Subtitle {
     qint32 id = 0;
     qint32 filmId = 0;
-    QString fileName;
-    QString language; ///< ISO 639-2/T, empty while unknown
+    SubtitleSource source = SubtitleSource::Beside;
+    QString place;    ///< path from the film's folder, number of the stream, or file name: one in its source
+    QString fileName; ///< empty for a track inside the film
+    QString title;    ///< as the film names its track
+    QString language; ///< ISO 639-2/T as the name or the track tells, empty when neither does
+    QString hintedLanguage; ///< as a name tells that may mean something else, empty when it tells none
     bool forced = false;
     bool hearingImpaired = false;
+    bool isThere = true;      ///< false: no longer found beside or inside the film at the last lookup
+    QString textLanguage;     ///< as its text tells, empty when that is not sure
+    QString encoding;         ///< chosen by the learner, empty when it is to be found
+    qint32 cueCount = -1;     ///< -1 while the content has not been looked at
+    QString problem;          ///< code of why it cannot be used, empty when it can
     QByteArray contentSha256; ///< empty until the store holds the content
 
     [[nodiscard]] bool stored() const { return !contentSha256.isEmpty(); }
+    [[nodiscard]] const QString &likelyLanguage() const {
+        return !language.isEmpty() ? language : !textLanguage.isEmpty() ? textLanguage : hintedLanguage;
+    }
 };
 
-/// The table of subtitle files. Any thread; borrows the database. Every call may throw SQLite::Exception.
+/// What looking at a content has found out.
+struct SubtitleFindings {
+    qint32 cueCount = 0;
+    QString textLanguage;
+    QString problem;
+};
+
+/// The table of subtitles. Any thread; borrows the database. Every call may throw SQLite::Exception.
 class SubtitleTable {
   public:
     explicit SubtitleTable(Database &database)
         : _database(database) {}
 
-    /// The row of that film and file name, made if it is new; id, filmId and content of the argument are
-    /// ignored.
-    [[nodiscard]] Subtitle findOrAdd(qint32 filmId, const Subtitle &described);
+    /// The rows of these sources and places, made or brought up to date to what is described; in the same
+    /// order. Only what names, tracks and folders tell is taken from the descriptions.
+    [[nodiscard]] QList<Subtitle> findOrAdd(qint32 filmId, const QList<Subtitle> &described);
+
+    /// Notes that of the subtitles of that source only these (by id) are left.
+    void onlyTheseAreThere(qint32 filmId, SubtitleSource source, const QList<qint32> &subtitleIds);
 
     [[nodiscard]] std::optional<Subtitle> find(qint32 subtitleId);
 
     /// All subtitles of a film, oldest first.
     [[nodiscard]] QList<Subtitle> ofFilm(qint32 filmId);
 
-    /// Keeps the file's bytes; false when there is no such subtitle. On the disk when it returns.
-    bool storeContent(qint32 subtitleId, const QByteArray &content);
+    /// Keeps the content and what was found in it; false when there is no such subtitle. The encoding and the
+    /// timing of another content are forgotten. On the disk when it returns.
+    bool storeContent(qint32 subtitleId, const QByteArray &content, const SubtitleFindings &findings);
+
+    /// Keeps the learner's encoding (empty: to be found) and what reading by it has found.
+    void setEncoding(qint32 subtitleId, const QString &encoding, const SubtitleFindings &findings);
+
+    /// Keeps what was found in a content that is stored already, or why a track has none.
+    void setFindings(qint32 subtitleId, const SubtitleFindings &findings);
 
     /// The stored bytes; none when there is no such subtitle or nothing was stored.
     [[nodiscard]] std::optional<QByteArray> content(qint32 subtitleId);

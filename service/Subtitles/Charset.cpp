@@ -100,13 +100,15 @@ bool isUtf32(QByteArrayView bytes, qsizetype highest, qsizetype second) {
 
 // Text in UTF-16 has a NUL in every second byte of its figures and line ends: which half they are in tells
 // the byte order. NULs in both halves are damage.
-QByteArray encodingByNuls(QByteArrayView bytes) {
+QByteArray encodingByNuls(QByteArrayView whole) {
+    // A NUL at the end may be half of a character, or end a text of single bytes.
+    const QByteArrayView bytes = withoutTrailingNuls(whole);
     std::array<qsizetype, 2> nuls{};
     for (qsizetype i = 0; i < bytes.size(); ++i) {
         if (bytes[i] == '\0')
             ++nuls[static_cast<size_t>(i % 2)];
     }
-    if ((nuls[0] + nuls[1]) * 20 <= withoutTrailingNuls(bytes).size())
+    if ((nuls[0] + nuls[1]) * 20 <= bytes.size())
         return {};
     if (isUtf32(bytes, 3, 2))
         return "UTF-32LE";

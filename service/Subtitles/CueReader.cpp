@@ -102,11 +102,25 @@ QString withPlainLineEnds(QString text) {
     return text.replace(lineEnd, QStringLiteral("\n"));
 }
 
+// "PG", two times of four bytes each, and one of the kinds of segment.
+bool isBluRaySegment(const QByteArray &fileBytes) {
+    constexpr qsizetype kindAt = 10;
+    static const QByteArray kinds("\x14\x15\x16\x17\x80");
+    return fileBytes.startsWith("PG") && fileBytes.size() > kindAt && kinds.contains(fileBytes[kindAt]);
+}
+
 } // namespace
 
 bool isPictureSubtitle(const QByteArray &fileBytes) {
     return fileBytes.startsWith(QByteArrayView("\0\0\x01\xBA", 4)) ||
-           fileBytes.startsWith("# VobSub index file");
+           fileBytes.startsWith("# VobSub index file") || isBluRaySegment(fileBytes);
+}
+
+bool countsInFrames(const QByteArray &fileBytes, const QByteArray &encoding) {
+    constexpr qsizetype bytesThatTell = 65'536;
+    const QByteArray start = fileBytes.left(bytesThatTell);
+    const Format format = formatOf(withPlainLineEnds(QString::fromUtf8(toUtf8(start, encoding))));
+    return format == Format::MicroDvd || format == Format::Ttml;
 }
 
 CueReading readCues(const QByteArray &fileBytes, FrameRate filmRate, const QByteArray &encoding) {

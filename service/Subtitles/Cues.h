@@ -22,7 +22,7 @@ struct Cue {
     qint64 startMs = 0;
     qint64 endMs = 0;
     QStringList lines;
-    QList<ItalicRange> italics; ///< in the order of the text, never overlapping
+    QList<ItalicRange> italics = {}; ///< in the order of the text, never overlapping
 
     bool operator==(const Cue &) const = default;
 };

@@ -17,6 +17,8 @@ namespace {
 
 constexpr qsizetype mostGuesses = 8;
 constexpr qsizetype bytesToJudge = 65'536;
+// Even, so that no character of two bytes is cut.
+constexpr qsizetype bytesToCompare = 262'144;
 
 struct Candidate {
     QByteArray encoding;
@@ -88,7 +90,8 @@ QByteArray likelierTwin(const QByteArray &bytes, const QByteArray &guess) {
     return guess;
 }
 
-QByteArrayList rankedEncodings(const QByteArray &bytes, const QByteArray &found) {
+QByteArrayList rankedEncodings(const QByteArray &fileBytes, const QByteArray &found) {
+    const QByteArray bytes = fileBytes.left(bytesToCompare);
     const QByteArrayView judged = QByteArrayView(bytes).first(std::min(bytes.size(), bytesToJudge));
     QSet<QByteArray> texts{convertToUtf8(bytes, found).utf8};
     QList<Candidate> others;

@@ -7,6 +7,9 @@
 
 namespace murvo::service {
 
+/// The longest films' subtitles are below 1 MB.
+constexpr qsizetype largestSubtitleBytes = 8LL * 1024 * 1024;
+
 [[nodiscard]] bool isGzip(const QByteArray &bytes);
 
 /// The unpacked bytes; none when they are damaged, cut short, or would exceed mostBytes. A pure function.

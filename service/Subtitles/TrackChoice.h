@@ -14,8 +14,10 @@ struct TrackChoice {
     QList<Subtitle> native;  ///< the learner's own language
 };
 
-/// Chooses by language; a file whose name tells none stands in for whichever language has no file of its own,
-/// the learned one first. Full tracks come before those for the hard of hearing and before forced ones.
+/// Chooses by language; one whose language nobody knows stands in for whichever language has none of its own,
+/// the learned one first. Of one language, those that are still there come first, then whole ones before
+/// parts, full ones before those for the hard of hearing and forced ones, the learner's own files before
+/// those beside the film and those before the film's own tracks.
 [[nodiscard]] TrackChoice chooseTracks(const QList<Subtitle> &subtitles, const QString &nativeLanguage);
 
 } // namespace murvo::service

@@ -168,10 +168,21 @@ class TtmlDocument {
     void end() {
         if (_elements.isEmpty())
             return;
-        if (_elements.back().timed)
+        const bool wasTimed = _elements.back().timed;
+        if (wasTimed)
             finishCue();
         _elements.removeLast();
+        if (wasTimed)
+            goOnWithElementAround();
         _text.setItalic(!_elements.isEmpty() && _elements.back().italic);
+    }
+
+    // What follows a timed part has the times of what is around it.
+    void goOnWithElementAround() {
+        const auto around = std::find_if(_elements.rbegin(), _elements.rend(),
+                                         [](const Element &element) { return element.timed; });
+        if (around != _elements.rend())
+            _cue = {std::llround(around->beginMs), std::llround(around->endMs), {}, {}};
     }
 
     void append(QStringView text) {

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/ServiceFixture.h"
 
+#include <QFile>
 #include <QJsonArray>
+
+#include <sys/stat.h>
 
 namespace murvo::service::test {
 
@@ -27,10 +30,10 @@ class LinesTest : public ServiceFixture {
         const QString base = QStringLiteral("F%1").arg(++_filmNumber);
         writeFile(base + u'.' + fileName, content);
         const QJsonObject lines = linesOf(film(base + QStringLiteral(".mkv")));
-        const QJsonArray unusable = lines[QLatin1String("unusable")].toArray();
-        return unusable.isEmpty()
-                   ? texts(lines[QLatin1String("learned")])
-                   : QStringList{unusable[0][QLatin1String("error")][QLatin1String("code")].toString()};
+        const QJsonValue problem = lines[QLatin1String("tracks")][0][QLatin1String("error")];
+        const char *line = lines[QLatin1String("learned")].isNull() ? "native" : "learned";
+        return problem.isNull() ? texts(lines[QLatin1String(line)])
+                                : QStringList{problem[QLatin1String("code")].toString()};
     }
 
     [[nodiscard]] static QStringList texts(const QJsonValue &track) {
@@ -93,9 +96,9 @@ TEST_F(LinesTest, AnUnreadableFileGivesWayToTheNextOne) {
               "Dialogue: 0,0:00:01.00,0:00:02.00,Default,,0,0,0,,{\\i1}Well, yes{\\i0}\\Nno\n");
     const QJsonObject lines = linesOf(film());
     EXPECT_EQ(texts(lines[QLatin1String("learned")]), QStringList{QStringLiteral("1000-2000 Well, yes|no")});
-    const QJsonArray unusable = lines[QLatin1String("unusable")].toArray();
-    ASSERT_EQ(unusable.size(), 1);
-    EXPECT_EQ(unusable[0][QLatin1String("error")][QLatin1String("code")].toString(),
+    const QJsonArray tracks = lines[QLatin1String("tracks")].toArray();
+    ASSERT_EQ(tracks.size(), 2) << "what cannot be used is listed, too";
+    EXPECT_EQ(tracks[0][QLatin1String("error")][QLatin1String("code")].toString(),
               QStringLiteral("unknownFormat"));
 }
 
@@ -137,6 +140,60 @@ TEST_F(LinesTest, AFilmThatIsNoneHasNoSoundTracks) {
                                   .json();
     EXPECT_FALSE(reply[QLatin1String("filmRead")].toBool(true));
     EXPECT_TRUE(reply[QLatin1String("audioTracks")].toArray().isEmpty());
+}
+
+TEST_F(LinesTest, ALanguageThatANameMayNotMeanGivesWayToTheText) {
+    writeFile(QStringLiteral("The.Danish.Girl.2015.mkv"), "film");
+    QByteArray english;
+    for (const char *text : {"Where have you been all this time?", "I was waiting for you at the station.",
+                             "The train was late again, and it rained."})
+        english += srt(text);
+    writeFile(QStringLiteral("the danish.srt"), english);
+    const QJsonObject lines = linesOf(films.filePath(QStringLiteral("The.Danish.Girl.2015.mkv")));
+    EXPECT_EQ(lines[QLatin1String("learned")][QLatin1String("language")].toString(), QStringLiteral("eng"));
+}
+
+TEST_F(LinesTest, AnotherContentForgetsTimingAndEncodingOfTheOneBefore) {
+    writeFile(QStringLiteral("Film.fr.srt"), srt("D\xe9j\xe0 vu, gar\xe7on"));
+    const QString film = LinesTest::film();
+    const auto native = [&] { return linesOf(film)[QLatin1String("native")].toObject(); };
+    const QString query = QStringLiteral("?subtitleId=%1").arg(native()[QLatin1String("subtitleId")].toInt());
+    const QString timing = QStringLiteral("Api/Subtitles/Timing") + query;
+    const QString encoding = QStringLiteral("Api/Subtitles/Encoding") + query;
+    const QJsonArray guesses = get(encoding).json()[QLatin1String("guesses")].toArray();
+    ASSERT_GT(guesses.size(), 1);
+    (void)put(encoding, {{QStringLiteral("encoding"), guesses[1][QLatin1String("encoding")]}});
+    (void)put(timing, {{QStringLiteral("offsetMs"), -30'000},
+                       {QStringLiteral("rateNumerator"), 1},
+                       {QStringLiteral("rateDenominator"), 1}});
+    EXPECT_EQ(texts(native())[0].section(u' ', 1), guesses[1][QLatin1String("sample")].toString());
+    EXPECT_EQ(native()[QLatin1String("timing")][QLatin1String("offsetMs")].toInt(), -30'000);
+    writeFile(QStringLiteral("Film.fr.srt"), srt("Déjà vu, garçon"));
+    EXPECT_EQ(texts(native())[0].section(u' ', 1), QStringLiteral("Déjà vu, garçon"));
+    EXPECT_EQ(native()[QLatin1String("timing")][QLatin1String("offsetMs")].toInt(-1), 0);
+}
+
+TEST_F(LinesTest, FilesThatAreNotReadAreListedWithTheReason) {
+    const QTemporaryDir elsewhere;
+    QFile outside(elsewhere.filePath(QStringLiteral("secret.srt")));
+    ASSERT_TRUE(outside.open(QIODevice::WriteOnly));
+    outside.write(srt("Not of this film"));
+    outside.close();
+    writeFile(QStringLiteral("Film.a.srt"), QByteArray(9'000'000, 'x'));
+    ASSERT_TRUE(QFile::link(outside.fileName(), films.filePath(QStringLiteral("Film.b.srt"))));
+    // A pipe is no file.
+    ASSERT_EQ(::mkfifo(films.filePath(QStringLiteral("Film.c.srt")).toUtf8().constData(), 0600), 0);
+    writeFile(QStringLiteral("Film.d.sup"), QByteArray("PG\0\1\x5f\x90\0\0\0\0\x16\0\0", 13));
+    writeFile(QStringLiteral("Film.e.idx"), "# VobSub index file, v7\n");
+    writeFile(QStringLiteral("Film.e.sub"), QByteArray("\0\0\x01\xBA", 4));
+    QStringList told;
+    for (const QJsonValue track : linesOf(film())[QLatin1String("tracks")].toArray())
+        told.append(track[QLatin1String("fileName")].toString() + u' ' +
+                    track[QLatin1String("error")][QLatin1String("code")].toString());
+    told.sort();
+    EXPECT_EQ(told, QString::fromLatin1("Film.a.srt tooLarge|Film.b.srt liesElsewhere|"
+                                        "Film.d.sup pictureSubtitle|Film.e.sub pictureSubtitle")
+                        .split(u'|'));
 }
 
 } // namespace

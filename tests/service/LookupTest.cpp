@@ -34,22 +34,67 @@ class LookupTest : public ServiceFixture {
 
 TEST_F(LookupTest, OffersTheFilmsOwnSubtitleFilesUntilTheyAreStored) {
     const QString film = writeFile(QStringLiteral("Film.mkv"), "film");
-    for (const char *name : {"Film.srt", "Film.fre.SRT", "Film.English.srt", "Film.pt-BR.ass", "Film.de.sub",
-                             "Film.en.hi.vtt", "Film.fr.forced.srt"})
+    writeFile(QStringLiteral("Film2.mkv"), "another film");
+    const QList<const char *> own{
+        "Film.srt",      "Film.fre.SRT",   "FILM.English.srt",       "Film.pt-BR.ass",
+        "Film.de.sub",   "Film.en.hi.vtt", "Film.fr.forced.srt",     "Film.txt",
+        "Film (it).smi", "Film-es.srt",    "Film.directors cut.srt", "Film.nl.ttml"};
+    for (const char *name : own)
         writeFile(QString::fromLatin1(name), srt("Hello"));
-    for (const char *name : {"Other.srt", "Film.txt", "Film2.srt", "Film.directors cut.srt", "xFilm.srt"})
+    for (const char *name : {"Other.srt", "English.srt", "Film2.srt", "xFilm.srt", "Filmed.srt"})
         writeFile(QString::fromLatin1(name), srt("Not of this film"));
+    writeFile(QStringLiteral("Film.readme.txt"), "What a film!");
 
     const Reply first = lookUp(film);
     EXPECT_EQ(first.status, 200);
     EXPECT_GT(videoId(first), 0);
-    EXPECT_THAT(offeredNames(first, true).toList(), testing::SizeIs(7));
-    EXPECT_EQ(fetchAndUpload(first).json().value(QLatin1String("stored")).toInt(), 7);
+    EXPECT_THAT(offeredNames(first, true).toList(), testing::SizeIs(own.size()));
+    EXPECT_EQ(fetchAndUpload(first).json().value(QLatin1String("stored")).toInt(), own.size());
 
     const Reply second = lookUp(film);
     EXPECT_EQ(videoId(second), videoId(first));
     EXPECT_TRUE(offeredNames(second, true).isEmpty());
-    EXPECT_THAT(offeredNames(second, false).toList(), testing::SizeIs(7));
+    EXPECT_THAT(offeredNames(second, false).toList(), testing::SizeIs(own.size()));
+}
+
+TEST_F(LookupTest, FindsSubtitlesWhereverReleasesPutThem) {
+    struct Row {
+        QStringList files; ///< the first is the film
+        QStringList found; ///< with the language that the name tells
+    };
+    const auto list = [](const char *names) { return QString::fromUtf8(names).split(u'|'); };
+    const QList<Row> rows{
+        {list("A.mkv|whatever.srt"), list("whatever.srt ")},
+        {list("B.mkv|one.srt|two.srt"), {}},
+        {list("C.mkv|2_English.srt|3_French.srt|notes.srt"), list("2_English.srt eng|3_French.srt fra")},
+        {list("D.mkv|D other.mkv|English.srt"), {}},
+        {list("E.mkv|Subs/2_English.srt|SUBS2/x.srt"), list("2_English.srt eng")},
+        {list("F.mkv|F2.mkv|subtitles/2_English.srt|subtitles/F.de.srt|Subs/F/4_Spanish.SDH.srt|Subs/F2/"
+              "x.srt"),
+         list("4_Spanish.SDH.srt spa|F.de.srt deu")},
+        {list("Ge\xCC\x81.mkv|Gé.en-US.srt|Gé.2019.BluRay.fr.srt"),
+         list("Gé.2019.BluRay.fr.srt fra|Gé.en-US.srt eng")},
+        {list("Alien.mkv|Alien 3.srt|Alien.en.srt|sample.mkv"), list("Alien.en.srt eng")},
+        {list("It.2017.mkv|It.srt"), list("It.srt ita")}, // until its text tells
+        {list("H.mkv|H.es-419.srt|H.hi.srt|H.Chinese (Simplified).srt|H.Brazilian Portuguese.srt"),
+         list(
+             "H.Brazilian Portuguese.srt por|H.Chinese (Simplified).srt zho|H.es-419.srt spa|H.hi.srt hin")}};
+    for (const Row &row : rows) {
+        const QString folder = row.files[0].section(u'.', 0, 0) + QStringLiteral(".d/");
+        for (const QString &file : row.files) {
+            QDir(films.path()).mkpath(QFileInfo(folder + file).path());
+            writeFile(folder + file, file.endsWith(QLatin1String("mkv")) ? QByteArray("film") : srt("1"));
+        }
+        const Reply lookup = lookUp(films.filePath(folder + row.files[0]), 0, 0);
+        fetchAndUpload(lookup);
+        QStringList found;
+        const QString route = QStringLiteral("Api/MovieFile/Lines?videoId=%1").arg(videoId(lookup));
+        for (const QJsonValue track : get(route).json()[QLatin1String("tracks")].toArray())
+            found.append(track[QLatin1String("fileName")].toString() + u' ' +
+                         track[QLatin1String("language")].toString());
+        found.sort();
+        EXPECT_EQ(found, row.found) << row.files.join(u'|').toStdString();
+    }
 }
 
 TEST_F(LookupTest, OffersAFileAgainWhenItHasChangedAndKeepsOneThatIsGone) {

@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QTime>
 #include <QUrl>
 
 #include <cstdlib>
@@ -87,15 +88,30 @@ QString ServiceFixture::writeFile(const QString &name, const QByteArray &content
 }
 
 QString ServiceFixture::makeFilm(const QString &name) {
-    QString path = films.filePath(name);
-    const std::string command =
-        "ffmpeg -v error -f lavfi -i testsrc=s=64x48:r=30:d=2 -f lavfi -i sine=d=2 -map 0 -map 1 -map 1 "
-        "-c:v mpeg4 -c:a aac -metadata:s:a:0 language=eng -metadata:s:a:1 language=fre "
-        "-metadata:s:a:1 title=Second '" +
-        path.toStdString() + "' < /dev/null";
-    if (std::system(command.c_str()) != 0)
+    return makeFilm(name, QStringLiteral("-f lavfi -i sine=d=2"),
+                    QStringLiteral("-map 1 -map 1 -c:a aac -metadata:s:a:0 language=eng "
+                                   "-metadata:s:a:1 language=fre -metadata:s:a:1 title=Second"));
+}
+
+QString ServiceFixture::makeFilm(const QString &name, const QString &inputs, const QString &options) {
+    const QString path = films.filePath(name);
+    const QString video =
+        name.endsWith(QLatin1String("webm")) ? QStringLiteral("libvpx") : QStringLiteral("mpeg4");
+    const QString command =
+        QStringLiteral("cd '%1' && ffmpeg -v error -y -f lavfi -i testsrc=s=64x48:r=30:d=2 %2 "
+                       "-map 0 -c:v %3 %4 '%5' < /dev/null")
+            .arg(films.path(), inputs, video, options, path);
+    if (std::system(command.toUtf8().constData()) != 0)
         throw std::runtime_error("ffmpeg could not make the film");
     return path;
+}
+
+bool ServiceFixture::waitUntilRead(int videoId) {
+    const QString route = QStringLiteral("Api/MovieFile/Changes?videoId=%1").arg(videoId);
+    QJsonObject state = get(route).json();
+    for (int changes = 0; state[QLatin1String("isReadingFilm")].toBool(true) && changes < 20; ++changes)
+        state = get(route + QStringLiteral("&after=%1").arg(state[QLatin1String("revision")].toInt())).json();
+    return !state[QLatin1String("isReadingFilm")].toBool(true);
 }
 
 Reply ServiceFixture::lookUp(const QString &filmPath, quint64 hash, quint64 size) {
@@ -143,6 +159,24 @@ Reply ServiceFixture::fetchAndUpload(const Reply &lookup) {
 
 QByteArray srt(const QByteArray &text) {
     return "1\n00:00:01,000 --> 00:00:02,500\n" + text + "\n\n2\n00:00:03,000 --> 00:00:04,000\nAnd on.\n";
+}
+
+QByteArray longSrt(int laterMs) {
+    const auto clock = [](int ms) {
+        return QTime::fromMSecsSinceStartOfDay(ms).toString(QStringLiteral("hh:mm:ss,zzz")).toLatin1();
+    };
+    QByteArray file;
+    int startMs = 5000 + laterMs;
+    unsigned chance = 7;
+    for (int i = 1; i <= 60; ++i) {
+        chance = chance * 1'103'515'245 + 12'345;
+        const int lengthMs = 900 + static_cast<int>(chance >> 16) % 2100;
+        const QByteArray text = i == 1 ? "<i>Slanted</i>" : "Line " + QByteArray::number(i);
+        file += QByteArray::number(i) + '\n' + clock(startMs) + " --> " + clock(startMs + lengthMs) + '\n' +
+                text + "\n\n";
+        startMs += lengthMs + 200 + static_cast<int>(chance >> 20) % 3000;
+    }
+    return file;
 }
 
 } // namespace murvo::service::test

@@ -60,6 +60,12 @@ class ServiceFixture : public testing::Test {
     /// A real film of two seconds made by ffmpeg: 30 frames a second, an English and a French sound track.
     QString makeFilm(const QString &name);
 
+    /// A film of two seconds with what else ffmpeg is told to put into it.
+    QString makeFilm(const QString &name, const QString &inputs, const QString &options);
+
+    /// Waits until the film's own tracks have been read; false when that does not end.
+    [[nodiscard]] bool waitUntilRead(int videoId);
+
     /// Announces the film and looks it up, as the player does.
     [[nodiscard]] Reply lookUp(const QString &filmPath, quint64 hash = 0xabc, quint64 size = 1000);
 
@@ -78,5 +84,8 @@ class ServiceFixture : public testing::Test {
 };
 
 [[nodiscard]] QByteArray srt(const QByteArray &text);
+
+/// Sixty lines in four minutes, at times that no other place is like; the first is slanted.
+[[nodiscard]] QByteArray longSrt(int laterMs = 0);
 
 } // namespace murvo::service::test

@@ -45,6 +45,30 @@ TEST_F(StoreTest, EveryEarlierSchemaIsBroughtToTheNewestWithItsRows) {
     }
 }
 
+TEST_F(StoreTest, SubtitlesOfTheFirstSchemaKeepTheirNumbersAndContents) {
+    const auto steps = Database::builtInSteps();
+    {
+        Database old(path, steps.first(1));
+        old.transact([](SQLite::Database &connection) {
+            connection.exec("INSERT INTO films (identity, name, path) VALUES ('hash:1:1', 'Film', '')");
+            connection.exec("INSERT INTO subtitles (id, film_id, file_name, language, forced, content, "
+                            "content_sha256) VALUES (41, 1, 'Film.en.srt', 'eng', 1, x'0A0B', x'77')");
+        });
+    }
+    Database current(path, steps);
+    SubtitleTable subtitles(current);
+    const QList<Subtitle> kept = subtitles.ofFilm(1);
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(kept[0].id, 41);
+    EXPECT_EQ(kept[0].source, SubtitleSource::Beside);
+    EXPECT_EQ(kept[0].place, QStringLiteral("Film.en.srt"));
+    EXPECT_TRUE(kept[0].forced && kept[0].stored() && kept[0].cueCount == -1) << "not looked at yet";
+    EXPECT_EQ(subtitles.content(41), QByteArray("\x0A\x0B"));
+    Subtitle added = kept[0];
+    added.place = QStringLiteral("New");
+    EXPECT_GT(subtitles.findOrAdd(1, {kept[0], added}).value(1).id, 41);
+}
+
 TEST_F(StoreTest, AStepThatFailsLeavesTheFileAsItWas) {
     auto steps = Database::builtInSteps();
     { Database first(path, steps); }
@@ -81,8 +105,9 @@ TEST_F(StoreTest, WhatWasAcknowledgedOutlivesAKilledProcess) {
         SubtitleTable subtitles(database);
         for (int i = 1;; ++i) {
             Subtitle described;
-            described.fileName = QString::number(i);
-            subtitles.storeContent(subtitles.findOrAdd(1, described).id, QByteArray(100'000, 'x'));
+            described.place = described.fileName = QString::number(i);
+            subtitles.storeContent(subtitles.findOrAdd(1, {described}).value(0).id, QByteArray(100'000, 'x'),
+                                   {});
             if (::write(acknowledged[1], &i, sizeof(i)) != sizeof(i))
                 ::_exit(1);
         }

@@ -3,6 +3,7 @@
 
 #include <QFile>
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QLocale>
 
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -37,24 +38,47 @@ QString nameIn(const QString &cell) {
     return cell.section(u'`', 1, 1);
 }
 
+QStringList toldFields(const Tables &tables, const QString &heading, const QString &before);
+
+// A track that has cues has no error.
+QStringList toldTrack(const Tables &tables, const QString &before, bool withCues) {
+    QStringList told = toldFields(tables, u"Track"_s, before);
+    if (withCues) {
+        const QString error = before + "error"_L1;
+        told.removeIf(
+            [&error](const QString &field) { return field.startsWith(error) && !field.endsWith("null"_L1); });
+        told += toldFields(tables, u"Track with cues"_s, before);
+    }
+    return told;
+}
+
+// What a field of that type is found to be, and what is in it. The fields of a timing are looked at in
+// tracks.
+QStringList toldType(const Tables &tables, const QString &type, const QString &field) {
+    const bool isTrack = type.startsWith("track"_L1);
+    const bool isTiming = type == "timing"_L1;
+    QStringList told{field + u' ' +
+                     (isTrack || isTiming || type.startsWith("object"_L1) ? u"object"_s : type)};
+    if (isTrack)
+        told += toldTrack(tables, field + u'.', type.contains("with cues"_L1));
+    if (isTiming && !field.contains("Sync"_L1))
+        told += toldFields(tables, u"Timing"_s, field + u'.');
+    return told;
+}
+
 // Fields are told and found in one form: "GET ...: tracks[].forced boolean".
 QStringList toldFields(const Tables &tables, const QString &heading, const QString &before) {
     QStringList told;
     for (const QStringList &row : tables[heading]) {
         QString field = before + nameIn(row[0]);
-        QString type = row[1];
-        if (type.startsWith("array of "_L1)) {
+        QString types = row[1];
+        if (types.startsWith("array of "_L1)) {
             told.append(field + " array"_L1);
             field += "[]"_L1;
-            type = type.section(u' ', 2);
+            types = types.section(u' ', 2);
         }
-        const bool isTrack = type.startsWith("track"_L1);
-        const bool isObject = isTrack || type.startsWith("object"_L1);
-        told.append(field + u' ' + (isObject ? u"object"_s : type));
-        if (isTrack)
-            told += toldFields(tables, u"Track"_s, field + u'.');
-        if (type.contains("with cues"_L1))
-            told += toldFields(tables, u"Track with cues"_s, field + u'.');
+        for (const QString &type : types.remove(u',').split(u" or "_s))
+            told += toldType(tables, type, field);
     }
     return told;
 }
@@ -81,7 +105,7 @@ QStringList foundFields(const QJsonValue &value, const QString &field) {
 /// Everything that the document tells, each row after its heading: "Errors: 404 notFound".
 QStringList toldRows(const Tables &tables) {
     const QString cues = u"GET Api/Subtitles/Cues?subtitleId=N: "_s; // a whole track with cues
-    QStringList told = toldFields(tables, u"Track"_s, cues) + toldFields(tables, u"Track with cues"_s, cues);
+    QStringList told = toldTrack(tables, cues, true);
     for (const QString &heading : tables.keys()) {
         const QString before = heading + ": "_L1;
         if (heading.contains("Api/"_L1))
@@ -89,33 +113,42 @@ QStringList toldRows(const Tables &tables) {
         else if (heading == "Errors"_L1)
             for (const QStringList &row : tables[heading])
                 told.append(before + row[0] + u' ' + nameIn(row[1]));
-        else if (!heading.startsWith("Track"_L1))
+        else if (!heading.startsWith("Track"_L1) && heading != "Timing"_L1)
             for (const QStringList &row : tables[heading])
                 told.append(before + nameIn(row[0]));
     }
     return told;
 }
 
-/// A film whose subtitles are at every stage: "en" and "fr" uploaded, "de" looked up and gone, "it" pictures.
+/// A film whose subtitles are at every stage: "en" and "fr" uploaded, "de" looked up and gone, "it" pictures,
+/// and a track inside it that "en" comes three seconds after.
 class TablesTest : public ServiceFixture {
   protected:
     void SetUp() override {
         atFirst = get(settings).json();
-        const QString film = makeFilm(u"Film.mkv"_s);
+        writeFile(u"inside.srt"_s, longSrt());
+        const QString film =
+            makeFilm(u"Film.mkv"_s, u"-f lavfi -i sine=d=2 -i inside.srt"_s, u"-map 1 -map 2 -c:s srt"_s);
         for (const char *language : {"en", "fr", "de"})
             writeFile(u"Film.%1.srt"_s.arg(QLatin1String(language)), srt("Hello"));
+        writeFile(u"Film.it.sub"_s, pictures);
         lookup = lookUp(film);
         videoId = lookup.json()["videoId"_L1].toInt();
+        EXPECT_TRUE(waitUntilRead(videoId));
         for (const QJsonValue offer : lookup.json()["subsToDownload"_L1].toArray())
             ids[offer["subFileName"_L1].toString().section(u'.', 1, 1)] = offer["subtitleId"_L1].toInt();
-        (void)upload({{ids[u"en"_s], srt("Hello")}, {ids[u"fr"_s], srt("Bonjour")}});
+        (void)upload({{ids[u"en"_s], longSrt(3000)}, {ids[u"fr"_s], srt("<i>Bonjour</i>, garçon")}});
         QFile::remove(films.filePath(u"Film.de.srt"_s));
-        writeFile(u"Film.it.sub"_s, pictures);
     }
 
-    [[nodiscard]] Reply german(const QString &route) {
-        return get(u"Api/Subtitles/%1?subtitleId=%2"_s.arg(route).arg(ids[u"de"_s]));
+    [[nodiscard]] QString ofSubtitle(const QString &route, const QString &language) {
+        return u"Api/Subtitles/%1?subtitleId=%2"_s.arg(route).arg(ids[language]);
     }
+    [[nodiscard]] QString ofFilm(const QString &route) const {
+        return u"Api/MovieFile/%1?videoId=%2"_s.arg(route).arg(videoId);
+    }
+
+    [[nodiscard]] Reply german(const QString &route) { return get(ofSubtitle(route, u"de"_s)); }
     [[nodiscard]] Reply germanCues(const QByteArray &content) {
         (void)upload({{ids[u"de"_s], content}});
         return german(u"Cues"_s);
@@ -123,6 +156,7 @@ class TablesTest : public ServiceFixture {
 
     [[nodiscard]] QList<Reply> errors();
     [[nodiscard]] QStringList seenFields();
+    [[nodiscard]] QStringList seenFitting();
     [[nodiscard]] QStringList seenRows();
     void checkSetting(const QString &name, const QString &range, const QString &first);
 
@@ -144,9 +178,12 @@ QList<Reply> TablesTest::errors() {
                          post(uploadRoute, "x", "multipart/form-data"),
                          ask("PUT", settings, {}, "[]"),
                          put(settings, {{u"volumePercent"_s, u"1"_s}}),
+                         put(ofFilm(u"Choice"_s), {{u"learned"_s, 999}}),
+                         put(ofSubtitle(u"Timing"_s, u"en"_s), {{u"offsetMs"_s, 1}}),
+                         put(ofSubtitle(u"Encoding"_s, u"en"_s), {{u"encoding"_s, u"UTF-7"_s}}),
                          ask("GET", settings, {{"Origin", "null"}}),
                          get(u"Api/Nothing"_s),
-                         get(u"Api/MovieFile/Tracks?videoId=12345"_s),
+                         get(u"Api/MovieFile/Lines?videoId=12345"_s),
                          get(u"Api/Subtitles/File?subtitleId=999"_s),
                          german(u"File"_s),
                          ask("DELETE", settings),
@@ -164,17 +201,53 @@ QList<Reply> TablesTest::errors() {
 
 QStringList TablesTest::seenFields() {
     QStringList fields = foundFields(lookup.json(), u"POST Api/MovieFile/GetSubtitlesToDownload: "_s) +
-                         foundFields(upload({{ids[u"en"_s], srt("Hello")}, {999, "x"}}).json(),
+                         foundFields(upload({{ids[u"en"_s], longSrt(3000)}, {999, "x"}}).json(),
                                      u"POST Api/Subtitles/UploadGzippedFiles: "_s) +
                          foundFields(put(settings, {}).json(), u"GET Api/Settings, PUT Api/Settings: "_s);
     EXPECT_EQ(foundFields(atFirst, {}), foundFields(put(settings, {}).json(), {}));
-    for (const QString &route : {u"MovieFile/Lines?videoId=N"_s, u"MovieFile/Tracks?videoId=N"_s,
-                                 u"MovieFile/AudioTracks?videoId=N"_s, u"Subtitles/Cues?subtitleId=N"_s,
-                                 u"Settings/Languages"_s, u"Home/PendingFilms?after=N"_s}) {
-        const int id = route.startsWith(u'M') ? videoId : ids[u"fr"_s];
-        const QString path = "Api/"_L1 + QString(route).replace("=N"_L1, u"=%1"_s.arg(id));
-        fields += foundFields(get(path).json(), "GET Api/"_L1 + route + ": "_L1);
+    const auto see = [&fields](const QString &heading, const Reply &reply) {
+        fields += foundFields(reply.json(), heading + ": "_L1);
+    };
+    const QJsonObject cut{{u"atMs"_s, 1000}, {u"offsetMs"_s, -5}};
+    const QJsonObject timing{
+        {u"offsetMs"_s, 7}, {u"rateNumerator"_s, 25}, {u"rateDenominator"_s, 24}, {u"cut"_s, cut}};
+    EXPECT_EQ(put(ofSubtitle(u"Timing"_s, u"fr"_s), timing).json(), timing);
+    for (const QJsonValue &wanted : {QJsonValue(ids[u"en"_s]), QJsonValue(QJsonValue::Null)}) {
+        const QString choice = u"PUT Api/MovieFile/Choice?videoId=N"_s;
+        see(choice, put(ofFilm(u"Choice"_s), {{u"learned"_s, wanted}, {u"native"_s, wanted}}));
+        // Each line shows a moved track, an unmoved one, and none.
+        for (const int id : {ids[u"en"_s], ids[u"fr"_s], 0}) {
+            (void)put(ofFilm(u"Choice"_s), {{u"learned"_s, id}, {u"native"_s, id}});
+            see(u"GET Api/MovieFile/Lines?videoId=N"_s, get(ofFilm(u"Lines"_s)));
+        }
+        (void)put(ofFilm(u"Choice"_s), {{u"learned"_s, wanted}, {u"native"_s, wanted}});
     }
+    for (const QString &language : {u"en"_s, u"fr"_s})
+        see(u"GET Api/Subtitles/Cues?subtitleId=N"_s, get(ofSubtitle(u"Cues"_s, language)));
+    see(u"GET Api/MovieFile/Changes?videoId=N&after=N"_s, get(ofFilm(u"Changes"_s) + u"&after=0"_s));
+    see(u"GET Api/MovieFile/AudioTracks?videoId=N"_s, get(ofFilm(u"AudioTracks"_s)));
+    see(u"GET, PUT Api/Subtitles/Encoding?subtitleId=N"_s, get(ofSubtitle(u"Encoding"_s, u"fr"_s)));
+    see(u"GET Api/Settings/Languages"_s, get(u"Api/Settings/Languages"_s));
+    see(u"GET Api/Home/PendingFilms?after=N"_s, get(u"Api/Home/PendingFilms?after=9"_s));
+    fields += seenFitting();
+    return fields;
+}
+
+QStringList TablesTest::seenFitting() {
+    const QString heading = u"POST, GET, DELETE Api/Subtitles/Sync?subtitleId=N: "_s;
+    const QString path = ofSubtitle(u"Sync"_s, u"en"_s);
+    QStringList fields = foundFields(get(path).json(), heading);
+    EXPECT_EQ(get(path).json()["stage"_L1].toString(), u"none"_s);
+    EXPECT_EQ(post(path, {}, "text/plain").json()["stage"_L1].toString(), u"running"_s);
+    QJsonObject state;
+    for (int asked = 0; asked < 2000 && state["stage"_L1].toString() != "done"_L1; ++asked)
+        state = get(path).json();
+    EXPECT_TRUE(state["isSure"_L1].toBool() && state["isAgainstTrack"_L1].toBool())
+        << QJsonDocument(state).toJson().toStdString();
+    EXPECT_NEAR(state["timing"_L1]["offsetMs"_L1].toInt(), -3000, 20);
+    state["timing"_L1] = QJsonObject(); // its fields are looked at in tracks
+    fields += foundFields(state, heading);
+    EXPECT_EQ(ask("DELETE", path).json()["stage"_L1].toString(), u"none"_s);
     return fields;
 }
 
