@@ -20,6 +20,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include <gmock/gmock.h>
 
@@ -315,6 +316,109 @@ TEST_F(Learner, OpensAndClosesTheListOfSoundTracksByKeyboard) {
     EXPECT_TRUE(waitForFocus("#audio"));
     EXPECT_TRUE(waitUntil([&] { return recorder.amplitudeOf(880) > 0.005; })) << "the second sound track";
     EXPECT_EQ(player()->volume(), volume);
+}
+
+/// With the panel of subtitles, opened by its key.
+class LearnerWithSubtitles : public Learner {
+  protected:
+    void playWithPanel() {
+        writeBeside(QStringLiteral(".en.srt"), subtitles("english", 9));
+        writeBeside(QStringLiteral(".fr.srt"), subtitles("français", 9));
+        ASSERT_NO_FATAL_FAILURE(play());
+        openPanel();
+    }
+    void openPanel() {
+        ASSERT_TRUE(waitUntil([this] { return line("learned").contains(u' '); })) << "the lines are there";
+        pressKey(QStringLiteral("t"));
+        ASSERT_TRUE(waitUntil([this] {
+            return inPage("document.querySelectorAll('#subtitles-panel:not([hidden]) tbody tr').length") ==
+                   QLatin1String("3");
+        }));
+    }
+    /// Clicks what may lie outside of what can be seen of the panel.
+    void clickIn(const char *selector) {
+        std::ignore = inPage(
+            ("document.querySelector('" + QByteArray(selector) + "').scrollIntoView({block: 'center'}); 1")
+                .constData());
+        clickAt(middleOf(selector));
+    }
+    [[nodiscard]] bool waitForLine(const char *id, const QString &word) const {
+        return waitUntil(
+            [&] { return line(id).startsWith(word) && (!word.isEmpty() || line(id).isEmpty()); });
+    }
+    [[nodiscard]] bool waitForOffset(const char *text) const {
+        return waitUntil([&] {
+            return inPage("document.querySelector('.timing-card .offset').textContent") ==
+                   QLatin1String(text);
+        });
+    }
+};
+
+TEST_F(LearnerWithSubtitles, ChoosesWhichIsWhichLineAndFindsItSoTheNextTime) {
+    ASSERT_NO_FATAL_FAILURE(playWithPanel());
+    clickIn("#native-0");
+    EXPECT_TRUE(waitForLine("native", QString()));
+    clickIn("#learned-2");
+    EXPECT_TRUE(waitForLine("learned", QStringLiteral("français")));
+    for (int i = 0; i < 5; ++i)
+        pressKey(QStringLiteral("z"));
+    EXPECT_TRUE(waitForOffset("0.5 s earlier"));
+    pressKey(QStringLiteral("shift+z"));
+    EXPECT_TRUE(waitForOffset("0.4 s earlier"));
+    std::ignore = inPage("document.querySelector('.timing-card').scrollIntoView(); 1");
+    clickAt(middleOf("[aria-label=\"0.1 s later\"]"), 2);
+    EXPECT_TRUE(waitForOffset("0.2 s earlier")) << "two quick presses are two";
+    EXPECT_FALSE(delegate->window().isFullScreen());
+    pressKey(QStringLiteral("t"));
+    for (const bool isPaused : {true, false}) {
+        pressKey(QStringLiteral("space"));
+        expectPaused(isPaused);
+    }
+    std::ignore = inPage("document.body.id = 'old'; location.reload(); 1");
+    ASSERT_TRUE(waitUntil(
+        [this] { return inPage("document.body ? document.body.id : 'old'") != QLatin1String("old"); }));
+    ASSERT_NO_FATAL_FAILURE(openPanel());
+    EXPECT_TRUE(waitForLine("learned", QStringLiteral("français")));
+    EXPECT_EQ(line("native"), QString());
+    EXPECT_TRUE(waitForOffset("0.2 s earlier"));
+}
+
+TEST_F(LearnerWithSubtitles, PicksTheLineThatIsSaidWhileTheFilmWaits) {
+    ASSERT_NO_FATAL_FAILURE(playWithPanel());
+    clickIn(".timing-card .pick");
+    expectPaused(true);
+    const double before = static_cast<double>(time());
+    clickIn(".timing-card .picker button.line:nth-of-type(3)");
+    expectPaused(false);
+    // The third line begins at 5 s by itself, and now at the click: the film has run on until it paused.
+    const QString moved = inPage("document.querySelector('.timing-card .offset').textContent");
+    const double offset =
+        moved.section(u' ', 0, 0).toDouble() * (moved.endsWith(QLatin1String("earlier")) ? -1 : 1);
+    EXPECT_LE(5000 + 1000 * offset, before + 150) << moved.toStdString();
+    EXPECT_GE(5000 + 1000 * offset, before - 1500) << "the lines are two seconds apart";
+}
+
+TEST_F(LearnerWithSubtitles, AddsAFileByTheProgramsChooser) {
+    const QTemporaryDir elsewhere;
+    QFile file(elsewhere.filePath(QStringLiteral("mine.srt")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(subtitles("mine", 9));
+    file.close();
+    ASSERT_NO_FATAL_FAILURE(playWithPanel());
+    // The chooser runs the event loop itself, within the click.
+    QTimer atChooser;
+    QObject::connect(&atChooser, &QTimer::timeout, [&] {
+        if (QApplication::activeModalWidget() == nullptr)
+            return;
+        atChooser.stop();
+        typeInstead(file.fileName());
+        pressKey(QStringLiteral("Return"));
+    });
+    atChooser.start(50ms);
+    clickIn(".adder button");
+    EXPECT_TRUE(waitForLine("native", QStringLiteral("mine"))) << "its language is not known";
+    EXPECT_TRUE(waitUntil(
+        [this] { return inPage("document.querySelectorAll('tbody tr').length") == QLatin1String("4"); }));
 }
 
 } // namespace murvo::test

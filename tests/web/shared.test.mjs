@@ -5,7 +5,7 @@ import { test } from 'node:test';
 
 import { flagClass } from '../../web/home/flagclass.mjs';
 import { audioTrackName } from '../../web/play/audiomenu.mjs';
-import { noticeOf, waitingText } from '../../web/play/notice.mjs';
+import { waitingText } from '../../web/play/notice.mjs';
 import { ServiceApi } from '../../web/shared/api.mjs';
 import { PlayerBridge, requestUrl } from '../../web/shared/bridge.mjs';
 import { FakeTimers } from './faketimers.mjs';
@@ -90,13 +90,4 @@ test('sound tracks have a name in any case', () => {
 test('a film that stays silent is called lost, with what can be done', () => {
   assert.equal(waitingText(4000), 'Waiting for the film…');
   assert.match(waitingText(20_000), /open another film/);
-});
-
-test('the learner is told why a line is missing', () => {
-  const track = { cues: [] };
-  const bad = { fileName: 'F.sub', error: { message: 'Pictures.' } };
-  assert.equal(noticeOf({ fileName: 'F.mkv', learned: track, native: track, unusable: [bad] }), '');
-  assert.equal(noticeOf({ fileName: 'F.mkv', learned: track, native: null, unusable: [] }), '');
-  assert.equal(noticeOf({ fileName: 'F.mkv', learned: track, native: null, unusable: [bad] }), 'F.sub: Pictures.');
-  assert.match(noticeOf({ fileName: 'F.mkv', learned: null, native: null, unusable: [] }), /F\.en\.srt/);
 });

@@ -1,16 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+import { trackName } from './subtitles.mjs';
+
 /** What to tell the learner about the film's subtitles; empty when all is well. */
-export function noticeOf({ fileName, learned, native, unusable }) {
-  if (learned && native) return '';
-  const bad = unusable.find((track) => track.error);
-  if (bad) return `${bad.fileName}: ${bad.error.message}`;
-  if (learned || native) return '';
+export function noticeOf({ fileName, tracks, trouble, isLoaded, isReadingFilm, readPercent }, shownLines) {
+  if (trouble && shownLines === 0) return `No lines: ${trouble}`;
+  if (shownLines === 2 || !isLoaded) return '';
+  const bad = tracks.find((track) => track.error);
+  if (bad) return `${trackLabel(bad)}: ${bad.error.message}`;
+  if (isReadingFilm && shownLines === 0) return `Reading the film’s own subtitles… ${readPercent} %`;
+  if (shownLines > 0 || tracks.length > 0) return '';
   if (!fileName) return 'No subtitles are known for this film.';
   const dot = fileName.lastIndexOf('.');
   const base = dot > 0 ? fileName.slice(0, dot) : fileName;
-  return `No subtitles were found beside this film. Put ${base}.en.srt next to it and open it again.`;
+  return `No subtitles were found in or beside this film. Add a file under Subtitles, or put ${base}.en.srt next to it `
+    + 'and open it again.';
 }
+
+const trackLabel = (track) => track.fileName || trackName(track);
 
 const patienceMs = 20_000;
 

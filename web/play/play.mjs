@@ -6,15 +6,16 @@ import { ServiceApi } from '../shared/api.mjs';
 import { PlayerBridge, hiddenFrameNavigation } from '../shared/bridge.mjs';
 import { AudioMenu } from './audiomenu.mjs';
 import { Controls } from './controls.mjs';
-import { CueIndex } from './cueindex.mjs';
 import { Film } from './film.mjs';
 import { actionOfKey } from './keys.mjs';
-import { LinesDriver } from './linesdriver.mjs';
-import { LinesView } from './linesview.mjs';
 import { noticeOf, waitingText } from './notice.mjs';
 import { PictureClick } from './pictureclick.mjs';
 import { PointerRest } from './rest.mjs';
 import { SavedVolume } from './savedvolume.mjs';
+import { ShownLines } from './shownlines.mjs';
+import { SubtitlePanel } from './subtitlepanel.mjs';
+import { Subtitles, lineNames } from './subtitles.mjs';
+import { TimingKeys } from './timingkeys.mjs';
 
 const { $ } = globalThis;
 const now = () => performance.now();
@@ -22,13 +23,19 @@ const silenceWatchMs = 300;
 const noticeMs = 9000;
 const longestWaitForFilmMs = 120_000;
 
+// What a held key must not do again and again.
+const onePress = new Set(['subtitlePanel', 'nextSubtitle']);
+
 const videoId = new URLSearchParams(location.search).get('videoId');
 const api = ServiceApi.ofPage(document);
 const bridge = new PlayerBridge(hiddenFrameNavigation(document), $(window));
 const element = (id) => document.getElementById(id);
 
 const film = new Film(bridge, now, () => show());
-const driver = new LinesDriver(film, now);
+const subtitles = new Subtitles(api, videoId, () => showSubtitles());
+const shownLines = new ShownLines(document, film, subtitles, now);
+const panel = new SubtitlePanel(document, subtitles, film);
+const timingKeys = new TimingKeys(subtitles, film, say);
 const volume = new SavedVolume(film, api);
 const audioMenu = new AudioMenu(document, (trackId) => film.setAudioTrack(trackId));
 
@@ -36,7 +43,7 @@ const actions = {
   togglePlay: () => film.togglePlay(),
   previousLine: () => film.stepLine(-1),
   nextLine: () => film.stepLine(1),
-  replayLine: () => film.stepLine(0),
+  replayLine: () => { film.stepLine(0); if (!film.playing) film.setPlaying(true); },
   back: () => film.seekBy(-1),
   forward: () => film.seekBy(1),
   louder: () => film.changeVolume(1),
@@ -46,16 +53,23 @@ const actions = {
   faster: () => film.changeSpeed(1),
   normalSpeed: () => film.setSpeed(1),
   audioMenu: () => audioMenu.toggle(),
+  subtitlePanel: () => panel.toggle(),
+  nextSubtitle: () => timingKeys.nextSubtitle(),
+  linesEarlier: () => timingKeys.move(-1),
+  linesLater: () => timingKeys.move(1),
+  linesAsTheyAre: () => timingKeys.reset(),
+  previousLineIsNow: () => timingKeys.lineIsNow(0),
+  nextLineIsNow: () => timingKeys.lineIsNow(1),
   playAgain: () => film.playAgain(),
   home: () => film.home(),
 };
 
 const controls = new Controls(document, film, actions);
-const rest = new PointerRest(document.body, () => film.playing && !film.ended && !controls.busy && !audioMenu.open);
+const rest = new PointerRest(document.body, () => film.playing && !film.ended && !controls.busy && !audioMenu.open && !panel.open);
 const pictureClick = new PictureClick(() => film.togglePlay(), now);
 
 function show() {
-  driver.update();
+  shownLines.update();
   volume.update();
   element('end').hidden = !film.ended;
   showWaiting();
@@ -68,26 +82,24 @@ function showWaiting() {
   if (element('waiting').textContent !== text) element('waiting').textContent = text;
 }
 
-function showTrack(track, view) {
-  if (!track) return null;
-  view.reserve(track.languageTag);
-  return { index: new CueIndex(track.cues), view };
+let noticeTimer = null;
+let lastNotice = '';
+
+/** A short word over the picture. */
+function say(text) {
+  clearTimeout(noticeTimer);
+  element('notice').textContent = text;
+  noticeTimer = setTimeout(() => { element('notice').textContent = ''; }, noticeMs);
 }
 
-async function loadLines() {
-  let notice;
-  try {
-    const lines = await api.filmLines(videoId);
-    const learned = showTrack(lines.learned, new LinesView(element('learned')));
-    const native = showTrack(lines.native, new LinesView(element('native')));
-    driver.setTracks([learned, native].filter(Boolean));
-    film.stepBy((learned ?? native)?.index ?? null);
-    notice = noticeOf(lines);
-  } catch (error) {
-    notice = `No lines: ${error.message}`;
-  }
-  element('notice').textContent = notice;
-  setTimeout(() => { element('notice').textContent = ''; }, noticeMs);
+const countShownLines = () => lineNames.filter((name) => subtitles.line(name)).length;
+
+function showSubtitles() {
+  shownLines.load();
+  panel.show();
+  const notice = noticeOf(subtitles, countShownLines());
+  if (notice && notice !== lastNotice) say(notice);
+  lastNotice = notice;
 }
 
 async function loadAudioTracks() {
@@ -111,6 +123,7 @@ function keyPressed(event) {
   // Space and the arrows keep their meaning in what the keyboard has gone to.
   const focused = document.activeElement;
   if (action === 'togglePlay' && focused?.matches('button')) return;
+  if (event.repeat && onePress.has(action)) return;
   if (focused?.matches('input[type="range"]') && event.key.startsWith('Arrow')) return;
   event.preventDefault();
   actions[action]();
@@ -123,7 +136,9 @@ $(window)
 document.addEventListener('keydown', keyPressed);
 document.addEventListener('contextmenu', (event) => event.preventDefault());
 let pressClosesMenu = false;
-element('picture').addEventListener('pointerdown', () => { pressClosesMenu = audioMenu.open; });
+// Before the menus close, for which they look at the same press.
+element('picture').addEventListener('pointerdown', () => { pressClosesMenu = audioMenu.open || panel.open; }, true);
+addEventListener('pagehide', () => subtitles.saveNow());
 element('picture').addEventListener('click', (event) => {
   if (!event.ctrlKey && !pressClosesMenu) pictureClick.clicked();
 });
@@ -137,6 +152,6 @@ setInterval(() => {
 
 show();
 askPlayer();
-loadLines();
+subtitles.follow();
 loadAudioTracks();
 volume.load();

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import { button, create } from './elements.mjs';
+import { timingText } from './timing.mjs';
+
+const askAgainMs = 300;
+// Of the evidence that is needed to be sure, 50 is just enough.
+const verySurePercent = 70;
+const halfSurePercent = 35;
+const leastPercent = 20;
+
+/** What to say of a fitting that has ended. */
+export function fitText({ timing, isSure, surePercent, isAgainstTrack }) {
+  if (!timing || surePercent < leastPercent) return 'No place was found where this subtitle fits the film.';
+  const by = isAgainstTrack ? 'by the film’s own subtitles' : 'by the sound';
+  if (!isSure) return `Perhaps ${timingText(timing)}, ${by} (${surePercent < halfSurePercent ? 'a guess' : 'half sure'}).`;
+  return `Fitted ${by}: ${timingText(timing)} (${surePercent < verySurePercent ? 'sure' : 'very sure'}).`;
+}
+
+/** One click moves a line's subtitle to where the film has it. What is not sure is offered, not done. */
+export class FilmFit {
+  button;
+  /** What came of it, and what can be done then; nothing at first. */
+  said;
+  #subtitles;
+  #name;
+  #text;
+  #progress;
+  #use;
+  #undo;
+  #fitted = null; // { subtitleId, before, found }
+  #running = 0; // the subtitle that is being fitted; 0: none
+
+  constructor(document, subtitles, name) {
+    this.#subtitles = subtitles;
+    this.#name = name;
+    this.button = button(document, { className: 'strong', title: 'Finds the right timing by itself' }, () => this.#pressed(), 'Fit to the film');
+    this.#text = create(document, 'span', { role: 'status' });
+    this.#use = button(document, { className: 'plain', hidden: true }, () => this.#apply(this.#fitted.found), 'Use it');
+    this.#undo = button(document, { className: 'plain', hidden: true }, () => this.#takeBack(), 'Undo');
+    this.#progress = create(document, 'span'); // no live region: nobody wants to hear each figure
+    this.said = create(document, 'div', { className: 'row fit-said silent' }, this.#text, this.#progress,
+      this.#use, this.#undo);
+  }
+
+  show() {
+    const id = this.#subtitles.line(this.#name)?.subtitleId;
+    const isRunning = this.#running === id;
+    this.button.textContent = isRunning ? 'Stop' : 'Fit to the film';
+    if (this.#fitted?.subtitleId !== id && !isRunning) this.#say('');
+  }
+
+  async #pressed() {
+    const { subtitleId } = this.#subtitles.line(this.#name);
+    const api = this.#subtitles.api;
+    if (this.#running === subtitleId) {
+      this.#running = 0;
+      this.#progress.textContent = '';
+      this.#say('');
+      this.show();
+      await api.endSync(subtitleId).catch(() => {});
+      return;
+    }
+    this.#running = subtitleId;
+    this.#fitted = null;
+    this.#say('Listening to the film…');
+    this.show();
+    try {
+      await this.#follow(subtitleId, await api.beginSync(subtitleId));
+    } catch (error) {
+      this.#running = 0;
+      this.#say(error.message);
+    }
+    this.show();
+  }
+
+  async #follow(subtitleId, begun) {
+    let state = begun;
+    while (state.stage === 'running') {
+      this.#progress.textContent = state.percent > 0 ? `${state.percent} %` : '';
+      await new Promise((settle) => { setTimeout(settle, askAgainMs); });
+      if (this.#running !== subtitleId) return;
+      state = await this.#subtitles.api.syncState(subtitleId);
+    }
+    this.#running = 0;
+    this.#progress.textContent = '';
+    const line = this.#subtitles.line(this.#name);
+    if (state.stage === 'none') this.#say('Stopped.');
+    else if (line?.subtitleId === subtitleId) this.#ended(line, state);
+  }
+
+  #ended(line, state) {
+    this.#fitted = { subtitleId: line.subtitleId, before: line.timing, found: state.timing };
+    this.#say(fitText(state));
+    if (state.timing && state.isSure) this.#apply(state.timing);
+    this.#use.hidden = !state.timing || state.isSure || state.surePercent < leastPercent;
+  }
+
+  #apply(timing) {
+    if (!this.#use.hidden) this.#say(`As you chose: ${timingText(timing)}.`);
+    this.#use.hidden = true;
+    this.#undo.hidden = false;
+    this.#subtitles.move(this.#name, timing);
+  }
+
+  #takeBack() {
+    this.#undo.hidden = true;
+    this.#say('');
+    this.#subtitles.move(this.#name, this.#fitted.before);
+  }
+
+  #say(text) {
+    if (this.#text.textContent === text) return;
+    this.#text.textContent = text;
+    this.said.classList.toggle('silent', text === '');
+    this.#use.hidden = true;
+    this.#undo.hidden = true;
+  }
+}

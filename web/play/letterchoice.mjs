@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import { button, create } from './elements.mjs';
+
+/** "Wrong letters?": how the file's bytes can also be read, each with a line of it. */
+export class LetterChoice {
+  button;
+  list;
+  #document;
+  #subtitles;
+  #name;
+  #shownFor = 0;
+
+  constructor(document, subtitles, name) {
+    this.#document = document;
+    this.#subtitles = subtitles;
+    this.#name = name;
+    this.button = button(document, { className: 'plain' }, () => this.#toggle(), 'Wrong letters?');
+    this.button.setAttribute('aria-expanded', 'false');
+    this.list = create(document, 'div', { className: 'letters', role: 'group', ariaLabel: 'Choose the line that reads well', hidden: true });
+  }
+
+  show() {
+    const line = this.#subtitles.line(this.#name);
+    this.button.hidden = line.source === 'inside'; // a film's own tracks say how they are written
+    if (line.subtitleId !== this.#shownFor) this.#close();
+  }
+
+  #close() {
+    this.list.hidden = true;
+    this.button.setAttribute('aria-expanded', 'false');
+  }
+
+  async #toggle() {
+    if (!this.list.hidden) {
+      this.#close();
+      return;
+    }
+    const { subtitleId } = this.#subtitles.line(this.#name);
+    this.#shownFor = subtitleId;
+    try {
+      const { encoding, guesses } = await this.#subtitles.api.encodings(subtitleId);
+      this.#offer(subtitleId, encoding, guesses.filter(({ sample }) => sample));
+    } catch (error) {
+      this.list.replaceChildren(create(this.#document, 'p', { textContent: error.message }));
+    }
+    this.list.hidden = false;
+    this.button.setAttribute('aria-expanded', 'true');
+    this.list.scrollIntoView({ block: 'nearest' });
+    this.list.querySelector('[aria-pressed="true"]')?.focus({ focusVisible: false });
+  }
+
+  #offer(subtitleId, chosen, guesses) {
+    if (guesses.length < 2) {
+      this.list.replaceChildren(create(this.#document, 'p', { textContent: 'This file can be read in one way only.' }));
+      return;
+    }
+    const current = guesses.find(({ encoding }) => encoding === chosen) ?? guesses[0];
+    const items = guesses.map((guess) => button(this.#document, {
+      className: 'line', dir: 'auto', title: guess.encoding, ariaPressed: String(guess === current),
+    }, () => this.#choose(subtitleId, guess.encoding), guess.sample));
+    this.list.replaceChildren(create(this.#document, 'p', { textContent: 'Choose the line that reads well:' }), ...items);
+  }
+
+  async #choose(subtitleId, encoding) {
+    this.#close();
+    this.button.focus({ focusVisible: false });
+    await this.#subtitles.setEncoding(subtitleId, encoding).catch((error) => console.warn(error.message));
+  }
+}

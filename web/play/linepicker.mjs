@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import { button, create } from './elements.mjs';
+import { filmTime } from './timing.mjs';
+
+const linesBefore = 4;
+const linesAfter = 5;
+
+/** The place, in cues by start, of the first of the few that lie around position. */
+export function firstAround(cues, timing, positionMs) {
+  const next = cues.findIndex((cue) => filmTime(cue.startMs, timing) > positionMs);
+  const middle = next < 0 ? cues.length : next;
+  return Math.max(0, Math.min(middle - linesBefore, cues.length - linesBefore - linesAfter));
+}
+
+/** A list of the lines around this moment: the one that was just said is picked, and the subtitle moves to it. */
+export class LinePicker {
+  element;
+  #document;
+  #film;
+  #picked;
+  #playsOn = false;
+  #subtitleId = 0; // whose lines it lists
+
+  /** picked(cue, positionMs): cue in the subtitle's own time, and when it was said. */
+  constructor(document, film, picked) {
+    this.#document = document;
+    this.#film = film;
+    this.#picked = picked;
+    this.element = create(document, 'div', { className: 'picker', role: 'group', ariaLabel: 'Which line is being said?', hidden: true });
+  }
+
+  /** The moment that counts is this one: the film waits until a line has been picked. */
+  open(line) {
+    const positionMs = this.#film.positionMs;
+    if (positionMs === null) return;
+    if (this.element.hidden) this.#playsOn = this.#film.playing && !this.#film.ended;
+    if (this.#playsOn) this.#film.setPlaying(false);
+    this.#subtitleId = line.subtitleId;
+    const first = firstAround(line.cues, line.timing, positionMs);
+    const items = line.cues.slice(first, first + linesBefore + linesAfter).map((cue) => this.#item(cue, positionMs));
+    this.element.replaceChildren(
+      create(this.#document, 'p', { textContent: 'Which line is being said?' }), ...items,
+      button(this.#document, { className: 'plain' }, () => this.close(), 'None of these'));
+    this.element.lang = line.languageTag;
+    this.element.hidden = false;
+    this.element.scrollIntoView({ block: 'nearest' });
+    this.element.querySelector('button').focus({ focusVisible: false });
+  }
+
+  /** Closes when the line shows another subtitle now. */
+  showFor(subtitleId) {
+    if (subtitleId !== this.#subtitleId) this.close();
+  }
+
+  close() {
+    if (this.element.hidden) return;
+    this.element.hidden = true;
+    if (this.#playsOn) this.#film.setPlaying(true);
+  }
+
+  #item(cue, positionMs) {
+    return button(this.#document, { className: 'line', dir: 'auto' }, () => {
+      this.#picked(cue, positionMs);
+      this.close();
+    }, cue.lines.join(' '));
+  }
+}

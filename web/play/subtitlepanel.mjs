@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import { button, create } from './elements.mjs';
+import { lineNames, trackDetails, trackName } from './subtitles.mjs';
+import { TimingCard } from './timingcard.mjs';
+
+const lineTitles = { learned: 'Upper line', native: 'Lower line' };
+
+/** The panel of subtitles: which track is which line, files of the learner's own, and the timing of what is shown. */
+export class SubtitlePanel {
+  #document;
+  #subtitles;
+  #panel;
+  #button;
+  #body;
+  #reading;
+  #said;
+  #cards;
+  #opener = null; // what had the focus before
+  #listed = '';
+
+  /** film: for its time, and to hold it while a line is picked. */
+  constructor(document, subtitles, film) {
+    this.#document = document;
+    this.#subtitles = subtitles;
+    this.#panel = document.getElementById('subtitles-panel');
+    this.#button = document.getElementById('subtitles');
+    this.#reading = create(document, 'p', { className: 'reading', role: 'status' });
+    this.#said = create(document, 'p', { className: 'said', role: 'alert' });
+    this.#body = create(document, 'tbody');
+    this.#cards = lineNames.map((name) => new TimingCard(document, lineTitles[name], name, subtitles, film));
+    this.#panel.append(this.#heading(), this.#table(), this.#adder(), this.#said,
+      ...this.#cards.map((card) => card.element));
+    this.#panel.addEventListener('keydown', (event) => {
+      // Space and the arrows belong to what has the focus here; the player's own keys go on to it.
+      if (event.target !== this.#panel && /^(Arrow| |Enter)/.test(event.key)) event.stopPropagation();
+    });
+    document.getElementById('picture').addEventListener('pointerdown', () => this.close());
+  }
+
+  get open() {
+    return !this.#panel.hidden;
+  }
+
+  toggle() {
+    if (this.open) {
+      this.close();
+      return;
+    }
+    this.#opener = this.#document.activeElement;
+    this.#panel.hidden = false;
+    this.#document.body.classList.add('subtitles-open'); // the lines make room
+    this.#button.setAttribute('aria-expanded', 'true');
+    this.#said.textContent = '';
+    this.show();
+    this.#panel.focus({ focusVisible: false });
+  }
+
+  close() {
+    if (!this.open) return;
+    this.#panel.hidden = true;
+    this.#document.body.classList.remove('subtitles-open');
+    this.#button.setAttribute('aria-expanded', 'false');
+    for (const card of this.#cards) card.closed();
+    const focused = this.#document.activeElement;
+    if (!this.#panel.contains(focused)) return;
+    // Back to where the keyboard was; a button that was clicked never had it.
+    if (this.#opener && this.#opener !== this.#document.body) this.#opener.focus();
+    else focused.blur();
+  }
+
+  /** To be called after changes of the subtitles. Draws nothing while the panel is closed. */
+  show() {
+    if (!this.open) return;
+    const { isReadingFilm, readPercent, tracks } = this.#subtitles;
+    const reading = isReadingFilm ? `Reading the film’s own subtitles… ${readPercent} %` : '';
+    if (this.#reading.textContent !== reading) this.#reading.textContent = reading;
+    const shown = lineNames.map((name) => this.#subtitles.line(name)?.subtitleId ?? 0);
+    const listed = JSON.stringify([tracks, shown]);
+    if (listed !== this.#listed) this.#list(tracks, shown);
+    this.#listed = listed;
+    for (const card of this.#cards) card.show();
+  }
+
+  #heading() {
+    return create(this.#document, 'header', {},
+      create(this.#document, 'h2', { id: 'subtitles-title', textContent: 'Subtitles' }),
+      this.#reading,
+      button(this.#document, { className: 'close', title: 'Close', ariaLabel: 'Close' }, () => this.close(), '×'));
+  }
+
+  #table() {
+    const head = create(this.#document, 'tr', {}, create(this.#document, 'th', { className: 'unseen', textContent: 'Subtitle' }),
+      ...lineNames.map((name) => create(this.#document, 'th', { className: name, scope: 'col', textContent: lineTitles[name] })));
+    return create(this.#document, 'table', {}, create(this.#document, 'thead', {}, head), this.#body);
+  }
+
+  // The program's own chooser of files comes with this.
+  #adder() {
+    const input = create(this.#document, 'input', {
+      type: 'file', accept: '.srt,.sub', className: 'unseen', tabIndex: -1, // what the player's chooser offers
+    });
+    input.addEventListener('change', () => {
+      if (input.files[0]) this.#add(input.files[0]);
+      input.value = ''; // the same file can be chosen again
+    });
+    return create(this.#document, 'p', { className: 'adder' }, input,
+      button(this.#document, { className: 'plain' }, () => input.click(), 'Add a subtitle file…'));
+  }
+
+  async #add(file) {
+    this.#said.textContent = '';
+    try {
+      await this.#subtitles.add(file);
+    } catch (error) {
+      this.#said.textContent = error.message;
+    }
+  }
+
+  #list(tracks, shown) {
+    const focused = this.#document.activeElement?.id;
+    const none = { subtitleId: 0 };
+    this.#body.replaceChildren(...[...tracks, none].map((track) => this.#row(track, shown)));
+    if (focused) this.#document.getElementById(focused)?.focus({ focusVisible: false });
+  }
+
+  #row(track, shown) {
+    const name = track.subtitleId ? trackName(track) : 'None';
+    const details = track.subtitleId ? trackDetails(track) : '';
+    const title = create(this.#document, 'th', { scope: 'row' },
+      create(this.#document, 'span', { className: 'name', textContent: name, lang: track.languageTag ?? '' }),
+      create(this.#document, 'span', { className: 'details', textContent: details, title: details }));
+    const row = create(this.#document, 'tr', { className: track.error ? 'unusable' : '' }, title);
+    lineNames.forEach((line, i) => row.append(create(this.#document, 'td', {}, this.#radio(track, line, shown[i], name))));
+    return row;
+  }
+
+  #radio(track, line, shownId, name) {
+    const radio = create(this.#document, 'input', {
+      type: 'radio',
+      id: `${line}-${track.subtitleId}`,
+      name: `line-${line}`,
+      className: line,
+      checked: track.subtitleId === shownId,
+      disabled: Boolean(track.error),
+      ariaLabel: `${lineTitles[line]}: ${name}`,
+    });
+    radio.addEventListener('change', () => this.#choose(line, track.subtitleId));
+    return radio;
+  }
+
+  async #choose(line, id) {
+    this.#said.textContent = '';
+    try {
+      await this.#subtitles.choose(line, id);
+    } catch (error) {
+      this.#said.textContent = error.message;
+    }
+  }
+}

@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The film's subtitles as the service knows them, and what the learner does with them. No element is touched here.
+
+import { retimed, unmoved } from './timing.mjs';
+
+export const lineNames = ['learned', 'native'];
+
+const saveAfterMs = 500;
+const longestPauseMs = 8000;
+
+export class Subtitles {
+  tracks = [];
+  fileName = '';
+  /** Whether the service has answered yet. */
+  isLoaded = false;
+  isReadingFilm = false;
+  readPercent = 0;
+  /** Why there is nothing to show; empty when the service answered. */
+  trouble = '';
+  api;
+  #videoId;
+  #changed;
+  #lines = { learned: null, native: null }; // each { ...track, cues, timing }, the cues in the subtitle's own time
+  #loads = 0;
+  #moved = new Map(); // by subtitle: { timing, savedAt: the loads begun by then; null while it is not saved }
+  #timers = new Map();
+
+  /** changed(): called after every change. */
+  constructor(api, videoId, changed) {
+    this.api = api;
+    this.#videoId = videoId;
+    this.#changed = changed;
+  }
+
+  /** The track that a line shows, with its cues in its own time and its timing; null when it shows none. */
+  line(name) {
+    return this.#lines[name];
+  }
+
+  /** What a line draws: its cues in the film's time; null when it shows none. */
+  cues(name) {
+    const line = this.#lines[name];
+    return line && retimed(line.cues, line.timing);
+  }
+
+  /** Loads the lines, and again whenever there are more, until the film's own tracks have been read. */
+  async follow() {
+    for (let pauseMs = 500; ; pauseMs = Math.min(2 * pauseMs, longestPauseMs)) {
+      try {
+        await this.#followChanges();
+        return;
+      } catch (error) {
+        this.trouble = error.message;
+        this.#changed();
+        await new Promise((settle) => { setTimeout(settle, pauseMs); });
+      }
+    }
+  }
+
+  async #followChanges() {
+    let state = await this.api.filmChanges(this.#videoId);
+    for (;;) {
+      this.isReadingFilm = state.isReadingFilm;
+      this.readPercent = state.readPercent;
+      await this.load();
+      if (!state.isReadingFilm) return;
+      state = await this.api.filmChanges(this.#videoId, state.revision);
+    }
+  }
+
+  async load() {
+    this.#loads += 1;
+    const load = this.#loads;
+    const reply = await this.api.filmLines(this.#videoId);
+    if (load !== this.#loads) return; // a later one knows more
+    for (const [id, { savedAt }] of this.#moved) {
+      if (savedAt !== null && load > savedAt) this.#moved.delete(id);
+    }
+    this.isLoaded = true;
+    this.trouble = '';
+    this.fileName = reply.fileName;
+    this.tracks = reply.tracks;
+    for (const name of lineNames) this.#lines[name] = this.#asMoved(reply[name]);
+    this.#changed();
+  }
+
+  /** trackId: 0 for none. */
+  async choose(name, trackId) {
+    await this.api.chooseLines(this.#videoId, { [name]: trackId });
+    await this.load();
+  }
+
+  /** Adds a file of the learner's and shows it. Throws with a sentence when it cannot be read. */
+  async add(file) {
+    const track = await this.api.addSubtitle(this.#videoId, file);
+    const name = track.language === 'eng' || !this.#lines.learned ? 'learned' : 'native';
+    await this.choose(name, track.subtitleId);
+    return track;
+  }
+
+  /** Moves a line's track at once, and keeps it when it has rested. */
+  move(name, timing) {
+    const line = this.#lines[name];
+    if (!line) return;
+    for (const each of lineNames) {
+      if (this.#lines[each]?.subtitleId === line.subtitleId) this.#lines[each] = { ...this.#lines[each], timing };
+    }
+    this.#moved.set(line.subtitleId, { timing, savedAt: null });
+    this.#saveLater(line.subtitleId, saveAfterMs);
+    this.#changed();
+  }
+
+  /** Saves at once what is not saved yet: the page is about to go. */
+  saveNow() {
+    for (const [id, { savedAt }] of this.#moved) {
+      if (savedAt === null) this.#save(id);
+    }
+  }
+
+  async setEncoding(trackId, encoding) {
+    await this.api.setEncoding(trackId, encoding);
+    await this.load();
+  }
+
+  #saveLater(id, pauseMs) {
+    clearTimeout(this.#timers.get(id));
+    this.#timers.set(id, setTimeout(() => this.#save(id), pauseMs));
+  }
+
+  #save(id) {
+    clearTimeout(this.#timers.get(id));
+    const move = this.#moved.get(id);
+    this.api.setTiming(id, move.timing).then(() => {
+      move.savedAt = this.#loads;
+    }).catch((error) => {
+      console.warn(error.message);
+      this.#saveLater(id, longestPauseMs);
+    });
+  }
+
+  // A reply that was on its way while the learner moved the track still has the old timing.
+  #asMoved(track) {
+    if (!track) return null;
+    return { ...track, timing: this.#moved.get(track.subtitleId)?.timing ?? track.timing ?? unmoved };
+  }
+}
+
+/** What a track is called in a list. */
+export function trackName({ languageName, title, fileName }) {
+  return languageName || title || fileName || 'Unknown language';
+}
+
+const sources = { inside: 'inside the film', beside: 'beside the film', added: 'added by you' };
+
+/** What else there is to know of a track, in a short line. */
+export function trackDetails(track) {
+  const { source, title, fileName, forced, hearingImpaired, isThere, cueCount, error } = track;
+  const name = trackName(track);
+  const told = [source === 'inside' ? title : fileName, isThere ? sources[source] : `no longer ${sources[source]}`]
+    .filter((text) => text && text !== name);
+  if (forced) told.push('forced lines only');
+  if (hearingImpaired) told.push('for the hard of hearing');
+  if (error) told.push(error.message);
+  else if (cueCount > 0) told.push(`${cueCount} lines`);
+  return told.join(' · ');
+}
