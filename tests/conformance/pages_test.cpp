@@ -106,7 +106,7 @@ TEST_F(Pages, TheirProcessesMayDie) {
     const double timeMs = player.timeMs();
     player.forget();
     killPages();
-    ASSERT_TRUE(waitUntil([this] { return session.playerPages().size() == 2 && player.timeMs() > 0; }));
+    ASSERT_TRUE(waitUntil([this] { return session.playerPages().size() == 2 && session.isFilmPlaying(); }));
     EXPECT_GT(player.timeMs(), timeMs) << "the film goes on";
     player.send("app:///Request/Duration?guid=again");
     EXPECT_TRUE(waitUntil([this] { return !player.answers("again").isEmpty(); }));
