@@ -140,7 +140,7 @@ Response choose(const Request &request, const FilmRouteParts &parts) {
 
 // A bare name that can be shown, whatever the client sent.
 QString checkedFileName(const Request &request) {
-    const QString name = request.parameters.value(QStringLiteral("fileName")).simplified();
+    QString name = request.parameters.value(QStringLiteral("fileName")).simplified();
     const auto letters = name.toUcs4();
     const bool isBare = !name.isEmpty() && name.size() <= longestFileName && name.isValidUtf16() &&
                         std::none_of(letters.begin(), letters.end(), [](char32_t letter) {
