@@ -293,6 +293,9 @@ void addXml(OddFiles &files) {
               "end='4s'>Two</span></p><p begin='5s' "
               "end='6s'>漢字<span tts:ruby='text'>かんじ</span></p></div></body></tt>",
               {cue(1000, 2000, "One"), cue(3000, 4000, "Two"), cue(5000, 6000, "漢字")});
+    files.add("ttml-around-a-timed-span",
+              "<tt><body><p begin='0s' end='9s'><span begin='1s' end='2s'>One</span> Two</p></body></tt>",
+              {cue(0, 9000, "Two"), cue(1000, 2000, "One")});
     files.add("ttml-cut", "<tt><body><div><p begin='1s' end='2s'>One</p><p begin='3s' end='4s'>Tw",
               {cue(1000, 2000, "One")});
 }
