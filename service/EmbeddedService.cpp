@@ -64,7 +64,7 @@ struct EmbeddedService::Impl {
     InsideSubtitles inside{films, subtitles, filmChanges};
     SubtitleLookup lookup{films, subtitles, paths, inside};
     FilmLines lines{subtitles, choices, inside};
-    TrackSync sync{subtitles, lines};
+    TrackSync sync{subtitles, timings, lines};
     Router router;
     std::unique_ptr<HttpServer> server;
 };

@@ -2,6 +2,7 @@
 #include "Timing/TrackSync.h"
 
 #include "Log.h"
+#include "Store/TimingTable.h"
 #include "Subtitles/FilmLines.h"
 #include "Timing/SpeechActivity.h"
 
@@ -38,11 +39,12 @@ SyncState TrackSync::state(qint32 subtitleId) const {
 void TrackSync::run(Job &job, const std::atomic<bool> &isCancelled) {
     const QList<Cue> cues = _lines.readOne(job.film, job.subtitle).reading.cues;
     std::optional<Alignment> alignment = alignToOwnTrack(job, cues, isCancelled);
-    const bool isAgainstTrack = alignment && alignment->isSure;
-    if (!isAgainstTrack) {
-        const auto bySound = alignToSound(job, cues, isCancelled);
-        if (bySound)
+    bool isAgainstTrack = alignment.has_value();
+    if (!alignment || !alignment->isSure) {
+        if (const auto bySound = alignToSound(job, cues, isCancelled)) {
             alignment = bySound;
+            isAgainstTrack = false;
+        }
     }
     const std::lock_guard lock(_mutex);
     job.state.alignment = alignment;
@@ -60,7 +62,9 @@ std::optional<Alignment> TrackSync::alignToOwnTrack(const Job &job, const QList<
     }
     if (!best)
         return std::nullopt;
-    return alignToTrack(cues, _lines.readOne(job.film, *best).reading.cues, isCancelled);
+    // Unless the learner knows better and has moved it.
+    const QList<Cue> known = retimed(_lines.readOne(job.film, *best).reading.cues, _timings.timing(best->id));
+    return alignToTrack(cues, known, isCancelled);
 }
 
 std::optional<Alignment> TrackSync::alignToSound(Job &job, const QList<Cue> &cues,

@@ -13,6 +13,7 @@
 namespace murvo::service {
 
 class FilmLines;
+class TimingTable;
 
 /// How the fitting of one subtitle to its film stands.
 struct SyncState {
@@ -28,11 +29,12 @@ struct SyncState {
 /// Finds how a subtitle must be moved to fit its film: by a track of the film itself, which is known to fit,
 /// else by where there is speech in its sound. One at a time, on a thread of its own; the newest wins.
 ///
-/// Any thread; borrows the table and the lines. It changes no timing: whoever asked decides.
+/// Any thread; borrows everything. It changes no timing: whoever asked decides.
 class TrackSync {
   public:
-    TrackSync(SubtitleTable &subtitles, FilmLines &lines)
+    TrackSync(SubtitleTable &subtitles, TimingTable &timings, FilmLines &lines)
         : _subtitles(subtitles)
+        , _timings(timings)
         , _lines(lines) {}
 
     void begin(const Film &film, const Subtitle &subtitle);
@@ -55,6 +57,7 @@ class TrackSync {
                                                         const std::atomic<bool> &isCancelled);
 
     SubtitleTable &_subtitles;
+    TimingTable &_timings;
     FilmLines &_lines;
     mutable std::mutex _mutex; // guards _job and the state in it
     std::shared_ptr<Job> _job; // null when none was begun, or it was cancelled
