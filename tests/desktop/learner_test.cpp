@@ -398,6 +398,28 @@ TEST_F(LearnerWithSubtitles, PicksTheLineThatIsSaidWhileTheFilmWaits) {
     EXPECT_GE(5000 + 1000 * offset, before - 1500) << "the lines are two seconds apart";
 }
 
+TEST_F(LearnerWithSubtitles, ReadsAFileInTheLettersThatTheyChoose) {
+    const QString text = QStringLiteral("Où êtes-vous, mon garçon ? Près du théâtre, déjà");
+    writeBeside(QStringLiteral(".en.srt"), subtitles("english", 9));
+    writeBeside(QStringLiteral(".fr.srt"), subtitles(text.toLatin1(), 9));
+    ASSERT_NO_FATAL_FAILURE(play());
+    ASSERT_NO_FATAL_FAILURE(openPanel());
+    ASSERT_TRUE(waitForLine("native", text));
+    const auto choose = [this](const char *guess) {
+        clickIn(".timing-card:last-child .wrong-letters");
+        ASSERT_TRUE(waitUntil([this] {
+            return inPage("document.querySelectorAll('.timing-card:last-child .letters:not([hidden]) "
+                          "button').length > 1") == QLatin1String("true");
+        }));
+        clickIn(guess);
+    };
+    ASSERT_NO_FATAL_FAILURE(choose(".timing-card:last-child .letters [aria-pressed=false]"));
+    EXPECT_TRUE(waitUntil(
+        [this] { return !line("native").isEmpty() && !line("native").contains(QStringLiteral("garçon")); }));
+    ASSERT_NO_FATAL_FAILURE(choose(".timing-card:last-child .letters button"));
+    EXPECT_TRUE(waitForLine("native", text)) << "the first guess was right";
+}
+
 TEST_F(LearnerWithSubtitles, AddsAFileByTheProgramsChooser) {
     const QTemporaryDir elsewhere;
     QFile file(elsewhere.filePath(QStringLiteral("mine.srt")));

@@ -15,7 +15,7 @@ export class LetterChoice {
     this.#document = document;
     this.#subtitles = subtitles;
     this.#name = name;
-    this.button = button(document, { className: 'plain' }, () => this.#toggle(), 'Wrong letters?');
+    this.button = button(document, { className: 'plain wrong-letters' }, () => this.#toggle(), 'Wrong letters?');
     this.button.setAttribute('aria-expanded', 'false');
     this.list = create(document, 'div', { className: 'letters', role: 'group', ariaLabel: 'Choose the line that reads well', hidden: true });
   }
