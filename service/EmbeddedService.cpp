@@ -2,6 +2,11 @@
 #include "service/EmbeddedService.h"
 
 #include "ChangeCounts.h"
+#include "Dictionary/Dictionaries.h"
+#include "Dictionary/English.h"
+#include "Dictionary/WordLookup.h"
+#include "Dictionary/WordNet.h"
+#include "Http/DictionaryRoutes.h"
 #include "Http/FilmRoutes.h"
 #include "Http/HomeRoutes.h"
 #include "Http/HttpServer.h"
@@ -50,6 +55,7 @@ struct EmbeddedService::Impl {
         addFilmRoutes(router,
                       {films, subtitles, choices, timings, settings, lookup, inside, lines, filmChanges});
         addSubtitleRoutes(router, {films, subtitles, timings, lines, sync, filmChanges});
+        addDictionaryRoutes(router, wordLookup, settings);
     }
 
     Database database;
@@ -65,6 +71,10 @@ struct EmbeddedService::Impl {
     SubtitleLookup lookup{films, subtitles, paths, inside};
     FilmLines lines{subtitles, choices, inside};
     TrackSync sync{subtitles, timings, lines};
+    WordNet wordNet{QStringLiteral("/usr/share/wordnet")};
+    English english{wordNet};
+    Dictionaries dictionaries{QStringLiteral("/usr/share/dictd")};
+    WordLookup wordLookup{english, wordNet, dictionaries};
     Router router;
     std::unique_ptr<HttpServer> server;
 };
