@@ -38,6 +38,10 @@ namespace murvo::service {
 
 namespace {
 
+// Where the packages of the dictionaries put them.
+const QString installedWordNet = QStringLiteral("/usr/share/wordnet");
+const QString installedDictionaries = QStringLiteral("/usr/share/dictd");
+
 bool makePrivateFolder(const QString &folder) {
     return QDir().mkpath(folder) &&
            QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
@@ -71,9 +75,9 @@ struct EmbeddedService::Impl {
     SubtitleLookup lookup{films, subtitles, paths, inside};
     FilmLines lines{subtitles, choices, inside};
     TrackSync sync{subtitles, timings, lines};
-    WordNet wordNet{QStringLiteral("/usr/share/wordnet")};
+    WordNet wordNet{installedWordNet};
     English english{wordNet};
-    Dictionaries dictionaries{QStringLiteral("/usr/share/dictd")};
+    Dictionaries dictionaries{installedDictionaries};
     WordLookup wordLookup{english, wordNet, dictionaries};
     Router router;
     std::unique_ptr<HttpServer> server;

@@ -10,7 +10,8 @@ namespace murvo::service {
 
 namespace {
 
-constexpr std::size_t mostEntries = 200;
+// The commonest words have dozens in the largest dictionary, each a place of its own to be unpacked.
+constexpr std::size_t mostEntries = 16;
 constexpr qsizetype longestWord = 200;
 
 // Numbers are written in base 64, the highest digit first; -1 for what is none.
@@ -86,9 +87,10 @@ bool DictdDictionary::isAboutItself(std::string_view key) {
 
 QStringList DictdDictionary::texts(const std::vector<std::string_view> &lines) const {
     QStringList found;
+    Dictzip::LastChunk last;
     for (std::size_t i = 0; i < std::min(lines.size(), mostEntries); ++i) {
         const std::optional<QByteArray> text =
-            _text.read(decoded(column(lines[i], 1)), decoded(column(lines[i], 2)));
+            _text.read(decoded(column(lines[i], 1)), decoded(column(lines[i], 2)), last);
         if (text && !text->isEmpty())
             found.append(QString::fromUtf8(*text));
     }

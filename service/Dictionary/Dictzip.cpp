@@ -107,14 +107,14 @@ bool Dictzip::readHeader() {
     return true;
 }
 
-std::optional<QByteArray> Dictzip::chunk(std::size_t number) const {
+std::optional<QByteArray> Dictzip::unpack(std::size_t number, qint64 length) const {
     if (number + 1 >= _chunkStarts.size() || _chunkStarts[number + 1] > _file.size())
         return std::nullopt;
     z_stream stream{};
     if (inflateInit2(&stream, rawDeflate) != Z_OK)
         return std::nullopt;
     const std::unique_ptr<z_stream, InflateEnd> end(&stream);
-    QByteArray text(_chunkLength, Qt::Uninitialized);
+    QByteArray text(std::min(length, _chunkLength), Qt::Uninitialized);
     stream.next_in = const_cast<Bytef *>(_bytes + _chunkStarts[number]); // zlib reads it only
     stream.avail_in = static_cast<uInt>(_chunkStarts[number + 1] - _chunkStarts[number]);
     stream.next_out = reinterpret_cast<Bytef *>(text.data());
@@ -126,7 +126,19 @@ std::optional<QByteArray> Dictzip::chunk(std::size_t number) const {
     return text;
 }
 
-std::optional<QByteArray> Dictzip::read(qint64 offset, qint64 length) const {
+bool Dictzip::bring(std::size_t number, qint64 length, LastChunk &last) const {
+    const bool isSame = last.number == number && !last.text.isEmpty();
+    if (isSame && last.text.size() >= std::min(length, _chunkLength))
+        return true;
+    // Asked for a second time, there is more to come from it.
+    std::optional<QByteArray> text = unpack(number, isSame ? _chunkLength : length);
+    if (!text || text->isEmpty())
+        return false;
+    last = {number, std::move(*text)};
+    return true;
+}
+
+std::optional<QByteArray> Dictzip::read(qint64 offset, qint64 length, LastChunk &last) const {
     if (!isOpen() || offset < 0 || length < 0 || length > longestRead)
         return std::nullopt;
     if (_chunkLength == 0) {
@@ -135,15 +147,15 @@ std::optional<QByteArray> Dictzip::read(qint64 offset, qint64 length) const {
         return QByteArray(reinterpret_cast<const char *>(_bytes) + offset, length);
     }
     QByteArray text;
-    const qint64 first = offset / _chunkLength;
-    const qint64 inFirst = offset % _chunkLength;
-    for (qint64 number = first; text.size() < inFirst + length; ++number) {
-        const std::optional<QByteArray> unpacked = chunk(static_cast<std::size_t>(number));
-        if (!unpacked || unpacked->isEmpty())
+    qint64 within = offset % _chunkLength;
+    for (qint64 number = offset / _chunkLength; text.size() < length; ++number) {
+        if (!bring(static_cast<std::size_t>(number), within + length - text.size(), last) ||
+            last.text.size() <= within)
             return std::nullopt;
-        text += *unpacked;
+        text += last.text.mid(within, length - text.size());
+        within = 0;
     }
-    return text.mid(inFirst, length);
+    return text;
 }
 
 } // namespace murvo::service

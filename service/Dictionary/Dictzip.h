@@ -20,12 +20,21 @@ class Dictzip {
 
     [[nodiscard]] bool isOpen() const { return _bytes != nullptr; }
 
+    /// What was unpacked last, for reads of places that lie together; one thread's own.
+    struct LastChunk {
+        std::size_t number = 0;
+        QByteArray text; ///< its beginning, empty at first
+    };
+
     /// So many bytes from a place of the unpacked text; nothing when the file is damaged or ends before.
-    [[nodiscard]] std::optional<QByteArray> read(qint64 offset, qint64 length) const;
+    [[nodiscard]] std::optional<QByteArray> read(qint64 offset, qint64 length, LastChunk &last) const;
 
   private:
     bool readHeader();
-    [[nodiscard]] std::optional<QByteArray> chunk(std::size_t number) const;
+    /// The beginning of a chunk, unpacked: so many bytes, fewer when it has no more.
+    [[nodiscard]] std::optional<QByteArray> unpack(std::size_t number, qint64 length) const;
+    /// The same, taken from the last one where that has them; false when the file is damaged there.
+    bool bring(std::size_t number, qint64 length, LastChunk &last) const;
 
     QFile _file;
     const uchar *_bytes = nullptr;
