@@ -67,9 +67,11 @@ QString withoutMarks(const QString &word, bool hyphenIsSpace) {
 QList<QByteArray> dictionaryKeys(QStringView word) {
     QList<QByteArray> keys;
     const QString lower = word.toString().toLower().simplified();
-    // Some words are keys with a space before them, which stood for something that the key left out.
+    // Some words are keys with a space beside them, which stood for something that the key left out.
     const QString behindSpace = u' ' + lower;
-    for (const QString &key : {lower, withoutMarks(lower, false), withoutMarks(lower, true), behindSpace}) {
+    const QString beforeSpace = lower + u' ';
+    for (const QString &key :
+         {lower, withoutMarks(lower, false), withoutMarks(lower, true), behindSpace, beforeSpace}) {
         const QByteArray bytes = key.toUtf8();
         if (!lower.isEmpty() && !bytes.isEmpty() && bytes.size() <= longestWord && !keys.contains(bytes))
             keys.append(bytes);

@@ -59,7 +59,7 @@ class DictionaryTest : public testing::Test {
 };
 
 TEST_F(DictionaryTest, FindsEveryKeyOfWhatIsInstalled) {
-    for (const QString &name : {u"freedict-eng-fra"_s, u"freedict-eng-rus"_s, u"mueller7"_s}) {
+    for (const QString &name : {u"freedict-eng-fra"_s, u"freedict-eng-rus"_s, u"freedict-eng-tur"_s}) {
         const DictdDictionary dictionary(installed(name));
         ASSERT_TRUE(dictionary.isOpen()) << name.toStdString();
         int keys = 0;
