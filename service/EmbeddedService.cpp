@@ -3,12 +3,15 @@
 
 #include "ChangeCounts.h"
 #include "Http/FilmRoutes.h"
+#include "Http/FilmWordRoutes.h"
 #include "Http/HomeRoutes.h"
 #include "Http/HttpServer.h"
+#include "Http/LearnerRoutes.h"
 #include "Http/PageRoutes.h"
 #include "Http/Router.h"
 #include "Http/SettingsRoutes.h"
 #include "Http/SubtitleRoutes.h"
+#include "Http/WordRoutes.h"
 #include "Log.h"
 #include "Sources/FilmPaths.h"
 #include "Sources/InsideSubtitles.h"
@@ -16,11 +19,17 @@
 #include "Store/ChoiceTable.h"
 #include "Store/Database.h"
 #include "Store/FilmTable.h"
+#include "Store/GlossTable.h"
+#include "Store/LearnerFile.h"
+#include "Store/LineTable.h"
 #include "Store/SettingsTable.h"
 #include "Store/SubtitleTable.h"
 #include "Store/TimingTable.h"
+#include "Store/WordTable.h"
 #include "Subtitles/FilmLines.h"
 #include "Timing/TrackSync.h"
+#include "Vocabulary/FilmWords.h"
+#include "Vocabulary/LineIndex.h"
 
 #include <QDir>
 #include <QFile>
@@ -43,18 +52,26 @@ bool makePrivateFolder(const QString &folder) {
 /// Everything in the order in which it is built on: the server comes last and so stops first.
 struct EmbeddedService::Impl {
     explicit Impl(const QString &databasePath)
-        : database(databasePath, Database::builtInSteps()) {
+        : database(databasePath, Database::builtInSteps())
+        , learnerFile(database, databasePath, Database::builtInSteps()) {
+        learnerFile.removeLeftovers();
         addPageRoutes(router);
         addHomeRoutes(router, pendingFilms);
         addSettingsRoutes(router, settings);
         addFilmRoutes(router,
                       {films, subtitles, choices, timings, settings, lookup, inside, lines, filmChanges});
         addSubtitleRoutes(router, {films, subtitles, timings, lines, sync, filmChanges});
+        addWordRoutes(router, vocabulary);
+        addFilmWordRoutes(router, vocabulary);
+        addLearnerRoutes(router,
+                         {learnerFile, [this] { inside.stop(); }, [this] { contentChanges.announce(); }});
     }
 
     Database database;
+    LearnerFile learnerFile;
+    ChangeCounts contentChanges;
     FilmTable films{database};
-    SubtitleTable subtitles{database};
+    SubtitleTable subtitles{database, &contentChanges};
     ChoiceTable choices{database};
     TimingTable timings{database};
     SettingsTable settings{database};
@@ -65,6 +82,13 @@ struct EmbeddedService::Impl {
     SubtitleLookup lookup{films, subtitles, paths, inside};
     FilmLines lines{subtitles, choices, inside};
     TrackSync sync{subtitles, timings, lines};
+    WordTable words{database};
+    GlossTable glosses{database};
+    LineTable lineTable{database};
+    LineIndex lineIndex{films, subtitles, lineTable, lines, lexicon, contentChanges};
+    LineParts lineParts{films, subtitles, choices, timings, settings, lineTable};
+    FilmWords filmWords{lineParts, lineIndex, words, lexicon};
+    VocabularyParts vocabulary{lineParts, words, glosses, filmWords, lexicon};
     Router router;
     std::unique_ptr<HttpServer> server;
 };
@@ -79,7 +103,7 @@ std::unique_ptr<EmbeddedService> EmbeddedService::start(const QString &dataFolde
     const QString databasePath = QDir(dataFolder).filePath(QStringLiteral("murvo.sqlite"));
     try {
         auto impl = std::make_unique<Impl>(databasePath);
-        impl->server = HttpServer::start(impl->router);
+        impl->server = HttpServer::start(impl->router, dataFolder);
         if (!impl->server) {
             error = QStringLiteral("No port could be opened on this computer for the subtitle service.");
             return nullptr;

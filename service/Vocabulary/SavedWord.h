@@ -26,8 +26,9 @@ struct SavedWord {
     QString filmPath;   ///< where the film lay last; empty when never told
     qint64 startMs = 0; ///< of the film
     qint64 endMs = 0;
-    qint64 addedAtMs = 0; ///< since 1970, UTC: when the word was marked first
-    qint64 savedAtMs = 0; ///< when it was saved with this line
+    qint64 addedAtMs = 0;   ///< since 1970, UTC: when the word was marked first
+    qint64 changedAtMs = 0; ///< when its status was last changed
+    qint64 savedAtMs = 0;   ///< when it was saved with this line
 };
 
 /// Every word that the learner has marked, whatever its status, oldest first; the glosses in that language.
