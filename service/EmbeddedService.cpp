@@ -2,6 +2,11 @@
 #include "service/EmbeddedService.h"
 
 #include "ChangeCounts.h"
+#include "Dictionary/Dictionaries.h"
+#include "Dictionary/English.h"
+#include "Dictionary/WordLookup.h"
+#include "Dictionary/WordNet.h"
+#include "Http/DictionaryRoutes.h"
 #include "Http/FilmRoutes.h"
 #include "Http/FilmWordRoutes.h"
 #include "Http/HomeRoutes.h"
@@ -29,7 +34,9 @@
 #include "Subtitles/FilmLines.h"
 #include "Timing/TrackSync.h"
 #include "Vocabulary/FilmWords.h"
+#include "Vocabulary/Lexicon.h"
 #include "Vocabulary/LineIndex.h"
+#include "Vocabulary/RankStandIn.h"
 
 #include <QDir>
 #include <QFile>
@@ -41,6 +48,10 @@ extern "C" {
 namespace murvo::service {
 
 namespace {
+
+// Where the packages of the dictionaries put them.
+const QString installedWordNet = QStringLiteral("/usr/share/wordnet");
+const QString installedDictionaries = QStringLiteral("/usr/share/dictd");
 
 bool makePrivateFolder(const QString &folder) {
     return QDir().mkpath(folder) &&
@@ -65,6 +76,7 @@ struct EmbeddedService::Impl {
         addFilmWordRoutes(router, vocabulary);
         addLearnerRoutes(router,
                          {learnerFile, [this] { inside.stop(); }, [this] { contentChanges.announce(); }});
+        addDictionaryRoutes(router, wordLookup, settings);
     }
 
     Database database;
@@ -82,6 +94,12 @@ struct EmbeddedService::Impl {
     SubtitleLookup lookup{films, subtitles, paths, inside};
     FilmLines lines{subtitles, choices, inside};
     TrackSync sync{subtitles, timings, lines};
+    WordNet wordNet{installedWordNet};
+    English english{wordNet};
+    Dictionaries dictionaries{installedDictionaries};
+    WordLookup wordLookup{english, wordNet, dictionaries};
+    const QHash<QString, int> ranks = standInRanks();
+    Lexicon lexicon{english, [this](const QString &lemma) { return ranks.value(lemma); }};
     WordTable words{database};
     GlossTable glosses{database};
     LineTable lineTable{database};

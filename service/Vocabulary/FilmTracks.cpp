@@ -27,7 +27,7 @@ FilmTracks tracksOf(qint32 filmId, const QString &nativeLanguage, SubtitleTable 
 
     FilmTracks tracks;
     const auto upper = chosen(usable, choices.choice(filmId, Line::Learned));
-    const QList<Subtitle> inEnglish = inLanguage(usable, lexicon);
+    const QList<Subtitle> inEnglish = inLanguage(usable, english);
     if (upper && upper->likelyLanguage() == english)
         tracks.english = upper;
     else if (!inEnglish.isEmpty())
