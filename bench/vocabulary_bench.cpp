@@ -22,7 +22,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <random>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -180,11 +179,9 @@ int main(int argc, char *argv[]) {
     const QString lastWords = QString::fromUtf8(last.split('\n').at(2)).section(u' ', 0, 1);
     clock.start();
     const std::string rare = "Api/Lines/Search?text=" + QUrl::toPercentEncoding(lastWords).toStdString();
-    while (client.get("Api/MovieFile/Words?videoId=" + std::to_string(films)).isEmpty() ||
-           client.get("Api/Lines/Search?text=the&count=100").value(QLatin1String("lines")).toArray().size() <
-               100)
-        std::this_thread::yield();
-    std::printf("%-44s %7.1f ms\n", "and indexed after", msOf(clock));
+    for (int videoId = 1; videoId <= films; ++videoId)
+        client.get("Api/MovieFile/Words?videoId=" + std::to_string(videoId));
+    std::printf("%-44s %7.1f ms\n", "Words of them all", msOf(clock));
     std::printf("%-44s %7.1f MB for %d lines\n", "store", static_cast<double>(storeBytes(data)) / 1e6,
                 films * linesOfFilm * 2);
 

@@ -12,6 +12,14 @@ namespace {
 constexpr auto likelyLanguage = "CASE WHEN subtitles.language <> '' THEN subtitles.language "
                                 "WHEN text_language <> '' THEN text_language ELSE hinted_language END";
 
+const std::string selectDue =
+    std::string(
+        "SELECT id FROM subtitles LEFT JOIN line_sources AS source ON source.subtitle_id = subtitles.id "
+        "WHERE subtitles.content_sha256 IS NOT NULL AND (source.subtitle_id IS NULL "
+        "OR source.made_by <> ?1 OR source.content_sha256 <> subtitles.content_sha256 "
+        "OR source.encoding <> subtitles.encoding OR source.language <> ") +
+    likelyLanguage + ")";
+
 StoredLine lineOfRow(const SQLite::Statement &row) {
     return {row.getColumn(0).getInt64(), row.getColumn(1).getInt(), row.getColumn(2).getInt64(),
             row.getColumn(3).getInt64(), textOf(row.getColumn(4))};
@@ -87,20 +95,22 @@ std::string quoted(QString phrase) {
 
 QList<qint32> LineTable::due(int madeBy, qint32 filmId) {
     return _database.run([madeBy, filmId](SQLite::Database &connection) {
-        SQLite::Statement query(
-            connection, std::string("SELECT id FROM subtitles LEFT JOIN line_sources AS source "
-                                    "ON source.subtitle_id = subtitles.id "
-                                    "WHERE subtitles.content_sha256 IS NOT NULL AND (?2 = 0 OR film_id = ?2) "
-                                    "AND (source.subtitle_id IS NULL OR source.made_by <> ?1 "
-                                    "OR source.content_sha256 <> subtitles.content_sha256 "
-                                    "OR source.encoding <> subtitles.encoding OR source.language <> ") +
-                            likelyLanguage + ") ORDER BY id DESC");
+        SQLite::Statement query(connection, selectDue + " AND (?2 = 0 OR film_id = ?2) ORDER BY id DESC");
         query.bind(1, madeBy);
         query.bind(2, filmId);
         QList<qint32> ids;
         while (query.executeStep())
             ids.append(query.getColumn(0).getInt());
         return ids;
+    });
+}
+
+bool LineTable::isDue(int madeBy, qint32 subtitleId) {
+    return _database.run([madeBy, subtitleId](SQLite::Database &connection) {
+        SQLite::Statement query(connection, selectDue + " AND id = ?2");
+        query.bind(1, madeBy);
+        query.bind(2, subtitleId);
+        return query.executeStep();
     });
 }
 

@@ -49,6 +49,8 @@ class LineTable {
     /// or not in the way of that number; the newest first.
     [[nodiscard]] QList<qint32> due(int madeBy, qint32 filmId = 0);
 
+    [[nodiscard]] bool isDue(int madeBy, qint32 subtitleId);
+
     /// Keeps the lines and words of a subtitle, unless it has become another since it was read; at once or
     /// not at all.
     void replace(const Subtitle &subtitle, int madeBy, const QList<Cue> &cues, const QList<MetWord> &words);

@@ -41,6 +41,12 @@ LineIndex::~LineIndex() {
 
 void LineIndex::bringUpToDate(qint32 filmId) {
     for (const qint32 subtitleId : _table.due(wayOfMaking, filmId))
+        makeIfDue(subtitleId);
+}
+
+void LineIndex::makeIfDue(qint32 subtitleId) {
+    const std::lock_guard lock(_making);
+    if (_table.isDue(wayOfMaking, subtitleId))
         make(subtitleId);
 }
 
@@ -51,7 +57,7 @@ void LineIndex::keepUpToDate(const std::atomic<bool> &isCancelled) {
             for (const qint32 subtitleId : _table.due(wayOfMaking)) {
                 if (isCancelled)
                     return;
-                make(subtitleId);
+                makeIfDue(subtitleId);
             }
         } catch (const std::exception &failure) { // as of a full disk; the next change tries again
             qCWarning(serviceLog) << "The lines of the films cannot be searched yet:" << failure.what();

@@ -6,6 +6,7 @@
 #include <QtGlobal>
 
 #include <atomic>
+#include <mutex>
 
 namespace murvo::service {
 
@@ -35,6 +36,7 @@ class LineIndex {
   private:
     void keepUpToDate(const std::atomic<bool> &isCancelled);
     void make(qint32 subtitleId);
+    void makeIfDue(qint32 subtitleId);
 
     FilmTable &_films;
     SubtitleTable &_subtitles;
@@ -42,6 +44,7 @@ class LineIndex {
     FilmLines &_lines;
     const Lexicon &_lexicon;
     ChangeCounts &_contentChanges;
+    std::mutex _making; // what one makes the other need not
     NewestOnly _worker; // last: its thread uses all of these
 };
 
