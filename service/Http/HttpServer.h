@@ -15,8 +15,9 @@ class Router;
 /// only class that includes the HTTP library. The destructor lets running requests finish and then stops.
 class HttpServer {
   public:
-    /// Listens on a free port of 127.0.0.1. Null when there is none.
-    [[nodiscard]] static std::unique_ptr<HttpServer> start(const Router &router);
+    /// Listens on a free port of 127.0.0.1. Null when there is none. Very large bodies are put into files in
+    /// that folder while they are dealt with.
+    [[nodiscard]] static std::unique_ptr<HttpServer> start(const Router &router, const QString &folder);
 
     ~HttpServer();
     HttpServer(const HttpServer &) = delete;

@@ -4,6 +4,7 @@
 #include "Http/Router.h"
 #include "Languages.h"
 #include "Store/SettingsTable.h"
+#include "Vocabulary/Level.h"
 
 #include <QJsonArray>
 
@@ -27,7 +28,8 @@ Response languages() {
 
 Response current(SettingsTable &settings) {
     return jsonResponse({{QStringLiteral("nativeLanguage"), settings.nativeLanguage()},
-                         {QStringLiteral("volumePercent"), settings.volumePercent()}});
+                         {QStringLiteral("volumePercent"), settings.volumePercent()},
+                         {QStringLiteral("startLevel"), settings.startLevel()}});
 }
 
 RouteError badSetting(const QString &message) {
@@ -48,6 +50,12 @@ int checkedVolume(const QJsonValue &value) {
     return volume;
 }
 
+QString checkedLevel(const QJsonValue &value) {
+    if (!isLevel(value.toString()))
+        throw badSetting(QStringLiteral("\"startLevel\" must be one of A1, A2, B1, B2, C1, C2."));
+    return value.toString();
+}
+
 // Everything is checked before anything is changed.
 Response change(const Request &request, SettingsTable &settings) {
     const QJsonObject body = jsonBody(request);
@@ -56,10 +64,14 @@ Response change(const Request &request, SettingsTable &settings) {
     const QString language =
         body.contains(languageName) ? checkedLanguage(body.value(languageName)) : QString();
     const int volume = body.contains(volumeName) ? checkedVolume(body.value(volumeName)) : -1;
+    const QString levelName = QStringLiteral("startLevel");
+    const QString level = body.contains(levelName) ? checkedLevel(body.value(levelName)) : QString();
     if (!language.isEmpty())
         settings.setNativeLanguage(language);
     if (volume >= 0)
         settings.setVolumePercent(volume);
+    if (!level.isEmpty())
+        settings.setStartLevel(level);
     return current(settings);
 }
 

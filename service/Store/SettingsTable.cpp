@@ -11,6 +11,9 @@ namespace {
 constexpr auto nativeLanguageName = "nativeLanguage";
 constexpr auto volumeName = "volumePercent";
 constexpr int normalVolumePercent = 100;
+constexpr auto startLevelName = "startLevel";
+// Who watches films in English knows some already.
+constexpr QLatin1String usualStartLevel("A2");
 
 } // namespace
 
@@ -28,6 +31,14 @@ int SettingsTable::volumePercent() {
 
 void SettingsTable::setVolumePercent(int volume) {
     setValue(volumeName, QString::number(volume));
+}
+
+QString SettingsTable::startLevel() {
+    return value(startLevelName, usualStartLevel);
+}
+
+void SettingsTable::setStartLevel(const QString &level) {
+    setValue(startLevelName, level);
 }
 
 QString SettingsTable::value(const char *name, const QString &otherwise) {

@@ -22,6 +22,10 @@ class SettingsTable {
     [[nodiscard]] int volumePercent();
     void setVolumePercent(int volume);
 
+    /// Name of the level of English at which the learner began.
+    [[nodiscard]] QString startLevel();
+    void setStartLevel(const QString &level);
+
   private:
     [[nodiscard]] QString value(const char *name, const QString &otherwise);
     void setValue(const char *name, const QString &value);
