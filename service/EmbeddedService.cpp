@@ -8,11 +8,13 @@
 #include "Http/PageRoutes.h"
 #include "Http/Router.h"
 #include "Http/SettingsRoutes.h"
+#include "Http/SpeechRoutes.h"
 #include "Http/SubtitleRoutes.h"
 #include "Log.h"
 #include "Sources/FilmPaths.h"
 #include "Sources/InsideSubtitles.h"
 #include "Sources/SubtitleLookup.h"
+#include "Speech/Speaker.h"
 #include "Store/ChoiceTable.h"
 #include "Store/Database.h"
 #include "Store/FilmTable.h"
@@ -50,6 +52,7 @@ struct EmbeddedService::Impl {
         addFilmRoutes(router,
                       {films, subtitles, choices, timings, settings, lookup, inside, lines, filmChanges});
         addSubtitleRoutes(router, {films, subtitles, timings, lines, sync, filmChanges});
+        addSpeechRoutes(router, speaker);
     }
 
     Database database;
@@ -65,6 +68,7 @@ struct EmbeddedService::Impl {
     SubtitleLookup lookup{films, subtitles, paths, inside};
     FilmLines lines{subtitles, choices, inside};
     TrackSync sync{subtitles, timings, lines};
+    Speaker speaker;
     Router router;
     std::unique_ptr<HttpServer> server;
 };
@@ -99,6 +103,7 @@ EmbeddedService::~EmbeddedService() {
     // The server waits for the requests that wait for changes.
     _impl->pendingFilms.close();
     _impl->filmChanges.close();
+    _impl->speaker.close();
 }
 
 QString EmbeddedService::baseUrl() const {

@@ -19,7 +19,7 @@ struct Request {
     QHash<QString, QString> parameters;
     QByteArray contentType; ///< as the client sent it
     QByteArray body;
-    QString downloadBaseUrl; ///< for addresses of subtitle files; ends in "/"
+    QString downloadBaseUrl; ///< for addresses that the player fetches; ends in "/"
 
     /// A parameter that must be a whole number and not below smallest, which is not negative; throws
     /// RouteError when it is not.
