@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Store/SubtitleTable.h"
 
+#include "Store/Columns.h"
 #include "Store/Database.h"
 
 #include <QCryptographicHash>
@@ -30,10 +31,6 @@ SubtitleSource sourceNamed(const std::string &name) {
 
 QByteArray blobOf(const SQLite::Column &column) {
     return {static_cast<const char *>(column.getBlob()), column.getBytes()};
-}
-
-QString textOf(const SQLite::Column &column) {
-    return QString::fromStdString(column.getString());
 }
 
 Subtitle subtitleOfRow(SQLite::Statement &row) {
