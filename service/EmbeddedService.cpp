@@ -2,6 +2,9 @@
 #include "service/EmbeddedService.h"
 
 #include "ChangeCounts.h"
+#include "Export/AnkiSender.h"
+#include "Export/PackageExport.h"
+#include "Http/ExportRoutes.h"
 #include "Http/FilmRoutes.h"
 #include "Http/HomeRoutes.h"
 #include "Http/HttpServer.h"
@@ -15,6 +18,8 @@
 #include "Sources/InsideSubtitles.h"
 #include "Sources/SubtitleLookup.h"
 #include "Speech/Speaker.h"
+#include "Speech/Voices.h"
+#include "Store/AnkiTable.h"
 #include "Store/ChoiceTable.h"
 #include "Store/Database.h"
 #include "Store/FilmTable.h"
@@ -48,11 +53,20 @@ struct EmbeddedService::Impl {
         : database(databasePath, Database::builtInSteps()) {
         addPageRoutes(router);
         addHomeRoutes(router, pendingFilms);
-        addSettingsRoutes(router, settings);
+        addSettingsRoutes(router, settings, [this] { ankiSender.tryNow(); });
         addFilmRoutes(router,
                       {films, subtitles, choices, timings, settings, lookup, inside, lines, filmChanges});
         addSubtitleRoutes(router, {films, subtitles, timings, lines, sync, filmChanges});
         addSpeechRoutes(router, speaker);
+        addExportRoutes(router, {database, settings, package, ankiSender, wordFacts()});
+    }
+
+    /// What cards show of a word beside what the learner has saved.
+    [[nodiscard]] WordFacts wordFacts() {
+        return {[](const QString &) { return QString(); },
+                [this](const QString &lemma) {
+                    return speaker.pronunciation(lemma, voiceOf(u"eng", u"us")).result;
+                }};
     }
 
     Database database;
@@ -69,6 +83,9 @@ struct EmbeddedService::Impl {
     FilmLines lines{subtitles, choices, inside};
     TrackSync sync{subtitles, timings, lines};
     Speaker speaker;
+    AnkiTable ankiNotes{database};
+    PackageExport package{database, settings, wordFacts()};
+    AnkiSender ankiSender{database, ankiNotes, settings, wordFacts()};
     Router router;
     std::unique_ptr<HttpServer> server;
 };

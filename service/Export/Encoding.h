@@ -9,8 +9,8 @@ struct AVFrame;
 
 namespace murvo::service {
 
-// What was decoded of a film, as files that every flashcard program shows and plays. Any thread; empty when it
-// could not be made.
+// What was decoded of a film, as files that every flashcard program shows and plays. Any thread; empty when
+// it could not be made.
 
 /// A JPEG file in the shape in which the player shows the frame, at most mostWidth wide. The frame's sample
 /// aspect ratio counts.

@@ -25,6 +25,8 @@ constexpr auto timeForSound = 3s;
 constexpr qint64 soundLeadMs = 500;
 // Within this of the time, pictures on which no other is built are decoded, too.
 constexpr qint64 nearMs = 400;
+// A picture from before this shows something else.
+constexpr qint64 farthestPictureMs = 10'000;
 constexpr AVRational milliseconds{1, 1000};
 
 const AVStream *picturesOf(const AVFormatContext &input) {
@@ -65,8 +67,8 @@ class FilmClips::Voice {
              frame.ch_layout.nb_channels != _channels) &&
             !open(frame))
             return false;
-        std::vector<float> converted(static_cast<std::size_t>(
-            std::max(0, swr_get_out_samples(_resampler.get(), frame.nb_samples))));
+        std::vector<float> converted(
+            static_cast<std::size_t>(std::max(0, swr_get_out_samples(_resampler.get(), frame.nb_samples))));
         auto *out = reinterpret_cast<uint8_t *>(converted.data());
         const int got = swr_convert(_resampler.get(), &out, static_cast<int>(converted.size()),
                                     const_cast<const uint8_t **>(frame.extended_data), frame.nb_samples);
@@ -186,18 +188,19 @@ QByteArray FilmClips::picture(qint64 atMs) {
         return {};
     const Frame nearest(av_frame_alloc());
     bool isThere = false;
+    int64_t nearestMs = 0;
     decode(*_pictures, *_pictureDecoder, [&](AVFrame &frame) {
         const int64_t ms = filmMs(frame, *_pictures);
         _pictureDecoder->skip_frame = atMs - ms > nearMs ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
-        // Held back for as long as the next is not too late, at a time between the two.
         if (isThere && ms > atMs)
             return false;
         av_frame_unref(nearest.get());
         av_frame_move_ref(nearest.get(), &frame);
         isThere = true;
+        nearestMs = ms;
         return ms < atMs;
     });
-    if (!isThere || _isCancelled)
+    if (!isThere || _isCancelled || atMs - nearestMs > farthestPictureMs)
         return {};
     if (nearest->sample_aspect_ratio.num == 0)
         nearest->sample_aspect_ratio = _pictures->sample_aspect_ratio;

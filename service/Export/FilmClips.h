@@ -23,12 +23,12 @@ class FilmClips {
     FilmClips(const FilmClips &) = delete;
     FilmClips &operator=(const FilmClips &) = delete;
 
-    /// A JPEG of the picture at that time, 480 wide at most. Where getting there takes too long, of one shortly
-    /// before. Empty for a film without pictures and a time that lies behind its end.
+    /// A JPEG of the picture at that time, 480 wide at most. Where getting there takes too long, of one
+    /// shortly before. Empty for a film without pictures and a time that lies behind its end.
     [[nodiscard]] QByteArray picture(qint64 atMs);
 
-    /// An MP3 of what is heard from start to end, 15 s at most; of the tracks in English before others, of the
-    /// default one before others. Empty when nothing was found there.
+    /// An MP3 of what is heard from start to end, 15 s at most; of the tracks in English before others, of
+    /// the default one before others. Empty when nothing was found there.
     [[nodiscard]] QByteArray sound(qint64 startMs, qint64 endMs);
 
   private:

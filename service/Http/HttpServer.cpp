@@ -57,6 +57,8 @@ QByteArrayList valuesOf(const httplib::Request &request, const char *name) {
 
 void write(const Response &from, httplib::Response &to) {
     to.status = from.status;
+    if (!from.fileName.isEmpty())
+        to.set_header("Content-Disposition", "attachment; filename=\"" + from.fileName.toStdString() + '"');
     to.set_content(from.body.constData(), static_cast<size_t>(from.body.size()),
                    from.contentType.toStdString());
 }

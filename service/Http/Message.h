@@ -32,6 +32,7 @@ struct Response {
     int status = 200;
     QByteArray contentType;
     QByteArray body;
+    QByteArray fileName{}; ///< under which a browser keeps it, ASCII; empty for what it shows
 };
 
 /// What a route throws when it cannot answer: the status, a code for programs and a sentence for people.

@@ -10,7 +10,10 @@ namespace {
 
 constexpr auto nativeLanguageName = "nativeLanguage";
 constexpr auto volumeName = "volumePercent";
+constexpr auto sendsToAnkiName = "sendsToAnki";
+constexpr auto ankiPortName = "ankiConnectPort";
 constexpr int normalVolumePercent = 100;
+constexpr int usualAnkiPort = 8765;
 
 } // namespace
 
@@ -28,6 +31,22 @@ int SettingsTable::volumePercent() {
 
 void SettingsTable::setVolumePercent(int volume) {
     setValue(volumeName, QString::number(volume));
+}
+
+bool SettingsTable::sendsToAnki() {
+    return value(sendsToAnkiName, QStringLiteral("0")) == QLatin1String("1");
+}
+
+void SettingsTable::setSendsToAnki(bool isOn) {
+    setValue(sendsToAnkiName, QString::number(isOn ? 1 : 0));
+}
+
+int SettingsTable::ankiConnectPort() {
+    return value(ankiPortName, QString::number(usualAnkiPort)).toInt();
+}
+
+void SettingsTable::setAnkiConnectPort(int port) {
+    setValue(ankiPortName, QString::number(port));
 }
 
 QString SettingsTable::value(const char *name, const QString &otherwise) {
