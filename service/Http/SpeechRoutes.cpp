@@ -51,17 +51,18 @@ Wish wishOf(const Request &request) {
 }
 
 void check(SpeechProblem problem) {
+    const auto cannot = [](const QString &message) {
+        return RouteError(503, QStringLiteral("cannotSpeak"), message);
+    };
     switch (problem) {
     case SpeechProblem::None:
         return;
     case SpeechProblem::Busy:
-        throw RouteError(503, QStringLiteral("speechBusy"),
-                         QStringLiteral("Too much is being spoken at once; try again."));
+        throw cannot(QStringLiteral("Too much is being spoken at once; try again."));
     case SpeechProblem::Ending:
-        throw RouteError(503, QStringLiteral("ending"), QStringLiteral("The service is stopping."));
+        throw cannot(QStringLiteral("The service is stopping."));
     case SpeechProblem::Failed:
-        throw RouteError(503, QStringLiteral("noVoice"),
-                         QStringLiteral("This cannot be spoken: the voice is not installed."));
+        throw cannot(QStringLiteral("This cannot be spoken: the voice is not installed."));
     }
 }
 

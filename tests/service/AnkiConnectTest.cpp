@@ -7,6 +7,7 @@
 #include <QJsonDocument>
 #include <QMap>
 
+#include <condition_variable>
 #include <mutex>
 #include <thread>
 
@@ -34,13 +35,15 @@ class Flashcards {
             to.set_content(QJsonDocument(reply).toJson().toStdString(), "application/json");
         });
         _server.set_keep_alive_max_count(1);
-        _port = _server.bind_to_any_port("127.0.0.1");
+        _port = freePort();
     }
     ~Flashcards() { stop(); }
     Flashcards(const Flashcards &) = delete;
     Flashcards &operator=(const Flashcards &) = delete;
 
     void start() {
+        if (!_server.bind_to_port("127.0.0.1", _port))
+            throw std::runtime_error("the port is taken");
         _thread = std::thread([this] { _server.listen_after_bind(); });
         while (!_server.is_running())
             std::this_thread::yield();
@@ -302,6 +305,40 @@ TEST_F(AnkiConnectTest, StrangersAtThePortAreToldApartAndSwitchingOffEndsIt) {
     EXPECT_EQ(put(u"Api/Settings"_s, {{u"ankiConnectPort"_s, usual}}).json()["sendsToAnki"_L1], false);
     EXPECT_EQ(state()["sentCount"_L1], 0);
     EXPECT_EQ(anki.requests(), 0);
+}
+
+TEST_F(AnkiConnectTest, AnAnkiThatHangsDoesNotHoldUpTheEndOfTheService) {
+    store.add({.lemma = u"word"_s});
+    std::mutex mutex;
+    std::condition_variable changed;
+    bool isAsked = false;
+    bool isReleased = false;
+    httplib::Server hanging; // busy with a question of its own, as Anki is while a window of it waits
+    hanging.Post("/", [&](const httplib::Request &, httplib::Response &) {
+        std::unique_lock lock(mutex);
+        isAsked = true;
+        changed.notify_all();
+        changed.wait(lock, [&] { return isReleased; });
+    });
+    const int port = hanging.bind_to_any_port("127.0.0.1");
+    std::thread listener([&hanging] { hanging.listen_after_bind(); });
+    EXPECT_EQ(put(u"Api/Settings"_s, {{u"sendsToAnki"_s, true}, {u"ankiConnectPort"_s, port}}).status, 200);
+    {
+        std::unique_lock lock(mutex);
+        EXPECT_TRUE(changed.wait_for(lock, std::chrono::seconds(20), [&] { return isAsked; }));
+    }
+    EXPECT_EQ(state()["waitingCount"_L1], 1) << "it answers others";
+    QElapsedTimer clock;
+    clock.start();
+    service.reset();
+    EXPECT_LT(clock.elapsed(), 6000) << "below its patience with an answer";
+    {
+        const std::lock_guard lock(mutex);
+        isReleased = true;
+        changed.notify_all();
+    }
+    hanging.stop();
+    listener.join();
 }
 
 } // namespace

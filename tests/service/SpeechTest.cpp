@@ -141,7 +141,7 @@ TEST_F(SpeechTest, AFloodIsTurnedAwayInPartAndTwoServicesSpeakAtOnce) {
                 client.set_read_timeout(60);
                 const Reply reply = replyOf(client.Get((base.path() + path).toStdString()));
                 spoken += soundOf(reply).seconds > 10 ? 1 : 0;
-                refused += reply.status == 503 && reply.errorCode() == "speechBusy"_L1 ? 1 : 0;
+                refused += reply.status == 503 && reply.errorCode() == "cannotSpeak"_L1 ? 1 : 0;
             }
         });
     for (std::thread &client : clients)
