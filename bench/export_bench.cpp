@@ -78,8 +78,10 @@ class Page {
 
 void measureSpeech(Page &page) {
     std::printf("first word: %.1f ms\n", page.speakMs(QStringLiteral("children")));
+    constexpr int count = 100;
     std::vector<double> times;
-    for (int i = 0; i < 100; ++i)
+    times.reserve(count);
+    for (int i = 0; i < count; ++i)
         times.push_back(page.speakMs(QStringLiteral("word%1").arg(i)));
     std::sort(times.begin(), times.end());
     std::printf("later words: median %.1f ms, slowest of 100 %.1f ms\n", times[50], times.back());

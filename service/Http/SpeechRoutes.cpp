@@ -30,7 +30,7 @@ RouteError badText(TextFault fault) {
 
 /// One of the words given, the first when the parameter is not there.
 QString oneOf(const Request &request, const QString &name, const QString &first, const QString &second) {
-    const QString word = request.parameters.value(name, first);
+    QString word = request.parameters.value(name, first);
     if (word != first && word != second)
         throw RouteError(400, QStringLiteral("badParameter"),
                          QStringLiteral("The parameter \"%1\" must be %2 or %3.").arg(name, first, second));

@@ -98,7 +98,7 @@ QString ServiceFixture::makeFilm(const QString &name) {
 }
 
 QString ServiceFixture::makeFilm(const QString &name, const QString &inputs, const QString &options) {
-    const QString path = films.filePath(name);
+    QString path = films.filePath(name);
     const QString video =
         name.endsWith(QLatin1String("webm")) ? QStringLiteral("libvpx") : QStringLiteral("mpeg4");
     const QString command =

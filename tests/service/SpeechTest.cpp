@@ -133,6 +133,7 @@ TEST_F(SpeechTest, AFloodIsTurnedAwayInPartAndTwoServicesSpeakAtOnce) {
     std::atomic<int> spoken = 0;
     std::atomic<int> refused = 0;
     std::vector<std::thread> clients;
+    clients.reserve(24);
     for (int i = 0; i < 24; ++i)
         clients.emplace_back([&, i] {
             const QUrl base(i % 2 == 0 ? service->baseUrl() : other->baseUrl());
@@ -156,6 +157,7 @@ TEST_F(SpeechTest, AServiceThatStopsDoesNotFinishSpeaking) {
         base.path() + u"Api/Speech/Sound?speed=slow&text="_s + encoded(u"well "_s.repeated(59));
     std::atomic<int> answered = 0;
     std::vector<std::thread> clients;
+    clients.reserve(8);
     for (int i = 0; i < 8; ++i)
         clients.emplace_back([&] {
             for (;;) { // until the service is no more

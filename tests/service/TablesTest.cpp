@@ -298,6 +298,7 @@ Reply TablesTest::refusedInAFlood() {
     QElapsedTimer clock;
     clock.start();
     std::vector<std::thread> clients;
+    clients.reserve(20);
     for (int i = 0; i < 20; ++i)
         clients.emplace_back([&] {
             while (!isSeen && !clock.hasExpired(30'000)) {
