@@ -2,8 +2,14 @@
 #include "service/EmbeddedService.h"
 
 #include "ChangeCounts.h"
+#include "Dictionary/Dictionaries.h"
+#include "Dictionary/English.h"
+#include "Dictionary/WordLookup.h"
+#include "Dictionary/WordNet.h"
 #include "Export/AnkiSender.h"
 #include "Export/PackageExport.h"
+#include "Export/ShortMeaning.h"
+#include "Http/DictionaryRoutes.h"
 #include "Http/ExportRoutes.h"
 #include "Http/FilmRoutes.h"
 #include "Http/HomeRoutes.h"
@@ -40,6 +46,10 @@ namespace murvo::service {
 
 namespace {
 
+// Where the packages of the dictionaries put them.
+const QString installedWordNet = QStringLiteral("/usr/share/wordnet");
+const QString installedDictionaries = QStringLiteral("/usr/share/dictd");
+
 bool makePrivateFolder(const QString &folder) {
     return QDir().mkpath(folder) &&
            QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
@@ -57,13 +67,16 @@ struct EmbeddedService::Impl {
         addFilmRoutes(router,
                       {films, subtitles, choices, timings, settings, lookup, inside, lines, filmChanges});
         addSubtitleRoutes(router, {films, subtitles, timings, lines, sync, filmChanges});
+        addDictionaryRoutes(router, wordLookup, settings);
         addSpeechRoutes(router, speaker);
         addExportRoutes(router, {database, settings, package, ankiSender, wordFacts()});
     }
 
     /// What cards show of a word beside what the learner has saved.
     [[nodiscard]] WordFacts wordFacts() {
-        return {[](const QString &) { return QString(); },
+        return {[this](const QString &lemma) {
+                    return shortMeaning(wordLookup.lookUp(lemma, 0, settings.nativeLanguage()));
+                },
                 [this](const QString &lemma) {
                     return speaker.pronunciation(lemma, voiceOf(u"eng", u"us")).result;
                 }};
@@ -82,6 +95,10 @@ struct EmbeddedService::Impl {
     SubtitleLookup lookup{films, subtitles, paths, inside};
     FilmLines lines{subtitles, choices, inside};
     TrackSync sync{subtitles, timings, lines};
+    WordNet wordNet{installedWordNet};
+    English english{wordNet};
+    Dictionaries dictionaries{installedDictionaries};
+    WordLookup wordLookup{english, wordNet, dictionaries};
     Speaker speaker;
     AnkiTable ankiNotes{database};
     PackageExport package{database, settings, wordFacts()};

@@ -115,6 +115,7 @@ TEST_F(ExportTest, APackageHasEveryFieldOfEveryWordThatIsBeingLearned) {
     const QStringList second = made.fields(u"up"_s);
     EXPECT_EQ(second[3], u"Cups <b>up</b>!"_s) << "the word, not a part of another";
     EXPECT_EQ(second[4], u"Debout !"_s);
+    EXPECT_FALSE(second[2].isEmpty()) << "what the dictionary says";
     const QJsonObject type = made.object(u"SELECT models FROM col"_s).begin().value().toObject();
     EXPECT_EQ(type["flds"_L1].toArray().size(), first.size());
     EXPECT_EQ(made.text(u"SELECT count(*) FROM cards JOIN notes ON notes.id = cards.nid WHERE did = "
@@ -189,6 +190,16 @@ TEST_F(ExportTest, PicturesAndSoundsOfTheLinesAreInThePackage) {
     for (const QString &without : {u"late"_s, u"lost"_s})
         EXPECT_EQ(made.fields(without).sliced(6), (QStringList{{}, {}})) << without.toStdString();
     EXPECT_TRUE(package(u"?clips=false"_s).media().isEmpty());
+}
+
+TEST_F(ExportTest, AWordWithoutAGlossHasWhatTheDictionarySaysInTheLearnersLanguage) {
+    store.add({.lemma = u"child"_s});
+    store.add({.lemma = u"xyzzyx"_s});
+    EXPECT_TRUE(package().fields(u"child"_s)[2].startsWith(u"enfant"_s));
+    (void)put(u"Api/Settings"_s, {{u"nativeLanguage"_s, u"vie"_s}}); // without a dictionary: in English
+    EXPECT_TRUE(package().fields(u"child"_s)[2].contains(u"young person"_s))
+        << package().fields(u"child"_s)[2].toStdString();
+    EXPECT_EQ(package().fields(u"xyzzyx"_s)[2], QString());
 }
 
 TEST_F(ExportTest, ASecondPackageBringsTheFirstUpToDate) {

@@ -242,6 +242,9 @@ QStringList TablesTest::seenFields() {
     see(u"GET, PUT Api/Subtitles/Encoding?subtitleId=N"_s, get(ofSubtitle(u"Encoding"_s, u"fr"_s)));
     see(u"GET Api/Settings/Languages"_s, get(u"Api/Settings/Languages"_s));
     see(u"GET Api/Home/PendingFilms?after=N"_s, get(u"Api/Home/PendingFilms?after=9"_s));
+    (void)put(settings, {{u"nativeLanguage"_s, u"deu"_s}});
+    for (const QString &text : {u"bad child"_s, u"a child"_s, u"Chidl"_s})
+        see(u"GET Api/Dictionary/Word?text=TEXT&at=N"_s, get(u"Api/Dictionary/Word?at=2&text="_s + text));
     see(u"GET Api/Speech/Pronunciation?text=TEXT"_s, get(u"Api/Speech/Pronunciation?text=hello"_s));
     EXPECT_EQ(get(u"Api/Speech/Sound?text=hello&speed=slow&language=eng&accent=gb"_s).status, 200);
     EXPECT_EQ(get(u"Api/Words/List?format=tsv"_s).status, 200);

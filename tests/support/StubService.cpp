@@ -180,8 +180,9 @@ void StubService::goDown() {
     _server.close();
     const QList<QTcpSocket *> sockets = _server.findChildren<QTcpSocket *>();
     for (QTcpSocket *socket : sockets) {
+        // As the system does for a process that is killed: what was sent still arrives.
         socket->flush();
-        socket->abort();
+        socket->disconnectFromHost();
     }
 }
 

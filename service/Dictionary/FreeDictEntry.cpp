@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Dictionary/FreeDictEntry.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <array>
+
+namespace murvo::service {
+
+namespace {
+
+struct PartName {
+    QStringView sign;
+    QStringView name;
+};
+
+// In the order of search: the first that a mark like "<v, trans>" begins with.
+constexpr std::array partNames{
+    PartName{u"adj", u"adjective"},    PartName{u"adv", u"adverb"},
+    PartName{u"conj", u"conjunction"}, PartName{u"interj", u"interjection"},
+    PartName{u"int", u"interjection"}, PartName{u"num", u"numeral"},
+    PartName{u"prep", u"preposition"}, PartName{u"pron", u"pronoun"},
+    PartName{u"propn", u"name"},       PartName{u"art", u"article"},
+    PartName{u"n", u"noun"},           PartName{u"v", u"verb"},
+};
+
+QString partNamed(QStringView sign) {
+    const QString lower = sign.toString().toLower().trimmed();
+    for (const PartName &part : partNames) {
+        if (lower.startsWith(part.sign))
+            return part.name.toString();
+    }
+    return {};
+}
+
+// "run /ɹˈʌn/ (ran /…/ <>, run) <v, trans>"
+void readHead(const QString &line, Entry &entry) {
+    static const QRegularExpression sound(QStringLiteral("\\s+/{1,2}([^/]+)/{1,2}"));
+    static const QRegularExpression mark(QStringLiteral("<([^<>]*)>\\s*$"));
+    const QRegularExpressionMatch heard = sound.match(line);
+    if (heard.hasMatch())
+        entry.pronunciation = heard.captured(1).trimmed();
+    const QRegularExpressionMatch marked = mark.match(line);
+    if (marked.hasMatch())
+        entry.partOfSpeech = partNamed(marked.captured(1));
+    qsizetype end = line.size();
+    for (const QString &stop : {QStringLiteral(" /"), QStringLiteral(" <"), QStringLiteral(" (")}) {
+        const qsizetype at = line.indexOf(stop);
+        if (at > 0)
+            end = std::min(end, at);
+    }
+    entry.headword = line.left(end).trimmed();
+}
+
+// Commas within brackets part nothing.
+QStringList parted(const QString &text) {
+    QStringList parts{QString()};
+    int depth = 0;
+    for (const QChar sign : text) {
+        depth += QStringView(u"([{").contains(sign) ? 1 : QStringView(u")]}").contains(sign) ? -1 : 0;
+        if (depth <= 0 && (sign == u',' || sign == u';' || sign == u'、'))
+            parts.append(QString());
+        else
+            parts.last() += sign;
+    }
+    QStringList words;
+    for (QString part : parts) {
+        part = part.replace(u'~', u' ').simplified();
+        while (part.endsWith(u':') || part.endsWith(u'/'))
+            part = part.chopped(1).trimmed();
+        if (!part.isEmpty() && part != u"?" && !words.contains(part))
+            words.append(part);
+    }
+    return words;
+}
+
+// "Ansturm <masc>" says its gender in a way that is none of the word's; "ĳ" is two letters everywhere else.
+QString readable(QString text) {
+    static const QRegularExpression marks(QStringLiteral("<[^<>]*>"));
+    return text.remove(marks).replace(QStringLiteral("ĳ"), QStringLiteral("ij")).trimmed();
+}
+
+QStringList bracedWords(const QString &text) {
+    static const QRegularExpression braced(QStringLiteral("\\{([^{}]+)\\}"));
+    QStringList words;
+    for (const QRegularExpressionMatch &match : braced.globalMatch(text))
+        words.append(match.captured(1).simplified());
+    return words;
+}
+
+bool isEnglishText(const QString &text) {
+    return std::all_of(text.begin(), text.end(), [](QChar sign) { return sign.unicode() < 0x80; });
+}
+
+/// Reads the lines below the head, one after the other.
+class SenseReader {
+  public:
+    explicit SenseReader(Entry &entry)
+        : _entry(entry) {}
+
+    void read(const QString &line) {
+        static const QRegularExpression number(QStringLiteral("^(\\d+)\\.\\s*(.*)$"));
+        static const QRegularExpression bareNumber(QStringLiteral("^\\s+\\d+\\.\\s*$"));
+        static const QRegularExpression remark(
+            QStringLiteral("^\\s*(Note|Synonym|Synonyms|see|see also):\\s*(.*)$"));
+        const QString text = line.trimmed();
+        if (text.isEmpty() || bareNumber.match(line).hasMatch())
+            return;
+        if (const QRegularExpressionMatch match = remark.match(line); match.hasMatch())
+            readRemark(match.captured(1), match.captured(2));
+        else if (text.startsWith(u'"'))
+            readExample(text);
+        else if (const QRegularExpressionMatch sense = number.match(text); sense.hasMatch())
+            begin(sense.captured(2));
+        else if (_entry.senses.empty() || (_entry.senses.back().translations.isEmpty() && !_isNumbered))
+            begin(text);
+        else
+            define(text);
+    }
+
+  private:
+    // A number at its end begins the list of definitions that follow.
+    void begin(QString text) {
+        static const QRegularExpression innerNumber(QStringLiteral("\\s+\\d+\\.$"));
+        _isNumbered = true;
+        Sense sense;
+        sense.translations = parted(readable(text.remove(innerNumber)));
+        _entry.senses.push_back(std::move(sense));
+    }
+
+    // What follows the translations tells in English where they fit; anything else is more of them.
+    void define(const QString &text) {
+        Sense &sense = _entry.senses.back();
+        if (isEnglishText(text) || sense.translations.isEmpty())
+            sense.definition +=
+                (sense.definition.isEmpty() ? QString() : QStringLiteral("; ")) + readable(text);
+        else
+            sense.translations += parted(readable(text));
+    }
+
+    void readExample(const QString &text) {
+        if (_entry.senses.empty())
+            return;
+        const qsizetype end = text.indexOf(u'"', 1);
+        const QString translation = end < 0 ? QString() : text.sliced(end + 1).trimmed();
+        Example example{text.mid(1, end < 0 ? -1 : end - 1).simplified(), {}};
+        if (translation.startsWith(u"- "))
+            example.translation = translation.sliced(2).simplified();
+        if (!example.text.isEmpty())
+            _entry.senses.back().examples.push_back(std::move(example));
+    }
+
+    void readRemark(const QString &kind, const QString &text) {
+        if (_entry.senses.empty())
+            return;
+        if (kind.startsWith(u"Synonym"))
+            _entry.senses.back().synonyms += bracedWords(text);
+        else if (kind == u"Note" && _entry.senses.back().examples.empty())
+            define(text);
+    }
+
+    Entry &_entry;
+    bool _isNumbered = false;
+};
+
+QString unstressed(QString sound) {
+    return sound.remove(QStringLiteral("ˈ")).remove(QStringLiteral("ˌ"));
+}
+
+} // namespace
+
+Entry readFreeDictEntry(const QString &text) {
+    Entry entry;
+    const QStringList lines = text.split(u'\n');
+    readHead(lines.first(), entry);
+    SenseReader reader(entry);
+    for (qsizetype i = 1; i < lines.size(); ++i)
+        reader.read(lines[i]);
+    std::erase_if(entry.senses, [](const Sense &sense) {
+        return sense.translations.isEmpty() && sense.definition.isEmpty();
+    });
+    return entry;
+}
+
+std::vector<Entry> withoutCutHeadwords(std::vector<Entry> entries) {
+    const auto isCut = [&entries](const Entry &entry) {
+        const QString sound = unstressed(entry.pronunciation);
+        return std::any_of(entries.begin(), entries.end(), [&](const Entry &other) {
+            const QString shorter = unstressed(other.pronunciation);
+            return other.headword == entry.headword && !shorter.isEmpty() &&
+                   sound.size() > shorter.size() + 1 && sound.startsWith(shorter);
+        });
+    };
+    std::vector<Entry> whole;
+    for (const Entry &entry : entries) {
+        if (!isCut(entry))
+            whole.push_back(entry);
+    }
+    return whole;
+}
+
+} // namespace murvo::service

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "Dictionary/Entry.h"
+
+namespace murvo::service {
+
+/// Reads an entry as FreeDict's dictionaries lay them out: the headword with its pronunciation and part of
+/// speech, then numbered or bare senses, examples in quotation marks, remarks behind words like "Note:".
+///
+/// Never fails: what cannot be told apart is kept as a translation; an entry without any has no senses.
+[[nodiscard]] Entry readFreeDictEntry(const QString &text);
+
+/// Leaves out the entries whose headword was cut short when the dictionary was made ("run" for "run away"):
+/// they begin with the pronunciation of another entry and go on.
+[[nodiscard]] std::vector<Entry> withoutCutHeadwords(std::vector<Entry> entries);
+
+} // namespace murvo::service

@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Dictionary/WordLookup.h"
+
+#include "Dictionary/FreeDictEntry.h"
+
+#include <algorithm>
+
+namespace murvo::service {
+
+namespace {
+
+constexpr std::size_t mostEntries = 12;
+constexpr std::size_t mostSensesOfAPart = 6;
+constexpr qsizetype mostNear = 6;
+constexpr std::size_t wordsAround = 12;
+constexpr qsizetype longestMisspelt = 24;
+
+// The clicked word with those around it, and its place among them.
+std::vector<EnglishWord> wordsNear(const std::vector<EnglishWord> &words, std::size_t &clicked) {
+    const std::size_t first = clicked > wordsAround ? clicked - wordsAround : 0;
+    const std::size_t end = std::min(words.size(), clicked + wordsAround + 1);
+    clicked -= first;
+    return {words.begin() + static_cast<std::ptrdiff_t>(first),
+            words.begin() + static_cast<std::ptrdiff_t>(end)};
+}
+
+// All that one wrong, missing, needless or exchanged letter makes of a word.
+QList<QByteArray> misspelt(const QByteArray &form) {
+    QList<QByteArray> words;
+    for (qsizetype at = 0; at <= form.size(); ++at) {
+        for (char letter = 'a'; letter <= 'z'; ++letter) {
+            words.append(QByteArray(form).insert(at, letter));
+            if (at < form.size())
+                words.append(QByteArray(form).replace(at, 1, QByteArray(1, letter)));
+        }
+        if (at < form.size())
+            words.append(QByteArray(form).remove(at, 1));
+        if (at + 1 < form.size()) {
+            QByteArray word = form;
+            std::swap(word[at], word[at + 1]);
+            words.append(word);
+        }
+    }
+    return words;
+}
+
+} // namespace
+
+bool WordLookup::isKnown(const QString &word, const QString &language) {
+    const auto &dictionaries = _dictionaries.of(language);
+    return _wordNet.has(word.toUtf8()) ||
+           std::any_of(dictionaries.begin(), dictionaries.end(),
+                       [&word](const auto &opened) { return opened->dictionary.has(word); });
+}
+
+Headword WordLookup::headword(const QString &word, const QString &language) {
+    Headword found;
+    found.word = word;
+    for (const auto &opened : _dictionaries.of(language)) {
+        std::vector<Entry> entries;
+        for (const QString &text : opened->dictionary.entries(word))
+            entries.push_back(readFreeDictEntry(text));
+        for (Entry &entry : withoutCutHeadwords(std::move(entries))) {
+            if (!entry.senses.empty() && found.entries.size() < mostEntries)
+                found.entries.push_back({std::move(entry), &opened->source});
+        }
+    }
+    std::vector<std::pair<int, PartOfSpeech>> parts;
+    for (const PartOfSpeech part : partsOfSpeech)
+        parts.emplace_back(-_wordNet.timesMet(word.toUtf8(), part), part);
+    std::stable_sort(parts.begin(), parts.end(),
+                     [](const auto &left, const auto &right) { return left.first < right.first; });
+    for (const auto &[times, part] : parts) {
+        for (WordNetSense &sense : _wordNet.senses(word.toUtf8(), part, mostSensesOfAPart))
+            found.english.push_back(std::move(sense));
+    }
+    return found;
+}
+
+QStringList WordLookup::near(const QString &form) const {
+    const QByteArray lower = form.toLower().toUtf8();
+    if (lower.size() > longestMisspelt || lower.size() < 3)
+        return {};
+    std::vector<std::pair<int, QString>> found;
+    for (const QByteArray &word : misspelt(lower)) {
+        if (!_wordNet.has(word))
+            continue;
+        int times = 0;
+        for (const PartOfSpeech part : partsOfSpeech)
+            times += _wordNet.timesMet(word, part);
+        found.emplace_back(-times, QString::fromUtf8(word));
+    }
+    std::sort(found.begin(), found.end());
+    QStringList words;
+    for (const auto &[times, word] : found) {
+        if (!words.contains(word) && words.size() < mostNear)
+            words.append(word);
+    }
+    return words;
+}
+
+LookedUp WordLookup::lookUp(const QString &text, int at, const QString &language) {
+    LookedUp found;
+    found.hasDictionary = !_dictionaries.of(language).empty();
+    const std::vector<EnglishWord> all = englishWords(text);
+    const auto clickedWord = std::find_if(
+        all.begin(), all.end(), [at](const EnglishWord &word) { return at < word.start + word.length; });
+    if (clickedWord == all.end())
+        return found;
+    auto clicked = static_cast<std::size_t>(clickedWord - all.begin());
+    const std::vector<EnglishWord> words = wordsNear(all, clicked);
+    const EnglishWord &word = words[clicked];
+    found.form = word.form;
+    found.whole = uncontracted(word.form);
+    found.lemmas = _english.lemmas(word.form);
+
+    const auto isPhraseKnown = [&](const QString &phrase) { return isKnown(phrase, language); };
+    if (const std::optional<Phrase> phrase = longestPhrase(words, clicked, _english, isPhraseKnown)) {
+        Headword entry = headword(phrase->headword, language);
+        entry.start = phrase->start;
+        entry.length = phrase->length;
+        entry.isPhrase = true;
+        found.headwords.push_back(std::move(entry));
+    }
+    QStringList candidates{word.form.toLower()};
+    candidates += found.lemmas;
+    candidates.removeDuplicates();
+    for (const QString &candidate : candidates) {
+        Headword entry = headword(candidate, language);
+        entry.start = word.start;
+        entry.length = word.length;
+        if (!entry.entries.empty() || !entry.english.empty())
+            found.headwords.push_back(std::move(entry));
+    }
+    if (found.headwords.empty())
+        found.near = near(word.form);
+    return found;
+}
+
+} // namespace murvo::service

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Http/DictionaryRoutes.h"
+
+#include "Dictionary/WordLookup.h"
+#include "Http/Router.h"
+#include "Store/SettingsTable.h"
+
+#include <QJsonArray>
+
+namespace murvo::service {
+
+namespace {
+
+// Two lines of a subtitle, with room to spare.
+constexpr qsizetype longestText = 1000;
+
+QString nameOf(PartOfSpeech part) {
+    switch (part) {
+    case PartOfSpeech::Noun:
+        return QStringLiteral("noun");
+    case PartOfSpeech::Verb:
+        return QStringLiteral("verb");
+    case PartOfSpeech::Adjective:
+        return QStringLiteral("adjective");
+    case PartOfSpeech::Adverb:
+        return QStringLiteral("adverb");
+    }
+    return {};
+}
+
+QJsonArray examplesJson(const std::vector<Example> &examples) {
+    QJsonArray list;
+    for (const Example &example : examples)
+        list.append(QJsonObject{{QStringLiteral("text"), example.text},
+                                {QStringLiteral("translation"), example.translation}});
+    return list;
+}
+
+QJsonObject entryJson(const SourcedEntry &sourced) {
+    QJsonArray senses;
+    for (const Sense &sense : sourced.entry.senses)
+        senses.append(
+            QJsonObject{{QStringLiteral("translations"), QJsonArray::fromStringList(sense.translations)},
+                        {QStringLiteral("definition"), sense.definition},
+                        {QStringLiteral("examples"), examplesJson(sense.examples)},
+                        {QStringLiteral("synonyms"), QJsonArray::fromStringList(sense.synonyms)}});
+    return {{QStringLiteral("headword"), sourced.entry.headword},
+            {QStringLiteral("pronunciation"), sourced.entry.pronunciation},
+            {QStringLiteral("partOfSpeech"), sourced.entry.partOfSpeech},
+            {QStringLiteral("senses"), senses},
+            {QStringLiteral("source"), sourced.source->name},
+            {QStringLiteral("licence"), sourced.source->licence}};
+}
+
+QJsonObject englishJson(const WordNetSense &sense) {
+    return {{QStringLiteral("partOfSpeech"), nameOf(sense.partOfSpeech)},
+            {QStringLiteral("definition"), sense.definition},
+            {QStringLiteral("examples"), QJsonArray::fromStringList(sense.examples)},
+            {QStringLiteral("synonyms"), QJsonArray::fromStringList(sense.synonyms)},
+            {QStringLiteral("antonyms"), QJsonArray::fromStringList(sense.antonyms)}};
+}
+
+QJsonObject headwordJson(const Headword &headword) {
+    QJsonArray entries;
+    for (const SourcedEntry &entry : headword.entries)
+        entries.append(entryJson(entry));
+    QJsonArray english;
+    for (const WordNetSense &sense : headword.english)
+        english.append(englishJson(sense));
+    return {{QStringLiteral("word"), headword.word},   {QStringLiteral("isPhrase"), headword.isPhrase},
+            {QStringLiteral("start"), headword.start}, {QStringLiteral("length"), headword.length},
+            {QStringLiteral("entries"), entries},      {QStringLiteral("english"), english}};
+}
+
+Response lookUp(const Request &request, WordLookup &lookup, SettingsTable &settings) {
+    const QString text = request.parameters.value(QStringLiteral("text"));
+    if (text.isEmpty() || text.size() > longestText)
+        throw RouteError(400, QStringLiteral("badParameter"),
+                         QStringLiteral("\"text\" must have from 1 to 1000 characters."));
+    const int at =
+        request.parameters.contains(QStringLiteral("at")) ? request.wholeNumber(QStringLiteral("at"), 0) : 0;
+    const QString language = settings.nativeLanguage();
+    const LookedUp found = lookup.lookUp(text, at, language);
+    QJsonArray headwords;
+    for (const Headword &headword : found.headwords)
+        headwords.append(headwordJson(headword));
+    return jsonResponse({{QStringLiteral("form"), found.form},
+                         {QStringLiteral("whole"), found.whole},
+                         {QStringLiteral("lemmas"), QJsonArray::fromStringList(found.lemmas)},
+                         {QStringLiteral("language"), language},
+                         {QStringLiteral("hasDictionary"), found.hasDictionary},
+                         {QStringLiteral("headwords"), headwords},
+                         {QStringLiteral("near"), QJsonArray::fromStringList(found.near)}});
+}
+
+} // namespace
+
+void addDictionaryRoutes(Router &router, WordLookup &lookup, SettingsTable &settings) {
+    router.add("GET", QStringLiteral("Api/Dictionary/Word"),
+               [&lookup, &settings](const Request &request) { return lookUp(request, lookup, settings); });
+}
+
+} // namespace murvo::service
