@@ -63,7 +63,7 @@ class Page {
         clock.start();
         QByteArray state = post("Words/Anki" + query);
         while (state.contains("running")) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
             state = get("Words/Anki");
         }
         QByteArray file = get("Words/Anki/File");

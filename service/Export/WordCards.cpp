@@ -8,6 +8,14 @@
 
 namespace murvo::service {
 
+namespace {
+
+bool isLearned(const SavedWord &word) {
+    return word.status != WordStatus::Known && word.status != WordStatus::Ignored;
+}
+
+} // namespace
+
 QList<WordCard> cardsOf(const QList<SavedWord> &words, const WordFacts &facts) {
     QList<WordCard> cards;
     cards.reserve(words.size());
@@ -15,8 +23,12 @@ QList<WordCard> cardsOf(const QList<SavedWord> &words, const WordFacts &facts) {
         WordCard card;
         card.guid = word.guid;
         card.word = word.lemma;
-        card.pronunciation = facts.pronunciation(word.lemma);
-        card.meaning = word.gloss.isEmpty() ? facts.meaning(word.lemma) : word.gloss;
+        card.meaning = word.gloss;
+        if (isLearned(word)) {
+            card.pronunciation = facts.pronunciation(word.lemma);
+            if (word.gloss.isEmpty())
+                card.meaning = facts.meaning(word.lemma);
+        }
         card.line = word.line;
         card.wordInLine = word.form;
         card.translation = word.translation;
@@ -33,9 +45,7 @@ QList<WordCard> cardsOf(const QList<SavedWord> &words, const WordFacts &facts) {
 
 QList<SavedWord> learnedWords(const QList<SavedWord> &words) {
     QList<SavedWord> learned;
-    std::copy_if(words.begin(), words.end(), std::back_inserter(learned), [](const SavedWord &word) {
-        return word.status != WordStatus::Known && word.status != WordStatus::Ignored;
-    });
+    std::copy_if(words.begin(), words.end(), std::back_inserter(learned), isLearned);
     return learned;
 }
 

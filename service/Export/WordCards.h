@@ -17,7 +17,8 @@ struct WordFacts {
     std::function<QString(const QString &lemma)> pronunciation; ///< IPA
 };
 
-/// The card of each word, in their order.
+/// The card of each word, in their order. Only those that are being learned are looked up: of known words
+/// there may be thousands.
 [[nodiscard]] QList<WordCard> cardsOf(const QList<SavedWord> &words, const WordFacts &facts);
 
 /// Those that are being learned: neither known nor ignored.

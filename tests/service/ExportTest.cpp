@@ -287,8 +287,9 @@ TEST_F(ExportTest, ListsHaveAllWordsAndNoFormula) {
     const QStringList evil{u"=1+1"_s, u"+1"_s, u"-1"_s, u"@SUM(A1)"_s, u" \t=1"_s, u"＝1"_s, u"\n=1"_s};
     for (const QString &gloss : evil)
         store.add({.lemma = u"w"_s + gloss, .gloss = gloss});
+    store.add({.lemma = u"tom"_s, .status = u"ignored"_s});
     store.add({.lemma = u"café"_s,
-               .status = u"known"_s,
+               .status = u"learning4"_s,
                .gloss = u"a \"b\", c"_s,
                .line = u"one\ntwo\tthree"_s,
                .filmId = film,
@@ -297,7 +298,7 @@ TEST_F(ExportTest, ListsHaveAllWordsAndNoFormula) {
     const Reply csv = get(u"Api/Words/List?format=csv"_s);
     ASSERT_TRUE(csv.body.startsWith("\xEF\xBB\xBF\"Word\""));
     const QList<QStringList> rows = readCsv(QString::fromUtf8(csv.body.sliced(3)));
-    ASSERT_EQ(rows.size(), evil.size() + 2);
+    ASSERT_EQ(rows.size(), evil.size() + 3);
     for (qsizetype i = 1; i <= evil.size(); ++i)
         EXPECT_EQ(rows[i][2], u'\'' + evil[i - 1].trimmed());
     EXPECT_EQ(rows.last(), (QStringList{u"café"_s,
@@ -307,10 +308,10 @@ TEST_F(ExportTest, ListsHaveAllWordsAndNoFormula) {
                                         {},
                                         u"'=cmd|' \"x\", y.mkv"_s,
                                         u"1:02:03"_s,
-                                        u"known"_s}));
+                                        u"learning4"_s}));
     const QByteArray tsv = get(u"Api/Words/List?format=tsv"_s).body;
     const QStringList lines = QString::fromUtf8(tsv).split(u'\n', Qt::SkipEmptyParts);
-    EXPECT_EQ(lines.size(), evil.size() + 2);
+    EXPECT_EQ(lines.size(), evil.size() + 3);
     EXPECT_EQ(lines.last().split(u'\t').value(3), u"one two three"_s);
     EXPECT_EQ(get(u"Api/Words/List?format=xls"_s).errorCode(), u"badParameter"_s);
     EXPECT_EQ(post(route + u"?clips=1"_s, {}, "text/plain").errorCode(), u"badParameter"_s);
