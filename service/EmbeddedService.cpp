@@ -6,7 +6,11 @@
 #include "Dictionary/English.h"
 #include "Dictionary/WordLookup.h"
 #include "Dictionary/WordNet.h"
+#include "Export/AnkiSender.h"
+#include "Export/PackageExport.h"
+#include "Export/ShortMeaning.h"
 #include "Http/DictionaryRoutes.h"
+#include "Http/ExportRoutes.h"
 #include "Http/FilmRoutes.h"
 #include "Http/FilmWordRoutes.h"
 #include "Http/HomeRoutes.h"
@@ -15,12 +19,16 @@
 #include "Http/PageRoutes.h"
 #include "Http/Router.h"
 #include "Http/SettingsRoutes.h"
+#include "Http/SpeechRoutes.h"
 #include "Http/SubtitleRoutes.h"
 #include "Http/WordRoutes.h"
 #include "Log.h"
 #include "Sources/FilmPaths.h"
 #include "Sources/InsideSubtitles.h"
 #include "Sources/SubtitleLookup.h"
+#include "Speech/Speaker.h"
+#include "Speech/Voices.h"
+#include "Store/AnkiTable.h"
 #include "Store/ChoiceTable.h"
 #include "Store/Database.h"
 #include "Store/FilmTable.h"
@@ -68,7 +76,7 @@ struct EmbeddedService::Impl {
         learnerFile.removeLeftovers();
         addPageRoutes(router);
         addHomeRoutes(router, pendingFilms);
-        addSettingsRoutes(router, settings);
+        addSettingsRoutes(router, settings, [this] { ankiSender.tryNow(); });
         addFilmRoutes(router,
                       {films, subtitles, choices, timings, settings, lookup, inside, lines, filmChanges});
         addSubtitleRoutes(router, {films, subtitles, timings, lines, sync, filmChanges});
@@ -77,6 +85,18 @@ struct EmbeddedService::Impl {
         addLearnerRoutes(router,
                          {learnerFile, [this] { inside.stop(); }, [this] { contentChanges.announce(); }});
         addDictionaryRoutes(router, wordLookup, settings);
+        addSpeechRoutes(router, speaker);
+        addExportRoutes(router, {database, settings, package, ankiSender, wordFacts()});
+    }
+
+    /// What cards show of a word beside what the learner has saved.
+    [[nodiscard]] WordFacts wordFacts() {
+        return {[this](const QString &lemma) {
+                    return shortMeaning(wordLookup.lookUp(lemma, 0, settings.nativeLanguage()));
+                },
+                [this](const QString &lemma) {
+                    return speaker.pronunciation(lemma, voiceOf(u"eng", u"us")).result;
+                }};
     }
 
     Database database;
@@ -107,6 +127,10 @@ struct EmbeddedService::Impl {
     LineParts lineParts{films, subtitles, choices, timings, settings, lineTable};
     FilmWords filmWords{lineParts, lineIndex, words, lexicon};
     VocabularyParts vocabulary{lineParts, words, glosses, filmWords, lexicon};
+    Speaker speaker;
+    AnkiTable ankiNotes{database};
+    PackageExport package{database, settings, wordFacts()};
+    AnkiSender ankiSender{database, ankiNotes, settings, wordFacts()};
     Router router;
     std::unique_ptr<HttpServer> server;
 };
@@ -141,6 +165,7 @@ EmbeddedService::~EmbeddedService() {
     // The server waits for the requests that wait for changes.
     _impl->pendingFilms.close();
     _impl->filmChanges.close();
+    _impl->speaker.close();
 }
 
 QString EmbeddedService::baseUrl() const {

@@ -76,6 +76,8 @@ void writeFile(const Response &from, httplib::Response &to) {
 
 void write(const Response &from, httplib::Response &to) {
     to.status = from.status;
+    if (!from.fileName.isEmpty())
+        to.set_header("Content-Disposition", "attachment; filename=\"" + from.fileName.toStdString() + '"');
     if (from.file) {
         writeFile(from, to);
         return;

@@ -26,9 +26,7 @@ RouteError errorOf(LearnerFileError::Reason reason) {
 }
 
 Response give(const LearnerRouteParts &parts) {
-    Response response{200, QByteArrayLiteral("application/vnd.sqlite3"), {}, {}};
-    response.file = parts.file.copy();
-    return response;
+    return {200, "application/vnd.sqlite3", {}, "murvo.sqlite", parts.file.copy()};
 }
 
 Response take(const Request &request, const LearnerRouteParts &parts) {

@@ -23,7 +23,7 @@ struct Request {
     QByteArray body;
     QString bodyFile; ///< path of a file with the body, for a route that takes very large ones; body is empty
                       ///< then
-    QString downloadBaseUrl; ///< for addresses of subtitle files; ends in "/"
+    QString downloadBaseUrl; ///< for addresses that the player fetches; ends in "/"
 
     /// A parameter that must be a whole number and not below smallest, which is not negative; throws
     /// RouteError when it is not.
@@ -36,6 +36,7 @@ struct Response {
     int status = 200;
     QByteArray contentType;
     QByteArray body;
+    QByteArray fileName = {}; ///< under which a browser keeps it, ASCII; empty for what it shows
     std::shared_ptr<QFile> file = {}; ///< open; sent in place of the body
 };
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/NoMoreRoom.h"
+#include "service/SavedWords.h"
 #include "service/ServiceFixture.h"
 
 #include <QElapsedTimer>
@@ -9,6 +10,11 @@
 #include <QLocale>
 
 #include <SQLiteCpp/SQLiteCpp.h>
+
+#include <atomic>
+#include <mutex>
+#include <thread>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -181,6 +187,8 @@ class TablesTest : public ServiceFixture {
     [[nodiscard]] QStringList seenWords();
     [[nodiscard]] QStringList seenFilmWords();
     [[nodiscard]] QList<Reply> learnerFileErrors();
+    [[nodiscard]] QStringList seenExport();
+    [[nodiscard]] Reply refusedInAFlood();
     [[nodiscard]] QStringList seenRows();
     void checkSetting(const QString &name, const QString &range, const QString &first);
 
@@ -216,6 +224,10 @@ QList<Reply> TablesTest::errors() {
                          put(word, {{u"lemma"_s, u"1"_s}}),
                          put(word, {{u"lemma"_s, u"a"_s}, {u"status"_s, 1}}),
                          post(u"Api/Words/Save"_s, "{\"form\":\"a\"}", "text/plain"),
+                         get(u"Api/Words/Anki/File"_s),
+                         get(u"Api/Speech/Sound?text=..."_s),
+                         get(u"Api/Speech/Sound?text="_s + QString(301, u'a')),
+                         refusedInAFlood(),
                          post(lookupRoute, QByteArray(9000, 'x'), "application/x-www-form-urlencoded"),
                          get(QString(9000, u'a')),
                          ask("POST", uploadRoute, {{"Content-Encoding", "gzip"}}),
@@ -272,7 +284,10 @@ QStringList TablesTest::seenFields() {
     (void)put(settings, {{u"nativeLanguage"_s, u"deu"_s}});
     for (const QString &text : {u"bad child"_s, u"a child"_s, u"Chidl"_s})
         see(u"GET Api/Dictionary/Word?text=TEXT&at=N"_s, get(u"Api/Dictionary/Word?at=2&text="_s + text));
-    fields += seenFitting() + seenWords() + seenFilmWords();
+    see(u"GET Api/Speech/Pronunciation?text=TEXT"_s, get(u"Api/Speech/Pronunciation?text=hello"_s));
+    EXPECT_EQ(get(u"Api/Speech/Sound?text=hello&speed=slow&language=eng&accent=gb"_s).status, 200);
+    EXPECT_EQ(get(u"Api/Words/List?format=tsv"_s).status, 200);
+    fields += seenFitting() + seenWords() + seenFilmWords() + seenExport();
     return fields;
 }
 
@@ -349,6 +364,52 @@ QStringList TablesTest::seenFitting() {
     return fields;
 }
 
+QStringList TablesTest::seenExport() {
+    const QString package = u"Api/Words/Anki"_s;
+    const QString connect = u"Api/Words/AnkiConnect"_s;
+    QStringList fields = foundFields(get(connect).json(), u"GET, POST Api/Words/AnkiConnect: "_s) +
+                         foundFields(post(package + u"?clips=false"_s, {}, "text/plain").json(),
+                                     u"POST, GET, DELETE Api/Words/Anki: "_s);
+    QElapsedTimer clock;
+    clock.start();
+    while (get(package).json()["stage"_L1].toString() != "done"_L1 && !clock.hasExpired(60'000))
+        std::this_thread::yield();
+    EXPECT_EQ(get(u"Api/Words/Anki/File"_s).status, 200);
+    EXPECT_EQ(ask("DELETE", package).json()["stage"_L1].toString(), u"none"_s);
+    SavedWordsStore(dataFolder.filePath(u"murvo.sqlite"_s)).add({.lemma = u"word"_s});
+    (void)put(settings, {{u"sendsToAnki"_s, true}, {u"ankiConnectPort"_s, freePort()}});
+    QJsonObject state;
+    while (!state["problem"_L1].isObject() && !clock.hasExpired(60'000))
+        state = get(connect).json();
+    (void)put(settings, {{u"sendsToAnki"_s, false}});
+    return fields + foundFields(state, u"GET, POST Api/Words/AnkiConnect: "_s);
+}
+
+/// Asks for more to be spoken at once than is taken, until something is refused.
+Reply TablesTest::refusedInAFlood() {
+    Reply refused;
+    std::mutex mutex;
+    std::atomic<bool> isSeen = false;
+    QElapsedTimer clock;
+    clock.start();
+    std::vector<std::thread> clients;
+    clients.reserve(20);
+    for (int i = 0; i < 20; ++i)
+        clients.emplace_back([&] {
+            while (!isSeen && !clock.hasExpired(30'000)) {
+                const Reply reply = get(u"Api/Speech/Sound?speed=slow&text="_s + QString(300, u'x'));
+                const std::lock_guard lock(mutex);
+                if (reply.status >= 400 && !isSeen) {
+                    refused = reply;
+                    isSeen = true;
+                }
+            }
+        });
+    for (std::thread &client : clients)
+        client.join();
+    return refused;
+}
+
 /// What the service was seen to do, in the form of the document's rows.
 QStringList TablesTest::seenRows() {
     QStringList rows = seenFields();
@@ -387,6 +448,11 @@ void TablesTest::checkSetting(const QString &name, const QString &range, const Q
         }
     } else if (range.startsWith("one of "_L1)) {
         good = QJsonArray::fromStringList(range.section(u':', 0, 0).mid(7).split(u' '));
+    }
+    if (range == "true or false"_L1) { // and off again
+        good = {true, false};
+        bad = {0, u"true"_s};
+        expected = first == "true"_L1;
     }
     EXPECT_FALSE(good.isEmpty()) << "This test cannot read the range of " << name.toStdString();
     EXPECT_EQ(atFirst[name], expected) << name.toStdString();
