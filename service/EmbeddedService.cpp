@@ -84,7 +84,7 @@ struct EmbeddedService::Impl {
         addFilmWordRoutes(router, vocabulary);
         addLearnerRoutes(router,
                          {learnerFile, [this] { inside.stop(); }, [this] { contentChanges.announce(); }});
-        addDictionaryRoutes(router, wordLookup, settings);
+        addDictionaryRoutes(router, wordLookup, vocabulary);
         addSpeechRoutes(router, speaker);
         addExportRoutes(router, {database, settings, package, ankiSender, wordFacts()});
     }

@@ -17,6 +17,17 @@ QString GlossTable::gloss(const QString &lemma, const QString &language) {
     });
 }
 
+QHash<QString, QString> GlossTable::ofLanguage(const QString &language) {
+    return _database.run([&language](SQLite::Database &connection) {
+        SQLite::Statement query(connection, "SELECT lemma, gloss FROM glosses WHERE language = ?");
+        query.bind(1, language.toStdString());
+        QHash<QString, QString> glosses;
+        while (query.executeStep())
+            glosses.insert(textOf(query.getColumn(0)), textOf(query.getColumn(1)));
+        return glosses;
+    });
+}
+
 void GlossTable::setGloss(const QString &lemma, const QString &language, const QString &gloss) {
     _database.transact([&](SQLite::Database &connection) { write(connection, lemma, language, gloss); });
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QHash>
 #include <QString>
 
 namespace SQLite {
@@ -20,6 +21,9 @@ class GlossTable {
 
     /// Empty when the learner has given none.
     [[nodiscard]] QString gloss(const QString &lemma, const QString &language);
+
+    /// All of a language, by their lemmas; a learner makes some hundreds.
+    [[nodiscard]] QHash<QString, QString> ofLanguage(const QString &language);
 
     /// Takes the place of an earlier one; empty: there is none any more.
     void setGloss(const QString &lemma, const QString &language, const QString &gloss);

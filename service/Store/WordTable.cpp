@@ -180,6 +180,14 @@ bool WordTable::forget(const QString &lemma) {
     });
 }
 
+std::optional<WordStatus> WordTable::status(const QString &lemma) {
+    return _database.run([&lemma](SQLite::Database &connection) -> std::optional<WordStatus> {
+        SQLite::Statement query(connection, "SELECT status FROM words WHERE lemma = ?");
+        query.bind(1, lemma.toStdString());
+        return query.executeStep() ? wordStatusNamed(textOf(query.getColumn(0))) : std::nullopt;
+    });
+}
+
 QHash<QString, WordStatus> WordTable::statuses() {
     return _database.run([](SQLite::Database &connection) {
         SQLite::Statement query(connection, "SELECT lemma, status FROM words");

@@ -78,6 +78,9 @@ class WordTable {
     /// False when the word was not marked.
     bool forget(const QString &lemma);
 
+    /// None when it is not marked.
+    [[nodiscard]] std::optional<WordStatus> status(const QString &lemma);
+
     /// The status of every marked word, by its lemma.
     [[nodiscard]] QHash<QString, WordStatus> statuses();
 

@@ -282,6 +282,7 @@ QStringList TablesTest::seenFields() {
     see(u"GET Api/Settings/Languages"_s, get(u"Api/Settings/Languages"_s));
     see(u"GET Api/Home/PendingFilms?after=N"_s, get(u"Api/Home/PendingFilms?after=9"_s));
     (void)put(settings, {{u"nativeLanguage"_s, u"deu"_s}});
+    (void)put(u"Api/Words/Word"_s, {{u"lemma"_s, u"bad"_s}, {u"status"_s, u"known"_s}});
     for (const QString &text : {u"bad child"_s, u"a child"_s, u"Chidl"_s})
         see(u"GET Api/Dictionary/Word?text=TEXT&at=N"_s, get(u"Api/Dictionary/Word?at=2&text="_s + text));
     see(u"GET Api/Speech/Pronunciation?text=TEXT"_s, get(u"Api/Speech/Pronunciation?text=hello"_s));
