@@ -2,6 +2,7 @@
 #include "Export/AnkiNote.h"
 
 #include <QCryptographicHash>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -11,9 +12,13 @@ namespace {
 
 constexpr qsizetype digestLetters = 20;
 
+/// Shown by Anki as the text is: neither as HTML nor as one of Anki's own marks, which plays files
+/// ("[sound:") or runs programs ("[latex]").
 QString html(const QString &text) {
-    QString escaped = text.trimmed().toHtmlEscaped();
-    return escaped.replace(u'\n', QLatin1String("<br>"));
+    static const QRegularExpression mark(QStringLiteral(R"(\[(?=/?(sound:|anki:|latex\]|\${1,2}\])))"),
+                                         QRegularExpression::CaseInsensitiveOption);
+    QString escaped = text.toHtmlEscaped();
+    return escaped.replace(mark, QStringLiteral("&#91;")).replace(u'\n', QLatin1String("<br>"));
 }
 
 bool isInWord(const QString &text, qsizetype at) {
@@ -37,12 +42,9 @@ QString markedLine(const WordCard &card) {
     const qsizetype at = placeOf(card.wordInLine, line);
     if (at < 0)
         return html(line);
-    const auto part = [&line](qsizetype from, qsizetype length) {
-        return line.sliced(from, length).toHtmlEscaped().replace(u'\n', QLatin1String("<br>"));
-    };
     const qsizetype end = at + card.wordInLine.size();
-    return part(0, at) + QLatin1String("<b>") + part(at, card.wordInLine.size()) + QLatin1String("</b>") +
-           part(end, line.size() - end);
+    return html(line.first(at)) + QLatin1String("<b>") + html(line.sliced(at, end - at)) +
+           QLatin1String("</b>") + html(line.sliced(end));
 }
 
 /// By what is in it: lines that two words were saved with have their files once, and a file of a name never
@@ -71,12 +73,12 @@ AnkiNote ankiNote(const WordCard &card, const WordClip &clip) {
         note.media.append({mediaName(clip.mp3, QLatin1String(".mp3")), clip.mp3});
         sound = QStringLiteral("[sound:%1]").arg(note.media.last().name);
     }
-    note.fields = {html(card.word),
-                   html(card.pronunciation),
-                   html(card.meaning),
+    note.fields = {html(card.word.trimmed()),
+                   html(card.pronunciation.trimmed()),
+                   html(card.meaning.trimmed()),
                    markedLine(card),
-                   html(card.translation),
-                   html(card.filmName),
+                   html(card.translation.trimmed()),
+                   html(card.filmName.trimmed()),
                    picture,
                    sound};
     return note;

@@ -51,14 +51,14 @@ RouteError badLine(const QString &message) {
     return {400, QStringLiteral("badLine"), message};
 }
 
-// Text for people: without what they cannot see, but with its line breaks.
+// Text for people: without what they cannot see, but with its line breaks and a blank for a tab.
 QString checkedText(const QJsonValue &value) {
     QString text = value.toString();
     if (text.size() > longestText)
         throw badLine(QStringLiteral("A line and a meaning have two thousand characters at most."));
     if (!text.isValidUtf16())
         throw badLine(QStringLiteral("A line and a meaning must be text."));
-    text.removeIf([](QChar sign) { return sign != u'\n' && sign.category() == QChar::Other_Control; });
+    text.replace(u'\t', u' ').removeIf([](QChar sign) { return sign != u'\n' && sign.category() == QChar::Other_Control; });
     return text.trimmed();
 }
 

@@ -96,7 +96,7 @@ TEST_F(ExportTest, APackageHasEveryFieldOfEveryWordThatIsBeingLearned) {
     store.add({.lemma = u"give up"_s,
                .form = u"gave  up"_s,
                .gloss = u"abandonner <laisser>"_s,
-               .line = u"You give me hope.\n- \"Tom & I\" gave up."_s});
+               .line = u"You give me hope. [SOUND:a.mp3] [sobs]\n- \"Tom & I\" gave up."_s});
     store.add({.lemma = u"up"_s, .form = u"up"_s, .line = u"Cups up!"_s, .translation = u"Debout !"_s});
     store.add({.lemma = u"known"_s, .status = u"known"_s});
     store.add({.lemma = u"tom"_s, .status = u"ignored"_s});
@@ -104,14 +104,16 @@ TEST_F(ExportTest, APackageHasEveryFieldOfEveryWordThatIsBeingLearned) {
     EXPECT_EQ(made.text(u"PRAGMA integrity_check"_s), u"ok"_s);
     EXPECT_EQ(made.text(u"SELECT group_concat(sfld, ';') FROM notes ORDER BY id"_s), u"give up;up"_s);
     const QStringList first = made.fields(u"give up"_s);
-    EXPECT_EQ(first, (QStringList{u"give up"_s,
-                                  u"ɡˈɪv ˈʌp"_s,
-                                  u"abandonner &lt;laisser&gt;"_s,
-                                  u"You give me hope.<br>- &quot;Tom &amp; I&quot; gave up."_s,
-                                  {},
-                                  {},
-                                  {},
-                                  {}}));
+    EXPECT_EQ(
+        first,
+        (QStringList{u"give up"_s,
+                     u"ɡˈɪv ˈʌp"_s,
+                     u"abandonner &lt;laisser&gt;"_s,
+                     u"You give me hope. &#91;SOUND:a.mp3] [sobs]<br>- &quot;Tom &amp; I&quot; gave up."_s,
+                     {},
+                     {},
+                     {},
+                     {}}));
     const QStringList second = made.fields(u"up"_s);
     EXPECT_EQ(second[3], u"Cups <b>up</b>!"_s) << "the word, not a part of another";
     EXPECT_EQ(second[4], u"Debout !"_s);

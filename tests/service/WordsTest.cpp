@@ -52,10 +52,10 @@ TEST_F(WordsTest, AWordIsSavedWithItsLineOnceHoweverOftenItIsSent) {
     EXPECT_EQ(first["lemma"_L1], u"child"_s);
     EXPECT_EQ(first["status"_L1], u"new"_s);
     (void)save({{u"status"_s, u"learning2"_s}, {u"startMs"_s, 1100}});
-    const QJsonObject again = save({{u"gloss"_s, u" enfant "_s}});
+    const QJsonObject again = save({{u"gloss"_s, u" enfant\t(petit)\u0007 "_s}});
     EXPECT_EQ(again["guid"_L1], first["guid"_L1]);
     EXPECT_EQ(again["status"_L1], u"learning2"_s) << "kept by a request that says nothing of it";
-    EXPECT_EQ(again["gloss"_L1], u"enfant"_s);
+    EXPECT_EQ(again["gloss"_L1], u"enfant (petit)"_s);
     ASSERT_EQ(again["sightings"_L1].toArray().size(), 1);
     const QJsonValue sighting = again["sightings"_L1][0];
     EXPECT_EQ(sighting["form"_L1], u"Children"_s);
