@@ -82,11 +82,28 @@ struct EmbeddedService::Impl {
         addSubtitleRoutes(router, {films, subtitles, timings, lines, sync, filmChanges});
         addWordRoutes(router, vocabulary);
         addFilmWordRoutes(router, vocabulary);
-        addLearnerRoutes(router,
-                         {learnerFile, [this] { inside.stop(); }, [this] { contentChanges.announce(); }});
+        addLearnerRoutes(router, learnerRouteParts());
         addDictionaryRoutes(router, wordLookup, vocabulary);
         addSpeechRoutes(router, speaker);
-        addExportRoutes(router, {database, settings, package, ankiSender, wordFacts()});
+        addExportRoutes(router, {words, settings, package, ankiSender, wordFacts()});
+    }
+
+    /// What works by itself on the store ends before another takes its place.
+    [[nodiscard]] LearnerRouteParts learnerRouteParts() {
+        return {learnerFile,
+                {[this](SQLite::Database &other) {
+                     settings.copyThoseOfThisComputer(other);
+                     LineTable::remakeIndex(other);
+                 },
+                 [this] {
+                     inside.stop();
+                     sync.stop();
+                     package.cancel();
+                 }},
+                [this] {
+                    contentChanges.announce();
+                    ankiSender.tryNow();
+                }};
     }
 
     /// What cards show of a word beside what the learner has saved.
@@ -94,9 +111,15 @@ struct EmbeddedService::Impl {
         return {[this](const QString &lemma) {
                     return shortMeaning(wordLookup.lookUp(lemma, 0, settings.nativeLanguage()));
                 },
-                [this](const QString &lemma) {
-                    return speaker.pronunciation(lemma, voiceOf(u"eng", u"us")).result;
-                }};
+                [this](const QString &lemma) { return pronunciation(lemma); }};
+    }
+
+    /// Throws at the end of the service, lest a card be made without it for good.
+    [[nodiscard]] QString pronunciation(const QString &lemma) {
+        const auto spoken = speaker.pronunciation(lemma, voiceOf(u"eng", u"us"), Speaker::Patience::Patient);
+        if (spoken.problem == SpeechProblem::Ending)
+            throw std::runtime_error("the service stops");
+        return spoken.result;
     }
 
     Database database;
@@ -129,8 +152,8 @@ struct EmbeddedService::Impl {
     VocabularyParts vocabulary{lineParts, words, glosses, filmWords, lexicon};
     Speaker speaker;
     AnkiTable ankiNotes{database};
-    PackageExport package{database, settings, wordFacts()};
-    AnkiSender ankiSender{database, ankiNotes, settings, wordFacts()};
+    PackageExport package{words, settings, wordFacts()};
+    AnkiSender ankiSender{database, words, ankiNotes, settings, wordFacts()};
     Router router;
     std::unique_ptr<HttpServer> server;
 };

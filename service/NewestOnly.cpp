@@ -1,29 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "NewestOnly.h"
 
-#include <utility>
+#include "GiveWay.h"
 
-#include <sys/resource.h>
-#include <sys/syscall.h>
-#include <unistd.h>
+#include <utility>
 
 namespace murvo::service {
 
-namespace {
-
-// The film that plays reads the same disk: it comes first. Without these the work is done all the same.
-void giveWayToOthers() {
-    constexpr int ofThread = 1;                     // IOPRIO_WHO_PROCESS: this thread
-    constexpr int lowestOfBestEffort = 2 << 13 | 7; // class 2 of three, last of its eight levels
-    constexpr int nicer = 10;
-    std::ignore = ::syscall(SYS_ioprio_set, ofThread, 0, lowestOfBestEffort);
-    std::ignore = ::setpriority(PRIO_PROCESS, static_cast<id_t>(::syscall(SYS_gettid)), nicer);
-}
-
-} // namespace
-
-NewestOnly::NewestOnly()
-    : _thread([this] { run(); }) {}
+NewestOnly::NewestOnly(Priority priority)
+    : _thread([this, priority] { run(priority); }) {}
 
 NewestOnly::~NewestOnly() {
     {
@@ -49,8 +34,15 @@ void NewestOnly::cancel() {
     start(nullptr);
 }
 
-void NewestOnly::run() {
-    giveWayToOthers();
+void NewestOnly::cancelAndWait() {
+    cancel();
+    std::unique_lock lock(_mutex);
+    _changed.wait(lock, [this] { return !_running && !_next; });
+}
+
+void NewestOnly::run(Priority priority) {
+    if (priority == Priority::GivesWay)
+        giveWayToOthers();
     std::unique_lock lock(_mutex);
     for (;;) {
         _changed.wait(lock, [this] { return _next || _isEnding; });
@@ -63,6 +55,7 @@ void NewestOnly::run() {
         work(*isCancelled);
         lock.lock();
         _running = nullptr;
+        _changed.notify_all();
     }
 }
 

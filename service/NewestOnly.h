@@ -12,14 +12,17 @@ namespace murvo::service {
 
 /// A thread for long work of which only the newest piece counts: a new piece puts an end to the one before.
 ///
-/// The calls belong to any thread, the work runs on the one thread of this object, which gives way to others
-/// for processor and disk. The destructor cancels and waits until the work has seen it.
+/// The calls belong to any thread, the work runs on the one thread of this object. The destructor cancels and
+/// waits until the work has seen it.
 class NewestOnly {
   public:
     /// Work looks at the flag often and ends soon after it is set. It must not throw.
     using Work = std::function<void(const std::atomic<bool> &isCancelled)>;
 
-    NewestOnly();
+    /// Whether others come first for processor and disk. Not for work that holds what others wait for.
+    enum class Priority { GivesWay, AsOthers };
+
+    explicit NewestOnly(Priority priority = Priority::GivesWay);
     ~NewestOnly();
     NewestOnly(const NewestOnly &) = delete;
     NewestOnly &operator=(const NewestOnly &) = delete;
@@ -28,9 +31,11 @@ class NewestOnly {
     void start(Work work);
     /// Ends what runs, and begins nothing.
     void cancel();
+    /// The same, and waits until the work has seen it. Not from the work itself.
+    void cancelAndWait();
 
   private:
-    void run();
+    void run(Priority priority);
 
     std::mutex _mutex;
     std::condition_variable _changed;

@@ -156,7 +156,7 @@ void addNotes(SQLite::Database &database, const QList<AnkiNote> &notes, qint64 n
     int position = 0;
     for (const AnkiNote &note : notes) {
         // Numbers are times in Anki: when the word was saved, each a little later than the one before.
-        lastId = std::max<int64_t>(lastId + 1, note.savedAtMs);
+        lastId = std::max<int64_t>(lastId + 1, note.addedAtMs);
         const QStringList fields(note.fields.begin(), note.fields.end());
         addNote.bind(1, lastId);
         addNote.bind(2, note.guid.toStdString());

@@ -2,6 +2,7 @@
 #include "Export/AnkiConnect.h"
 
 #include "Export/AnkiNoteType.h"
+#include "Store/AnkiTable.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -9,6 +10,8 @@
 #include <httplib.h>
 
 #include <atomic>
+#include <optional>
+#include <utility>
 
 namespace murvo::service {
 
@@ -18,6 +21,9 @@ constexpr int version = 6;
 constexpr time_t connectTimeoutSeconds = 1;
 // Anki answers in its window's own thread, which may be busy.
 constexpr time_t answerTimeoutSeconds = 10;
+// What is asked for are names and numbers.
+constexpr size_t largestAnswerBytes = 1024UL * 1024;
+constexpr qsizetype longestMessage = 500;
 
 [[noreturn]] void fail(const char *code, const QString &message) {
     throw AnkiFailure({QLatin1String(code), message});
@@ -65,19 +71,41 @@ QString searchFor(const AnkiNote &note) {
 } // namespace
 
 struct AnkiConnect::Connection {
-    explicit Connection(int port)
-        : client("127.0.0.1", port) {
+    Connection(int port, QString usedKey)
+        : client("127.0.0.1", port)
+        , key(std::move(usedKey)) {
         client.set_connection_timeout(connectTimeoutSeconds);
         client.set_read_timeout(answerTimeoutSeconds);
         client.set_write_timeout(answerTimeoutSeconds);
     }
 
+    /// None when nobody answers, or with more than anybody should.
+    [[nodiscard]] std::optional<httplib::Response> post(const QByteArray &body) {
+        std::string answer;
+        httplib::Request request;
+        request.method = "POST";
+        request.path = "/";
+        request.set_header("Content-Type", "application/json");
+        request.body = body.toStdString();
+        request.content_receiver = [&answer](const char *data, size_t length, uint64_t, uint64_t) {
+            answer.append(data, length);
+            return answer.size() <= largestAnswerBytes;
+        };
+        const httplib::Result reply = client.send(request);
+        if (!reply)
+            return std::nullopt;
+        httplib::Response response = *reply;
+        response.body = std::move(answer);
+        return response;
+    }
+
     httplib::Client client;
+    const QString key;
     std::atomic<bool> isStopped{false};
 };
 
-AnkiConnect::AnkiConnect(int port)
-    : _connection(std::make_unique<Connection>(port)) {}
+AnkiConnect::AnkiConnect(int port, const QString &key)
+    : _connection(std::make_unique<Connection>(port, key)) {}
 
 AnkiConnect::~AnkiConnect() = default;
 
@@ -87,13 +115,15 @@ void AnkiConnect::stop() {
 }
 
 AnkiConnect::Answer AnkiConnect::ask(const char *action, const QJsonObject &parameters) {
-    const QJsonObject question{{QStringLiteral("action"), QLatin1String(action)},
-                               {QStringLiteral("version"), version},
-                               {QStringLiteral("params"), parameters}};
+    QJsonObject question{{QStringLiteral("action"), QLatin1String(action)},
+                         {QStringLiteral("version"), version},
+                         {QStringLiteral("params"), parameters}};
+    if (!_connection->key.isEmpty())
+        question.insert(QStringLiteral("key"), _connection->key);
     const QByteArray body = QJsonDocument(question).toJson(QJsonDocument::Compact);
     if (_connection->isStopped)
         fail("ankiStopped", QStringLiteral("The service is stopping."));
-    const httplib::Result reply = _connection->client.Post("/", body.toStdString(), "application/json");
+    const auto reply = _connection->post(body);
     if (!reply)
         fail("ankiUnreachable",
              QStringLiteral("Anki does not answer. It must be running, with its add-on AnkiConnect."));
@@ -102,7 +132,7 @@ AnkiConnect::Answer AnkiConnect::ask(const char *action, const QJsonObject &para
     if (reply->status != 200 || !answer.contains(QLatin1String("result")) ||
         !answer.contains(QLatin1String("error")))
         fail("ankiStrange", QStringLiteral("What answers at Anki's address is not its add-on AnkiConnect."));
-    return {answer[QLatin1String("result")], answer[QLatin1String("error")].toString()};
+    return {answer[QLatin1String("result")], answer[QLatin1String("error")].toString().left(longestMessage)};
 }
 
 QJsonValue AnkiConnect::demand(const char *action, const QJsonObject &parameters) {
@@ -147,7 +177,7 @@ AnkiConnect::Outcome AnkiConnect::update(qint64 noteId, const AnkiNote &note) {
     if (answer.error.isEmpty())
         return {noteId, {}};
     if (find(QStringLiteral("nid:%1").arg(noteId)) == 0)
-        return {};
+        return {SentNote::deleted, {}};
     return {0, answer.error};
 }
 

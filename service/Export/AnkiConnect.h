@@ -36,7 +36,8 @@ class AnkiFailure : public std::exception {
 /// called from any other and ends them. Every call throws AnkiFailure.
 class AnkiConnect {
   public:
-    explicit AnkiConnect(int port);
+    /// key: which the add-on demands; empty when it demands none.
+    AnkiConnect(int port, const QString &key);
     ~AnkiConnect();
     AnkiConnect(const AnkiConnect &) = delete;
     AnkiConnect &operator=(const AnkiConnect &) = delete;
@@ -47,7 +48,7 @@ class AnkiConnect {
     void prepare();
     void storeMedia(const AnkiMedia &file);
 
-    /// What came of a note: its number, or 0 and why it was refused.
+    /// What came of a note: its number, SentNote::deleted, or 0 and why it was refused.
     struct Outcome {
         qint64 noteId = 0;
         QString refusal;
@@ -55,7 +56,6 @@ class AnkiConnect {
 
     /// A note of the same word that Anki has already is brought up to date instead.
     [[nodiscard]] Outcome add(const AnkiNote &note);
-    /// Number 0 without refusal: the learner has deleted it in Anki.
     [[nodiscard]] Outcome update(qint64 noteId, const AnkiNote &note);
 
   private:

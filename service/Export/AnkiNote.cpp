@@ -62,7 +62,7 @@ const QString &AnkiNote::field(QLatin1String name) const {
 }
 
 AnkiNote ankiNote(const WordCard &card, const WordClip &clip) {
-    AnkiNote note{card.guid, card.word, {}, {}, card.savedAtMs};
+    AnkiNote note{card.guid, card.word, {}, {}, card.addedAtMs};
     QString picture;
     QString sound;
     if (!clip.jpeg.isEmpty()) {

@@ -28,7 +28,7 @@ struct AnkiNote {
     QString word; ///< plain: what Anki sorts by and tells notes apart by
     std::array<QString, ankiFields.size()> fields;
     QList<AnkiMedia> media;
-    qint64 savedAtMs = 0;
+    qint64 addedAtMs = 0;
 
     [[nodiscard]] const QString &field(QLatin1String name) const;
 };

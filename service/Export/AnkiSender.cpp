@@ -3,9 +3,10 @@
 
 #include "Export/AnkiNote.h"
 #include "Export/ClipMaker.h"
+#include "GiveWay.h"
 #include "Log.h"
-#include "Store/AnkiTable.h"
 #include "Store/SettingsTable.h"
+#include "Store/WordTable.h"
 
 #include <QCryptographicHash>
 #include <QStringList>
@@ -39,8 +40,10 @@ QByteArray sha256Of(const SavedWord &word) {
 
 } // namespace
 
-AnkiSender::AnkiSender(Database &database, AnkiTable &table, SettingsTable &settings, WordFacts facts)
+AnkiSender::AnkiSender(Database &database, WordTable &words, AnkiTable &table, SettingsTable &settings,
+                       WordFacts facts)
     : _database(database)
+    , _words(words)
     , _table(table)
     , _settings(settings)
     , _facts(std::move(facts))
@@ -48,12 +51,15 @@ AnkiSender::AnkiSender(Database &database, AnkiTable &table, SettingsTable &sett
 
 AnkiSender::~AnkiSender() {
     {
-        const std::lock_guard lock(_mutex);
+        std::unique_lock lock(_mutex);
         _isEnding = true;
-        if (_talking != nullptr)
-            _talking->stop();
+        _changed.notify_all();
+        while (!_hasEnded) { // it may just have begun to connect, and be deaf to the first call
+            if (_talking != nullptr)
+                _talking->stop();
+            _changed.wait_for(lock, 50ms);
+        }
     }
-    _changed.notify_all();
     _thread.join();
 }
 
@@ -63,14 +69,22 @@ void AnkiSender::tryNow() {
     _changed.notify_all();
 }
 
+void AnkiSender::tryAllNow() {
+    _table.forgetRefusals();
+    tryNow();
+}
+
 AnkiSenderState AnkiSender::state() {
     AnkiSenderState state;
-    state.isOn = _settings.sendsToAnki();
+    state.isOn = _settings.all().sendsToAnki;
     const auto sent = _table.all();
     for (const SentNote &note : sent) {
         state.sentCount += note.noteId > 0 ? 1 : 0;
-        state.refusedCount += note.problem.isEmpty() ? 0 : 1;
+        if (!note.problem.isEmpty())
+            state.refused.append(note);
     }
+    std::sort(state.refused.begin(), state.refused.end(),
+              [](const SentNote &one, const SentNote &other) { return one.lemma < other.lemma; });
     state.waitingCount = static_cast<int>(waiting().size());
     const std::lock_guard lock(_mutex);
     if (!state.isOn)
@@ -84,10 +98,10 @@ AnkiSenderState AnkiSender::state() {
 QList<AnkiSender::Waiting> AnkiSender::waiting() {
     const auto sent = _table.all();
     QList<Waiting> waiting;
-    for (const SavedWord &word : learnedWords(savedWords(_database, _settings.nativeLanguage()))) {
+    for (const SavedWord &word : _words.learned(_settings.nativeLanguage())) {
         const QByteArray sha256 = sha256Of(word);
         const SentNote before = sent.value(word.guid);
-        if (before.sha256 != sha256)
+        if (before.sha256 != sha256 && before.noteId != SentNote::deleted)
             waiting.append({word, sha256, before.noteId});
     }
     return waiting;
@@ -104,18 +118,19 @@ milliseconds AnkiSender::pauseAfter(const AnkiProblem &problem) {
 }
 
 void AnkiSender::run() noexcept {
+    giveWayToOthers(); // it cuts clips out of the film that plays
     std::unique_lock lock(_mutex);
     while (!_isEnding) {
         if (std::exchange(_isAsked, false)) { // a wish begins anew
             _failures = 0;
-            _seenChanges = -1;
+            _seen.reset();
         }
         _isTryPlanned = false;
         lock.unlock();
         bool isOn = false;
         AnkiProblem problem;
         try {
-            isOn = _settings.sendsToAnki();
+            isOn = _settings.all().sendsToAnki;
             problem = isOn ? send() : AnkiProblem();
         } catch (const AnkiFailure &failure) {
             problem = failure.problem();
@@ -134,18 +149,21 @@ void AnkiSender::run() noexcept {
             _changed.wait(lock, isWoken);
         }
     }
+    _hasEnded = true;
+    _changed.notify_all();
 }
 
 AnkiProblem AnkiSender::send() {
-    const int changes = _table.storeChanges();
-    if (changes == _seenChanges)
+    const Database::Generation generation = _database.generation();
+    if (generation == _seen)
         return {};
     const QList<Waiting> waitingNow = waiting();
     if (waitingNow.isEmpty()) {
-        _seenChanges = changes;
+        _seen = generation;
         return {};
     }
-    AnkiConnect anki(_settings.ankiConnectPort());
+    const Settings settings = _settings.all();
+    AnkiConnect anki(settings.ankiConnectPort, settings.ankiConnectKey);
     const auto talk = [this](AnkiConnect *with) {
         const std::lock_guard lock(_mutex);
         _talking = with;
@@ -167,7 +185,7 @@ void AnkiSender::sendAll(AnkiConnect &anki, const QList<Waiting> &waitingNow) {
     anki.prepare();
     ClipMaker clips(_isEnding);
     for (const Waiting &next : waitingNow) {
-        if (_isEnding || !_settings.sendsToAnki())
+        if (_isEnding || !_settings.all().sendsToAnki)
             return;
         const WordCard card = cardsOf({next.word}, _facts).value(0);
         const AnkiNote note = ankiNote(card, clips.clip(card));
@@ -177,7 +195,7 @@ void AnkiSender::sendAll(AnkiConnect &anki, const QList<Waiting> &waitingNow) {
             anki.storeMedia(file);
         const AnkiConnect::Outcome outcome =
             next.noteId > 0 ? anki.update(next.noteId, note) : anki.add(note);
-        _table.note(next.word.guid, {outcome.noteId, next.sha256, outcome.refusal});
+        _table.note(next.word.guid, {{}, outcome.noteId, next.sha256, outcome.refusal});
     }
 }
 

@@ -3,6 +3,8 @@
 
 #include "Export/AnkiConnect.h"
 #include "Export/WordCards.h"
+#include "Store/AnkiTable.h"
+#include "Store/Database.h"
 #include "Vocabulary/SavedWord.h"
 
 #include <atomic>
@@ -10,20 +12,20 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 namespace murvo::service {
 
-class AnkiTable;
-class Database;
 class SettingsTable;
+class WordTable;
 
 /// How the sending of words stands.
 struct AnkiSenderState {
     bool isOn = false;
     int waitingCount = 0;
     int sentCount = 0;
-    int refusedCount = 0;
+    QList<SentNote> refused;
     std::chrono::milliseconds nextTry{0}; ///< until then; 0 when none is planned, or it runs
     AnkiProblem problem;                  ///< the last one, none once everything was sent
 };
@@ -31,17 +33,21 @@ struct AnkiSenderState {
 /// Sends the words that are being learned to the Anki that runs on this computer, and their changes.
 ///
 /// Off until the learner switches it on: until then not one byte is sent. The queue is the difference between
-/// the words and what the store says was sent, so that nothing is lost and nothing sent twice, whenever this
-/// ends. While Anki is not there it tries ever more rarely. One thread of its own; the calls belong to any.
+/// the words and what the store says was sent, so that nothing is lost whenever this ends; what was sent just
+/// before may be sent again, and changes nothing in Anki then. While Anki is not there it tries ever more
+/// rarely. One thread of its own; the calls belong to any.
 class AnkiSender {
   public:
-    AnkiSender(Database &database, AnkiTable &table, SettingsTable &settings, WordFacts facts);
+    AnkiSender(Database &database, WordTable &words, AnkiTable &table, SettingsTable &settings,
+               WordFacts facts);
     ~AnkiSender();
     AnkiSender(const AnkiSender &) = delete;
     AnkiSender &operator=(const AnkiSender &) = delete;
 
-    /// To be called when the settings have changed, and when the learner wants it now. Returns at once.
+    /// To be called when the settings have changed. Returns at once.
     void tryNow();
+    /// When the learner wants it: also of words that Anki has refused before.
+    void tryAllNow();
 
     [[nodiscard]] AnkiSenderState state();
 
@@ -60,16 +66,18 @@ class AnkiSender {
     [[nodiscard]] std::chrono::milliseconds pauseAfter(const AnkiProblem &problem);
 
     Database &_database;
+    WordTable &_words;
     AnkiTable &_table;
     SettingsTable &_settings;
     WordFacts _facts;
     std::atomic<bool> _isEnding{false};
-    int _seenChanges = -1; // of the store, when nothing waited last; the thread's own
-    int _failures = 0;     // in a row; the thread's own
+    std::optional<Database::Generation> _seen; // when nothing waited last; the thread's own
+    int _failures = 0;                         // in a row; the thread's own
 
     std::mutex _mutex; // guards the rest
     std::condition_variable _changed;
     bool _isAsked = true;
+    bool _hasEnded = false;
     AnkiProblem _problem;
     std::chrono::steady_clock::time_point _nextTry;
     bool _isTryPlanned = false;

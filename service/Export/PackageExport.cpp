@@ -5,7 +5,7 @@
 #include "Export/ClipMaker.h"
 #include "Log.h"
 #include "Store/SettingsTable.h"
-#include "Vocabulary/SavedWord.h"
+#include "Store/WordTable.h"
 
 #include <QDateTime>
 
@@ -42,8 +42,8 @@ std::vector<qsizetype> byFilm(const QList<WordCard> &cards) {
 
 } // namespace
 
-PackageExport::PackageExport(Database &database, SettingsTable &settings, WordFacts facts)
-    : _database(database)
+PackageExport::PackageExport(WordTable &words, SettingsTable &settings, WordFacts facts)
+    : _words(words)
     , _settings(settings)
     , _facts(std::move(facts)) {}
 
@@ -73,7 +73,7 @@ void PackageExport::cancel() {
         const std::lock_guard lock(_mutex);
         _job = nullptr;
     }
-    _worker.cancel();
+    _worker.cancelAndWait();
 }
 
 PackageState PackageExport::state() const {
@@ -87,8 +87,7 @@ QByteArray PackageExport::package() const {
 }
 
 void PackageExport::run(Job &job, const std::atomic<bool> &isCancelled) {
-    const QList<WordCard> cards =
-        cardsOf(learnedWords(savedWords(_database, _settings.nativeLanguage())), _facts);
+    const QList<WordCard> cards = cardsOf(_words.learned(_settings.nativeLanguage()), _facts);
     {
         const std::lock_guard lock(_mutex);
         job.state.wordCount = static_cast<int>(cards.size());

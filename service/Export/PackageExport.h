@@ -10,8 +10,8 @@
 
 namespace murvo::service {
 
-class Database;
 class SettingsTable;
+class WordTable;
 
 /// How the making of a package stands.
 struct PackageState {
@@ -30,10 +30,10 @@ struct PackageState {
 /// begun. Clips are made as long as time and memory allow; words after that go without.
 class PackageExport {
   public:
-    PackageExport(Database &database, SettingsTable &settings, WordFacts facts);
+    PackageExport(WordTable &words, SettingsTable &settings, WordFacts facts);
 
     void begin(bool withClips);
-    /// Ends what runs, and drops what is finished.
+    /// Ends what runs, drops what is finished, and returns when it has ended.
     void cancel();
 
     [[nodiscard]] PackageState state() const;
@@ -51,7 +51,7 @@ class PackageExport {
     [[nodiscard]] QList<AnkiNote> notesOf(Job &job, const QList<WordCard> &cards,
                                           const std::atomic<bool> &isCancelled);
 
-    Database &_database;
+    WordTable &_words;
     SettingsTable &_settings;
     WordFacts _facts;
     mutable std::mutex _mutex; // guards _job and what is in it

@@ -11,17 +11,15 @@ namespace murvo::service {
 
 struct SavedWord;
 
-/// Tells for a dictionary form what a card shows of it; empty when that is not known.
+/// Tells for a dictionary form what a card shows of it; empty when that is not known. They throw when it
+/// cannot be told any more, as at the end of the service.
 struct WordFacts {
     std::function<QString(const QString &lemma)> meaning; ///< for words without a gloss of the learner's
     std::function<QString(const QString &lemma)> pronunciation; ///< IPA
 };
 
 /// The card of each word, in their order. Only those that are being learned are looked up: of known words
-/// there may be thousands.
+/// there may be thousands. Throws what the facts throw.
 [[nodiscard]] QList<WordCard> cardsOf(const QList<SavedWord> &words, const WordFacts &facts);
-
-/// Those that are being learned: neither known nor ignored.
-[[nodiscard]] QList<SavedWord> learnedWords(const QList<SavedWord> &words);
 
 } // namespace murvo::service

@@ -52,8 +52,11 @@ QString csvLine(QStringList fields) {
 }
 
 QString tsvLine(QStringList fields) {
-    for (QString &field : fields)
+    for (QString &field : fields) {
         field = field.simplified();
+        if (field.contains(u'"')) // unpaired, one would swallow the rows that follow
+            field = u'"' + field.replace(u'"', QLatin1String("\"\"")) + u'"';
+    }
     return fields.join(u'\t') + u'\n';
 }
 

@@ -6,11 +6,15 @@
 #include "Export/WordLists.h"
 #include "Http/Router.h"
 #include "Store/SettingsTable.h"
-#include "Vocabulary/SavedWord.h"
+#include "Store/WordTable.h"
+
+#include <QJsonArray>
 
 namespace murvo::service {
 
 namespace {
+
+constexpr qsizetype mostRefusalsTold = 50;
 
 Response list(const Request &request, const ExportRouteParts &parts) {
     const QString format = request.parameters.value(QStringLiteral("format"), QStringLiteral("csv"));
@@ -18,7 +22,7 @@ Response list(const Request &request, const ExportRouteParts &parts) {
     if (!isCsv && format != QLatin1String("tsv"))
         throw RouteError(400, QStringLiteral("badParameter"),
                          QStringLiteral("The parameter \"format\" must be csv or tsv."));
-    const auto cards = cardsOf(savedWords(parts.database, parts.settings.nativeLanguage()), parts.facts);
+    const auto cards = cardsOf(parts.words.all(parts.settings.nativeLanguage()), parts.facts);
     if (isCsv)
         return {200, QByteArrayLiteral("text/csv; charset=utf-8"), csvOf(cards),
                 QByteArrayLiteral("murvo-words.csv")};
@@ -79,16 +83,21 @@ QJsonValue problemOrNull(const AnkiProblem &problem) {
 
 Response senderState(const ExportRouteParts &parts) {
     const AnkiSenderState state = parts.sender.state();
+    QJsonArray refused;
+    for (const SentNote &note : state.refused.mid(0, mostRefusalsTold))
+        refused.append(
+            QJsonObject{{QStringLiteral("lemma"), note.lemma}, {QStringLiteral("message"), note.problem}});
     return jsonResponse({{QStringLiteral("isOn"), state.isOn},
                          {QStringLiteral("waitingCount"), state.waitingCount},
                          {QStringLiteral("sentCount"), state.sentCount},
-                         {QStringLiteral("refusedCount"), state.refusedCount},
+                         {QStringLiteral("refusedCount"), static_cast<int>(state.refused.size())},
+                         {QStringLiteral("refused"), refused},
                          {QStringLiteral("nextTryMs"), static_cast<qint64>(state.nextTry.count())},
                          {QStringLiteral("problem"), problemOrNull(state.problem)}});
 }
 
 Response sendNow(const Request &, const ExportRouteParts &parts) {
-    parts.sender.tryNow();
+    parts.sender.tryAllNow();
     return senderState(parts);
 }
 

@@ -6,14 +6,14 @@
 namespace murvo::service {
 
 class AnkiSender;
-class Database;
 class PackageExport;
 class Router;
 class SettingsTable;
+class WordTable;
 
 /// What the export of words works with. All borrowed, all outlive the router.
 struct ExportRouteParts {
-    Database &database;
+    WordTable &words;
     SettingsTable &settings;
     PackageExport &package;
     AnkiSender &sender;

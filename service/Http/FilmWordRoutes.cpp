@@ -20,9 +20,13 @@ constexpr qint32 usualLines = 30;
 constexpr qsizetype longestPhrase = 200;
 
 QJsonObject filmWordJson(const FilmWord &word) {
-    return {{QStringLiteral("lemma"), word.lemma},     {QStringLiteral("count"), word.count},
-            {QStringLiteral("rank"), word.rank},       {QStringLiteral("status"), statusJson(word.status)},
-            {QStringLiteral("isKnown"), word.isKnown}, {QStringLiteral("isName"), word.isName}};
+    return {{QStringLiteral("lemma"), word.lemma},
+            {QStringLiteral("forms"), QJsonArray::fromStringList(word.forms)},
+            {QStringLiteral("count"), word.count},
+            {QStringLiteral("rank"), word.rank},
+            {QStringLiteral("status"), statusJson(word.status)},
+            {QStringLiteral("isKnown"), word.isKnown},
+            {QStringLiteral("isName"), word.isName}};
 }
 
 Response words(const Request &request, const VocabularyParts &parts) {

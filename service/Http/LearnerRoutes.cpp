@@ -31,8 +31,8 @@ Response give(const LearnerRouteParts &parts) {
 
 Response take(const Request &request, const LearnerRouteParts &parts) {
     try {
-        const QString backup = parts.file.replaceBy(request.bodyFile, parts.beforeReplacing);
-        parts.afterReplacing();
+        const QString backup = parts.file.replaceBy(request.bodyFile, parts.taking);
+        parts.hasReplaced();
         return jsonResponse({{QStringLiteral("backupFileName"), QFileInfo(backup).fileName()}});
     } catch (const LearnerFileError &failure) {
         throw errorOf(failure.reason());

@@ -1,19 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "Store/LearnerFile.h"
+
 #include <functional>
 
 namespace murvo::service {
 
-class LearnerFile;
 class Router;
 
-/// All of the learner as one file, out and in. The file is borrowed and outlives the router; the calls tell
-/// those who work on the store by themselves to stop before another one takes its place, and that it has.
+/// All of the learner as one file, out and in. The file is borrowed and outlives the router; hasReplaced
+/// tells all that another store has taken the place of the one before.
 struct LearnerRouteParts {
     LearnerFile &file;
-    std::function<void()> beforeReplacing;
-    std::function<void()> afterReplacing;
+    LearnerFile::Taking taking;
+    std::function<void()> hasReplaced;
 };
 
 void addLearnerRoutes(Router &router, const LearnerRouteParts &parts);

@@ -36,7 +36,7 @@ struct Response {
     int status = 200;
     QByteArray contentType;
     QByteArray body;
-    QByteArray fileName = {}; ///< under which a browser keeps it, ASCII; empty for what it shows
+    QByteArray fileName = {};         ///< under which a browser keeps it, ASCII; empty for what it shows
     std::shared_ptr<QFile> file = {}; ///< open; sent in place of the body
 };
 

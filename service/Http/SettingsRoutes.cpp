@@ -8,12 +8,11 @@
 
 #include <QJsonArray>
 
+#include <array>
+
 namespace murvo::service {
 
 namespace {
-
-constexpr int loudestPercent = 200;
-constexpr int highestPort = 65'535;
 
 Response languages() {
     QJsonArray list;
@@ -27,16 +26,15 @@ Response languages() {
     return jsonResponse({{QStringLiteral("languages"), list}});
 }
 
-Response current(SettingsTable &settings) {
-    return jsonResponse({{QStringLiteral("nativeLanguage"), settings.nativeLanguage()},
-                         {QStringLiteral("volumePercent"), settings.volumePercent()},
-                         {QStringLiteral("startLevel"), settings.startLevel()},
-                         {QStringLiteral("sendsToAnki"), settings.sendsToAnki()},
-                         {QStringLiteral("ankiConnectPort"), settings.ankiConnectPort()}});
-}
-
 RouteError badSetting(const QString &message) {
     return {400, QStringLiteral("badSetting"), message};
+}
+
+int wholeNumber(const QJsonValue &value, int least, int most, const QString &message) {
+    const int number = value.toInt(least - 1);
+    if (number < least || number > most)
+        throw badSetting(message);
+    return number;
 }
 
 QString checkedLanguage(const QJsonValue &value) {
@@ -44,13 +42,6 @@ QString checkedLanguage(const QJsonValue &value) {
     if (language == nullptr || !language->offered || value.toString() != language->code)
         throw badSetting(QStringLiteral("\"nativeLanguage\" must be the code of an offered language."));
     return language->code;
-}
-
-int checkedVolume(const QJsonValue &value) {
-    const int volume = value.toInt(-1);
-    if (volume < 0 || volume > loudestPercent)
-        throw badSetting(QStringLiteral("\"volumePercent\" must be a whole number from 0 to 200."));
-    return volume;
 }
 
 QString checkedLevel(const QJsonValue &value) {
@@ -65,50 +56,87 @@ bool checkedSending(const QJsonValue &value) {
     return value.toBool();
 }
 
-int checkedPort(const QJsonValue &value) {
-    const int port = value.toInt(-1);
-    if (port < 1 || port > highestPort)
-        throw badSetting(QStringLiteral("\"ankiConnectPort\" must be a whole number from 1 to 65535."));
-    return port;
+QString checkedKey(const QJsonValue &value) {
+    const QString key = value.toString();
+    if (!value.isString() || key.size() > Settings::longestKey || !key.isValidUtf16())
+        throw badSetting(
+            QStringLiteral("\"ankiConnectKey\" must be a text of at most two hundred characters."));
+    return key;
 }
 
-// Everything is checked before anything is changed.
-Response change(const Request &request, SettingsTable &settings, const std::function<void()> &changed) {
+/// A setting as requests and replies have it. write() throws RouteError for a value that is out of its range.
+struct Setting {
+    QLatin1String name;
+    QJsonValue (*read)(const Settings &settings);
+    void (*write)(Settings &settings, const QJsonValue &value);
+};
+
+const std::array allSettings{
+    Setting{QLatin1String("nativeLanguage"),
+            [](const Settings &settings) -> QJsonValue { return settings.nativeLanguage; },
+            [](Settings &settings, const QJsonValue &value) {
+                settings.nativeLanguage = checkedLanguage(value);
+            }},
+    Setting{QLatin1String("volumePercent"),
+            [](const Settings &settings) -> QJsonValue { return settings.volumePercent; },
+            [](Settings &settings, const QJsonValue &value) {
+                settings.volumePercent =
+                    wholeNumber(value, 0, Settings::loudestPercent,
+                                QStringLiteral("\"volumePercent\" must be a whole number from 0 to 200."));
+            }},
+    Setting{QLatin1String("startLevel"),
+            [](const Settings &settings) -> QJsonValue { return settings.startLevel; },
+            [](Settings &settings, const QJsonValue &value) { settings.startLevel = checkedLevel(value); }},
+    Setting{
+        QLatin1String("sendsToAnki"),
+        [](const Settings &settings) -> QJsonValue { return settings.sendsToAnki; },
+        [](Settings &settings, const QJsonValue &value) { settings.sendsToAnki = checkedSending(value); }},
+    Setting{QLatin1String("ankiConnectPort"),
+            [](const Settings &settings) -> QJsonValue { return settings.ankiConnectPort; },
+            [](Settings &settings, const QJsonValue &value) {
+                settings.ankiConnectPort = wholeNumber(
+                    value, 1, Settings::highestPort,
+                    QStringLiteral("\"ankiConnectPort\" must be a whole number from 1 to 65535."));
+            }},
+    Setting{
+        QLatin1String("ankiConnectKey"),
+        [](const Settings &settings) -> QJsonValue { return settings.ankiConnectKey; },
+        [](Settings &settings, const QJsonValue &value) { settings.ankiConnectKey = checkedKey(value); }}};
+
+Response current(SettingsTable &table) {
+    const Settings settings = table.all();
+    QJsonObject object;
+    for (const Setting &setting : allSettings)
+        object.insert(setting.name, setting.read(settings));
+    return jsonResponse(object);
+}
+
+Response change(const Request &request, SettingsTable &table, const std::function<void()> &ankiChanged) {
     const QJsonObject body = jsonBody(request);
-    const QString languageName = QStringLiteral("nativeLanguage");
-    const QString volumeName = QStringLiteral("volumePercent");
-    const QString language =
-        body.contains(languageName) ? checkedLanguage(body.value(languageName)) : QString();
-    const int volume = body.contains(volumeName) ? checkedVolume(body.value(volumeName)) : -1;
-    const QString levelName = QStringLiteral("startLevel");
-    const QString level = body.contains(levelName) ? checkedLevel(body.value(levelName)) : QString();
-    const QString sendingName = QStringLiteral("sendsToAnki");
-    const QString portName = QStringLiteral("ankiConnectPort");
-    const bool isSending =
-        body.contains(sendingName) ? checkedSending(body.value(sendingName)) : settings.sendsToAnki();
-    const int port = body.contains(portName) ? checkedPort(body.value(portName)) : -1;
-    if (!language.isEmpty())
-        settings.setNativeLanguage(language);
-    if (volume >= 0)
-        settings.setVolumePercent(volume);
-    if (!level.isEmpty())
-        settings.setStartLevel(level);
-    if (port >= 0)
-        settings.setAnkiConnectPort(port);
-    if (body.contains(sendingName))
-        settings.setSendsToAnki(isSending);
-    changed();
-    return current(settings);
+    bool isAnkiConcerned = false;
+    table.update([&](Settings &settings) {
+        for (const Setting &setting : allSettings) {
+            if (!body.contains(setting.name))
+                continue;
+            setting.write(settings, body.value(setting.name));
+            isAnkiConcerned =
+                isAnkiConcerned || setting.name.contains(QLatin1String("Anki"), Qt::CaseInsensitive);
+        }
+    });
+    if (isAnkiConcerned)
+        ankiChanged();
+    return current(table);
 }
 
 } // namespace
 
-void addSettingsRoutes(Router &router, SettingsTable &settings, const std::function<void()> &changed) {
+void addSettingsRoutes(Router &router, SettingsTable &settings, const std::function<void()> &ankiChanged) {
     router.add("GET", QStringLiteral("Api/Settings/Languages"), [](const Request &) { return languages(); });
     router.add("GET", QStringLiteral("Api/Settings"),
                [&settings](const Request &) { return current(settings); });
-    router.add("PUT", QStringLiteral("Api/Settings"),
-               [&settings, changed](const Request &request) { return change(request, settings, changed); });
+    router.add("PUT", QStringLiteral("Api/Settings"), [&settings, ankiChanged](const Request &request) {
+        return change(request, settings, ankiChanged);
+    });
 }
 
 } // namespace murvo::service

@@ -8,8 +8,8 @@ namespace murvo::service {
 class Router;
 class SettingsTable;
 
-/// The languages on offer and what the learner has chosen. The table is borrowed and outlives the router; who
-/// goes by it is told of each change.
-void addSettingsRoutes(Router &router, SettingsTable &settings, const std::function<void()> &changed);
+/// The languages on offer and what the learner has chosen. The table is borrowed and outlives the router; the
+/// call tells that a setting of Anki's was written.
+void addSettingsRoutes(Router &router, SettingsTable &settings, const std::function<void()> &ankiChanged);
 
 } // namespace murvo::service

@@ -47,6 +47,9 @@ Wish wishOf(const Request &request) {
     if (wish.voice == nullptr)
         throw RouteError(400, QStringLiteral("badParameter"),
                          QStringLiteral("The parameter \"language\" must be the code of a language."));
+    if (!canRead(wish.language, wish.text))
+        throw RouteError(503, QStringLiteral("cannotSpeak"),
+                         QStringLiteral("The voice of this language cannot read these letters."));
     return wish;
 }
 

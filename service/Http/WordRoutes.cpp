@@ -51,20 +51,42 @@ RouteError badLine(const QString &message) {
     return {400, QStringLiteral("badLine"), message};
 }
 
+// A field that is missing or null was not given; it must have that type otherwise.
+std::optional<QJsonValue> given(const QJsonObject &body, const char *name, QJsonValue::Type type) {
+    const QJsonValue value = body.value(QLatin1String(name));
+    if (value.isUndefined() || value.isNull())
+        return std::nullopt;
+    if (value.type() != type)
+        throw badLine(QStringLiteral("\"%1\" is of another type than it must be.").arg(QLatin1String(name)));
+    return value;
+}
+
+QString givenText(const QJsonObject &body, const char *name) {
+    const auto value = given(body, name, QJsonValue::String);
+    return value ? value->toString() : QString();
+}
+
+qint32 givenId(const QJsonObject &body, const char *name) {
+    const auto value = given(body, name, QJsonValue::Double);
+    return value ? value->toInt(-1) : 0;
+}
+
 // Text for people: without what they cannot see, but with its line breaks and a blank for a tab.
-QString checkedText(const QJsonValue &value) {
-    QString text = value.toString();
+QString checkedText(QString text) {
     if (text.size() > longestText)
         throw badLine(QStringLiteral("A line and a meaning have two thousand characters at most."));
     if (!text.isValidUtf16())
         throw badLine(QStringLiteral("A line and a meaning must be text."));
-    text.replace(u'\t', u' ').removeIf([](QChar sign) { return sign != u'\n' && sign.category() == QChar::Other_Control; });
+    text.replace(u'\t', u' ').removeIf([](QChar sign) {
+        return sign != u'\n' && sign.category() == QChar::Other_Control;
+    });
     return text.trimmed();
 }
 
-qint64 checkedTime(const QJsonValue &value) {
+qint64 givenTime(const QJsonObject &body, const char *name) {
     constexpr qint64 longestFilmMs = 86'400'000;
-    const qint64 timeMs = value.isUndefined() ? 0 : value.toInteger(-1);
+    const auto value = given(body, name, QJsonValue::Double);
+    const qint64 timeMs = value ? value->toInteger(-1) : 0;
     if (timeMs < 0 || timeMs > longestFilmMs)
         throw badLine(QStringLiteral("\"startMs\" and \"endMs\" must be whole milliseconds of the film."));
     return timeMs;
@@ -72,15 +94,15 @@ qint64 checkedTime(const QJsonValue &value) {
 
 Sighting checkedSighting(const QJsonObject &body, const VocabularyParts &parts) {
     Sighting sighting;
-    sighting.form = body.value(QLatin1String("form")).toString();
-    sighting.line = checkedText(body.value(QLatin1String("line")));
+    sighting.form = givenText(body, "form");
+    sighting.line = checkedText(givenText(body, "line"));
     if (sighting.line.isEmpty())
         throw badLine(QStringLiteral("\"line\" must be the text of the line."));
-    sighting.translation = checkedText(body.value(QLatin1String("translation")));
-    sighting.startMs = checkedTime(body.value(QLatin1String("startMs")));
-    sighting.endMs = std::max(sighting.startMs, checkedTime(body.value(QLatin1String("endMs"))));
-    sighting.filmId = body.value(QLatin1String("videoId")).toInt();
-    sighting.subtitleId = body.value(QLatin1String("subtitleId")).toInt();
+    sighting.translation = checkedText(givenText(body, "translation"));
+    sighting.startMs = givenTime(body, "startMs");
+    sighting.endMs = std::max(sighting.startMs, givenTime(body, "endMs"));
+    sighting.filmId = givenId(body, "videoId");
+    sighting.subtitleId = givenId(body, "subtitleId");
     if (sighting.filmId != 0 && !parts.lines.films.find(sighting.filmId))
         throw RouteError(404, QStringLiteral("unknownFilm"), QStringLiteral("No film has this number."));
     if (sighting.subtitleId != 0) {
@@ -97,12 +119,10 @@ WordChange changeOf(const QString &lemma, const QJsonObject &body, const Vocabul
     WordChange change;
     change.lemma = lemma;
     change.glossLanguage = parts.lines.settings.nativeLanguage();
-    const QJsonValue status = body.value(QLatin1String("status"));
-    if (!status.isUndefined())
+    if (const QJsonValue status = body.value(QLatin1String("status")); !status.isUndefined())
         change.status = checkedStatus(status);
-    const QJsonValue gloss = body.value(QLatin1String("gloss"));
-    if (!gloss.isUndefined())
-        change.gloss = checkedText(gloss);
+    if (const auto gloss = given(body, "gloss", QJsonValue::String))
+        change.gloss = checkedText(gloss->toString());
     return change;
 }
 
@@ -131,10 +151,9 @@ Response change(const Request &request, const VocabularyParts &parts) {
 
 Response save(const Request &request, const VocabularyParts &parts) {
     const QJsonObject body = jsonBody(request);
-    const QString form = body.value(QLatin1String("form")).toString();
-    const QJsonValue lemma = body.value(QLatin1String("lemma"));
-    const QString ofForm = checkedWord(parts.lexicon.lemma(form));
-    const QString key = lemma.isUndefined() ? ofForm : checkedLemma(lemma.toString());
+    const QString ofForm = checkedWord(parts.lexicon.lemma(givenText(body, "form")));
+    const auto lemma = given(body, "lemma", QJsonValue::String);
+    const QString key = lemma ? checkedLemma(lemma->toString()) : ofForm;
     WordChange kept = changeOf(key, body, parts);
     kept.sighting = checkedSighting(body, parts);
     parts.words.keep(kept);
@@ -149,7 +168,10 @@ Response forget(const Request &request, const VocabularyParts &parts) {
 
 // Everything is checked before anything is changed.
 Response grade(const Request &request, const VocabularyParts &parts) {
-    const QJsonArray list = jsonBody(request).value(QLatin1String("words")).toArray();
+    const QJsonValue words = jsonBody(request).value(QLatin1String("words"));
+    if (!words.isArray())
+        throw RouteError(400, QStringLiteral("badWord"), QStringLiteral("\"words\" must be an array."));
+    const QJsonArray list = words.toArray();
     if (list.size() > mostGrades)
         throw RouteError(413, QStringLiteral("tooLarge"),
                          QStringLiteral("Ten thousand words can be graded at once."));
@@ -197,10 +219,14 @@ Response list(const Request &request, const VocabularyParts &parts) {
 Response importList(const Request &request, const VocabularyParts &parts) {
     if (request.body.size() > largestList)
         throw RouteError(413, QStringLiteral("tooLarge"), QStringLiteral("The list is too large."));
-    const WordImportResult result = importKnownWords(request.body, parts.words, parts.lexicon);
-    return jsonResponse({{QStringLiteral("added"), result.added},
-                         {QStringLiteral("known"), result.known},
-                         {QStringLiteral("unreadable"), result.unreadable}});
+    const auto result = importWords(request.body, parts.words, parts.lexicon);
+    if (!result)
+        throw RouteError(413, QStringLiteral("tooLarge"),
+                         QStringLiteral("The list has more than fifty thousand words."));
+    return jsonResponse({{QStringLiteral("added"), result->added},
+                         {QStringLiteral("known"), result->known},
+                         {QStringLiteral("kept"), result->kept},
+                         {QStringLiteral("unreadable"), result->unreadable}});
 }
 
 } // namespace

@@ -34,6 +34,9 @@ bool tellsEnough(const AVStream *sound) {
     return sound != nullptr && sound->codecpar->sample_rate > 0 && sound->codecpar->ch_layout.nb_channels > 0;
 }
 
+// Of any film; a crafted one may ask for the whole memory.
+constexpr int64_t mostPixels = 8192 * 4320 * 2;
+
 } // namespace
 
 Decoder openDecoder(const AVStream &stream, int threads) {
@@ -43,6 +46,7 @@ Decoder openDecoder(const AVStream &stream, int threads) {
         return nullptr;
     decoder->pkt_timebase = stream.time_base;
     decoder->thread_count = threads;
+    decoder->max_pixels = mostPixels;
     return avcodec_open2(decoder.get(), codec, nullptr) < 0 ? nullptr : std::move(decoder);
 }
 

@@ -86,7 +86,7 @@ void InsideSubtitles::begin(const Film &film) {
 }
 
 void InsideSubtitles::stop() {
-    _worker.cancel();
+    _worker.cancelAndWait();
     const std::lock_guard lock(_mutex);
     _reading = nullptr;
 }

@@ -28,30 +28,34 @@ void Speaker::close() {
 
 Spoken<QByteArray> Speaker::sound(const QString &text, const char *voice, Pace pace) {
     Spoken<QByteArray> spoken;
-    spoken.problem = speak([&] {
-        auto wav = Espeak::sound(text, voice, pace, _isClosed);
-        spoken.result = std::move(wav).value_or(QByteArray());
-        return !spoken.result.isEmpty();
-    });
+    spoken.problem = speak(
+        [&] {
+            auto wav = Espeak::sound(text, voice, pace, _isClosed);
+            spoken.result = std::move(wav).value_or(QByteArray());
+            return !spoken.result.isEmpty();
+        },
+        Patience::Hasty);
     return spoken;
 }
 
-Spoken<QString> Speaker::pronunciation(const QString &text, const char *voice) {
+Spoken<QString> Speaker::pronunciation(const QString &text, const char *voice, Patience patience) {
     Spoken<QString> spoken;
-    spoken.problem = speak([&] {
-        auto ipa = Espeak::pronunciation(text, voice);
-        spoken.result = std::move(ipa).value_or(QString());
-        return !spoken.result.isNull();
-    });
+    spoken.problem = speak(
+        [&] {
+            auto ipa = Espeak::pronunciation(text, voice);
+            spoken.result = std::move(ipa).value_or(QString());
+            return !spoken.result.isNull();
+        },
+        patience);
     return spoken;
 }
 
-SpeechProblem Speaker::speak(std::function<bool()> work) {
+SpeechProblem Speaker::speak(std::function<bool()> work, Patience patience) {
     Request request{std::move(work)};
     std::unique_lock lock(_mutex);
     if (_isClosed)
         return SpeechProblem::Ending;
-    if (_waiting.size() >= mostWaiting)
+    if (patience == Patience::Hasty && _waiting.size() >= mostWaiting)
         return SpeechProblem::Busy;
     _waiting.push_back(&request);
     _changed.notify_all();

@@ -26,9 +26,9 @@ struct Spoken {
 
 /// What speaks for the service: one thread that alone uses the synthesizer, one request after the other.
 ///
-/// Any thread may ask and waits for its answer; of too many that wait the last is turned away, so that a
-/// flood cannot hold all threads of the server. It knows no HTTP. close() must be called before the server
-/// stops.
+/// Any thread may ask and waits for its answer; of too many hasty ones that wait the last is turned away, so
+/// that a flood cannot hold all threads of the server. It knows no HTTP. close() must be called before the
+/// server stops.
 class Speaker {
   public:
     Speaker();
@@ -36,9 +36,13 @@ class Speaker {
     Speaker(const Speaker &) = delete;
     Speaker &operator=(const Speaker &) = delete;
 
-    /// A WAV file. The text is one that isSpeakable().
+    /// Whether one who asks rather waits than is turned away.
+    enum class Patience { Hasty, Patient };
+
+    /// A WAV file. The text is one that speakableText() has found no fault with.
     [[nodiscard]] Spoken<QByteArray> sound(const QString &text, const char *voice, Pace pace);
-    [[nodiscard]] Spoken<QString> pronunciation(const QString &text, const char *voice);
+    [[nodiscard]] Spoken<QString> pronunciation(const QString &text, const char *voice,
+                                                Patience patience = Patience::Hasty);
 
     /// Gives up what is being spoken and what waits, and takes nothing any more.
     void close();
@@ -50,7 +54,7 @@ class Speaker {
         bool isAnswered = false;
     };
 
-    [[nodiscard]] SpeechProblem speak(std::function<bool()> work);
+    [[nodiscard]] SpeechProblem speak(std::function<bool()> work, Patience patience);
     void run();
 
     std::mutex _mutex;

@@ -3,6 +3,8 @@
 
 #include "Languages.h"
 
+#include <QString>
+
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -22,6 +24,13 @@ const char *voiceOf(QStringView language, QStringView accent) {
         return other->second;
     const Language *known = findLanguage(language);
     return known != nullptr && known->code == language ? known->twoLetter.data() : nullptr;
+}
+
+bool canRead(QStringView language, const QString &text) {
+    const auto letters = text.toUcs4();
+    return language != QLatin1String("jpn") ||
+           std::none_of(letters.begin(), letters.end(),
+                        [](char32_t letter) { return QChar::script(letter) == QChar::Script_Han; });
 }
 
 } // namespace murvo::service

@@ -9,4 +9,8 @@ namespace murvo::service {
 /// accent, for others it says nothing. Null when there is no voice.
 [[nodiscard]] const char *voiceOf(QStringView language, QStringView accent);
 
+/// Whether the voice knows the letters of the text. The Japanese one reads each Chinese character as what it
+/// is: "Chinese letter".
+[[nodiscard]] bool canRead(QStringView language, const QString &text);
+
 } // namespace murvo::service

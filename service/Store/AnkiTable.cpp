@@ -8,14 +8,16 @@ namespace murvo::service {
 
 QHash<QString, SentNote> AnkiTable::all() {
     return _database.run([](SQLite::Database &connection) {
-        SQLite::Statement query(connection, "SELECT guid, note_id, sent_sha256, problem FROM anki_notes");
+        SQLite::Statement query(connection,
+                                "SELECT guid, lemma, note_id, sent_sha256, problem FROM anki_notes "
+                                "JOIN words USING (guid)");
         QHash<QString, SentNote> notes;
         while (query.executeStep()) {
-            const SQLite::Column digest = query.getColumn(2);
+            const SQLite::Column digest = query.getColumn(3);
             notes.insert(textOf(query.getColumn(0)),
-                         {query.getColumn(1).getInt64(),
+                         {textOf(query.getColumn(1)), query.getColumn(2).getInt64(),
                           QByteArray(static_cast<const char *>(digest.getBlob()), digest.getBytes()),
-                          textOf(query.getColumn(3))});
+                          textOf(query.getColumn(4))});
         }
         return notes;
     });
@@ -36,8 +38,9 @@ void AnkiTable::note(const QString &guid, const SentNote &sent) {
     });
 }
 
-int AnkiTable::storeChanges() {
-    return _database.run([](const SQLite::Database &connection) { return connection.getTotalChanges(); });
+void AnkiTable::forgetRefusals() {
+    _database.transact(
+        [](SQLite::Database &connection) { connection.exec("DELETE FROM anki_notes WHERE problem <> ''"); });
 }
 
 } // namespace murvo::service

@@ -11,9 +11,12 @@ class Database;
 
 /// What Anki has been sent of a word.
 struct SentNote {
-    qint64 noteId = 0; ///< Anki's; 0 when it has none
+    static constexpr qint64 deleted = -1;
+
+    QString lemma;     ///< of the word; read only
+    qint64 noteId = 0; ///< Anki's; 0 when it has refused it, deleted when the learner has deleted it there
     QByteArray sha256; ///< of all that was sent
-    QString problem;   ///< why it was refused
+    QString problem;   ///< why it was refused, empty when it was not
 };
 
 /// The table of what has been sent to Anki, by the word's guid. Any thread; borrows the database. Every call
@@ -23,12 +26,13 @@ class AnkiTable {
     explicit AnkiTable(Database &database)
         : _database(database) {}
 
+    /// Of the words that are marked now.
     [[nodiscard]] QHash<QString, SentNote> all();
     /// It is on the disk when this returns.
     void note(const QString &guid, const SentNote &sent);
 
-    /// Counts the changes of the whole store since the start, so that they need not be looked for.
-    [[nodiscard]] int storeChanges();
+    /// What was refused was never sent.
+    void forgetRefusals();
 
   private:
     Database &_database;

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <chrono>
 #include <stdexcept>
+#include <tuple>
 
 namespace murvo::service {
 
@@ -55,13 +56,23 @@ void Database::takeAllOf(SQLite::Database &other) {
                 sqlite3_sleep(10);
             }
         }
-        connection.exec("PRAGMA wal_checkpoint(TRUNCATE)");
+        // It is all here now. That the log becomes small again may fail, as for want of room.
+        std::ignore = connection.tryExec("PRAGMA wal_checkpoint(TRUNCATE)");
+    });
+}
+
+Database::Generation Database::generation() {
+    return run([](SQLite::Database &connection) {
+        return Generation{connection.getTotalChanges(),
+                          connection.execAndGet("PRAGMA data_version").getInt()};
     });
 }
 
 // A limit of the size of files, a quota, and a full disk tell themselves in different ways.
 void Database::throwIfFull(const SQLite::Exception &failure) {
-    switch (failure.getExtendedErrorCode()) {
+    // A backup tells the code only.
+    const int extended = failure.getExtendedErrorCode();
+    switch (extended < 0 ? failure.getErrorCode() : extended) {
     case SQLITE_FULL:
     case SQLITE_IOERR_WRITE:
     case SQLITE_IOERR_SHMSIZE:

@@ -62,9 +62,18 @@ class Database {
         });
     }
 
-    /// Takes all that the other one holds in place of what is here, at once or not at all. The other one has
-    /// the same schema and page size.
+    /// Takes all that the other one holds in place of what is here, at once or not at all: when it throws,
+    /// not at all. The other one has the same schema, page size and encoding.
     void takeAllOf(SQLite::Database &other);
+
+    /// Another one whenever the content may be another than before, whoever has changed it.
+    struct Generation {
+        int own = -1;    ///< counts what this connection has changed
+        int others = -1; ///< counts what others have
+
+        friend bool operator==(const Generation &, const Generation &) = default;
+    };
+    [[nodiscard]] Generation generation();
 
     /// For calls that use a connection of their own.
     static void throwIfFull(const SQLite::Exception &failure);

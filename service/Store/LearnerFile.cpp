@@ -9,6 +9,9 @@
 #include <QSet>
 #include <QTemporaryFile>
 
+#include <sqlite3.h>
+#include <unistd.h>
+
 namespace murvo::service {
 
 namespace {
@@ -16,8 +19,29 @@ namespace {
 using Reason = LearnerFileError::Reason;
 
 constexpr int busyMs = 5000;
-constexpr qsizetype backupsKept = 3;
+constexpr qsizetype lastBackupsKept = 3;
 constexpr qint64 leftoverSeconds = 3600;
+
+// The text of a schema without its comments, and with one blank for any.
+QString plainSql(const QString &sql) {
+    QString plain;
+    QChar quote;
+    for (qsizetype i = 0; i < sql.size(); ++i) {
+        const bool isComment = quote.isNull() && QStringView(sql).sliced(i).startsWith(QLatin1String("--"));
+        if (isComment) {
+            const qsizetype end = sql.indexOf(u'\n', i);
+            i = end < 0 ? sql.size() : end;
+            plain += u' ';
+            continue;
+        }
+        if (quote == sql[i])
+            quote = QChar();
+        else if (quote.isNull() && QStringView(u"'\"`[").contains(sql[i]))
+            quote = sql[i] == u'[' ? QChar(u']') : sql[i];
+        plain += sql[i];
+    }
+    return plain.simplified();
+}
 
 // Everything that a schema file makes, in one text each: the tables with their columns, indexes, triggers.
 QSet<QString> schemaOf(SQLite::Database &connection) {
@@ -25,7 +49,7 @@ QSet<QString> schemaOf(SQLite::Database &connection) {
                                         "FROM sqlite_master");
     QSet<QString> schema;
     while (query.executeStep())
-        schema.insert(textOf(query.getColumn(0)));
+        schema.insert(plainSql(textOf(query.getColumn(0))));
     return schema;
 }
 
@@ -65,7 +89,7 @@ void LearnerFile::removeLeftovers() const {
 }
 
 // A connection of its own: nobody who plays a film waits for it.
-std::unique_ptr<QFile> LearnerFile::copy() const {
+std::unique_ptr<QTemporaryFile> LearnerFile::copy() const {
     auto file = std::make_unique<QTemporaryFile>(folder() + QStringLiteral("/murvo-copy-XXXXXX"));
     if (!file->open())
         throw DiskFull();
@@ -79,70 +103,88 @@ std::unique_ptr<QFile> LearnerFile::copy() const {
     return file;
 }
 
-QString LearnerFile::replaceBy(const QString &path, const std::function<void()> &beforeTaking) const {
+QString LearnerFile::replaceBy(const QString &path, const Taking &taking) const {
     check(path);
+    QString backup;
     try {
         { Database brought(path, _steps); } // to the newest schema
         SQLite::Database source(path.toStdString(), SQLite::OPEN_READWRITE, busyMs);
-        const QString backup = backUp();
-        beforeTaking();
+        taking.adapt(source);
+        backup = backUp();
+        taking.prepare();
         _database.takeAllOf(source);
-        return backup;
-    } catch (const SQLite::Exception &failure) {
-        Database::throwIfFull(failure);
+    } catch (const std::exception &failure) {
+        if (!backup.isEmpty())
+            QFile::remove(backup);
+        if (const auto *ofStore = dynamic_cast<const SQLite::Exception *>(&failure))
+            Database::throwIfFull(*ofStore);
         throw;
     }
+    removeOldBackups();
+    return backup;
 }
 
-// The file may be anybody's: it is only read, none of its triggers and functions run, and it must be, word
-// for word, what this program would have made.
+// The file may be anybody's: it is only read, none of its triggers and functions run, and it must be, but for
+// comments, what this program would have made.
 void LearnerFile::check(const QString &path) const {
     try {
         SQLite::Database file(path.toStdString(), SQLite::OPEN_READWRITE, busyMs);
-        file.exec("PRAGMA trusted_schema = OFF");
-        file.exec("PRAGMA cell_size_check = ON");
-        const int number = file.execAndGet("PRAGMA user_version").getInt();
-        if (number > _steps.last().number && file.tableExists("films"))
-            throw LearnerFileError(Reason::Newer);
-        if (number < 1 || schemaOf(file) != schemaBy(_steps, number))
-            throw LearnerFileError(Reason::NotOurs);
-        if (file.execAndGet("PRAGMA integrity_check(1)").getString() != "ok" ||
-            hasRows(file, "PRAGMA foreign_key_check"))
-            throw LearnerFileError(Reason::Damaged);
-        // The store takes pages of its own size only.
-        file.exec("PRAGMA journal_mode = DELETE");
-        if (const int pageSize = _database.run([](SQLite::Database &connection) {
-                return connection.execAndGet("PRAGMA page_size").getInt();
-            });
-            file.execAndGet("PRAGMA page_size").getInt() != pageSize) {
-            file.exec("PRAGMA page_size = " + std::to_string(pageSize));
-            file.exec("VACUUM");
-        }
+        checkContent(file);
     } catch (const SQLite::Exception &failure) {
         Database::throwIfFull(failure);
+        const int code = failure.getErrorCode() & 0xff;
+        if (code == SQLITE_BUSY || code == SQLITE_LOCKED || code == SQLITE_NOMEM)
+            throw;
         QFile file(path);
         const bool isDatabase = file.open(QIODevice::ReadOnly) && file.read(16).startsWith("SQLite format 3");
         throw LearnerFileError(isDatabase ? Reason::Damaged : Reason::NotOurs);
     }
 }
 
+void LearnerFile::checkContent(SQLite::Database &file) const {
+    file.exec("PRAGMA trusted_schema = OFF");
+    file.exec("PRAGMA cell_size_check = ON");
+    const int number = file.execAndGet("PRAGMA user_version").getInt();
+    if (number > _steps.last().number && file.tableExists("films"))
+        throw LearnerFileError(Reason::Newer);
+    // In another encoding it could be taken, but never again be used together with the store's temporary
+    // tables.
+    if (number < 1 || schemaOf(file) != schemaBy(_steps, number) ||
+        file.execAndGet("PRAGMA encoding").getString() != "UTF-8")
+        throw LearnerFileError(Reason::NotOurs);
+    if (file.execAndGet("PRAGMA integrity_check(1)").getString() != "ok" ||
+        hasRows(file, "PRAGMA foreign_key_check"))
+        throw LearnerFileError(Reason::Damaged);
+    // The store takes pages of its own size only.
+    file.exec("PRAGMA journal_mode = DELETE");
+    const int pageSize = _database.run(
+        [](SQLite::Database &connection) { return connection.execAndGet("PRAGMA page_size").getInt(); });
+    if (file.execAndGet("PRAGMA page_size").getInt() == pageSize)
+        return;
+    file.exec("PRAGMA page_size = " + std::to_string(pageSize));
+    file.exec("VACUUM");
+}
+
+// It has its name once it is whole and on the disk.
 QString LearnerFile::backUp() const {
     const QDir beside(folder());
+    const auto whole = copy();
+    if (::fsync(whole->handle()) != 0)
+        throw DiskFull();
     const QString now = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
-    const QString backup = beside.filePath(QStringLiteral("murvo-before-%1.sqlite").arg(now));
-    SQLite::Database source(_storePath.toStdString(), SQLite::OPEN_READWRITE, busyMs);
-    try {
-        vacuumInto(source, backup);
-    } catch (const SQLite::Exception &) {
-        QFile::remove(backup);
-        throw;
-    }
-    QFile::setPermissions(backup, QFile::ReadOwner | QFile::WriteOwner);
+    QString backup = beside.filePath(QStringLiteral("murvo-before-%1.sqlite").arg(now));
+    if (!whole->rename(backup))
+        throw std::runtime_error("the backup could not be named");
+    whole->setAutoRemove(false);
+    return backup;
+}
+
+void LearnerFile::removeOldBackups() const {
+    const QDir beside(folder());
     QStringList backups =
         beside.entryList({QStringLiteral("murvo-before-*.sqlite")}, QDir::Files, QDir::Name);
-    while (backups.size() > backupsKept)
-        QFile::remove(beside.filePath(backups.takeFirst()));
-    return backup;
+    while (backups.size() > lastBackupsKept + 1)
+        QFile::remove(beside.filePath(backups.takeAt(1))); // the first one stays
 }
 
 } // namespace murvo::service

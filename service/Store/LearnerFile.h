@@ -3,8 +3,8 @@
 
 #include "Store/Database.h"
 
-#include <QFile>
 #include <QString>
+#include <QTemporaryFile>
 
 #include <functional>
 #include <memory>
@@ -45,12 +45,20 @@ class LearnerFile {
 
     /// A copy of the store as it is now, opened at its beginning; it goes when the object does. Others may
     /// write meanwhile. Throws DiskFull, SQLite::Exception.
-    [[nodiscard]] std::unique_ptr<QFile> copy() const;
+    [[nodiscard]] std::unique_ptr<QTemporaryFile> copy() const;
+
+    /// Who else is concerned by another store in place of this one. Either may throw, and nothing is taken
+    /// then.
+    struct Taking {
+        std::function<void(SQLite::Database &)>
+            adapt;                     ///< changes what of a good file is not to be taken as it is
+        std::function<void()> prepare; ///< called just before it is taken
+    };
 
     /// Takes the file in place of the store, brought to the newest schema; the store as it was is kept beside
-    /// it. The file at path is changed. Throws LearnerFileError, DiskFull, SQLite::Exception: then the store
-    /// is as it was. Calls beforeTaking once the file is known to be good. Returns the path of the backup.
-    [[nodiscard]] QString replaceBy(const QString &path, const std::function<void()> &beforeTaking) const;
+    /// it, the last three times and the first. The file at path is changed. Throws LearnerFileError,
+    /// DiskFull, SQLite::Exception: then the store is as it was. Returns the path of the backup.
+    [[nodiscard]] QString replaceBy(const QString &path, const Taking &taking) const;
 
     [[nodiscard]] QString folder() const;
 
@@ -59,7 +67,9 @@ class LearnerFile {
 
   private:
     void check(const QString &path) const;
+    void checkContent(SQLite::Database &file) const;
     [[nodiscard]] QString backUp() const;
+    void removeOldBackups() const;
 
     Database &_database;
     QString _storePath;

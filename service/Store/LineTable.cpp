@@ -4,6 +4,8 @@
 #include "Store/Columns.h"
 #include "Store/Database.h"
 
+#include <sqlite3.h>
+
 namespace murvo::service {
 
 namespace {
@@ -72,7 +74,7 @@ QList<qint64> writeLines(SQLite::Database &connection, qint32 subtitleId, const 
 void writeWords(SQLite::Database &connection, qint32 subtitleId, const QList<MetWord> &words,
                 const QList<qint64> &lineIds) {
     SQLite::Statement add(connection, "INSERT INTO words_met (subtitle_id, lemma, form, count, is_name, "
-                                      "line_id) VALUES (?, ?, ?, ?, ?, ?)");
+                                      "line_id, forms) VALUES (?, ?, ?, ?, ?, ?, ?)");
     for (const MetWord &word : words) {
         add.reset();
         add.bind(1, subtitleId);
@@ -81,6 +83,7 @@ void writeWords(SQLite::Database &connection, qint32 subtitleId, const QList<Met
         add.bind(4, word.count);
         add.bind(5, word.isName ? 1 : 0);
         add.bind(6, static_cast<int64_t>(lineIds.value(word.cue)));
+        add.bind(7, word.forms.join(u' ').toStdString());
         add.exec();
     }
 }
@@ -95,7 +98,7 @@ std::string quoted(QString phrase) {
 
 QList<qint32> LineTable::due(int madeBy, qint32 filmId) {
     return _database.run([madeBy, filmId](SQLite::Database &connection) {
-        SQLite::Statement query(connection, selectDue + " AND (?2 = 0 OR film_id = ?2) ORDER BY id DESC");
+        SQLite::Statement query(connection, selectDue + " AND (?2 = 0 OR film_id = ?2) ORDER BY id");
         query.bind(1, madeBy);
         query.bind(2, filmId);
         QList<qint32> ids;
@@ -126,13 +129,16 @@ void LineTable::replace(const Subtitle &subtitle, int madeBy, const QList<Cue> &
 
 QList<MetWord> LineTable::words(qint32 subtitleId) {
     return _database.run([subtitleId](SQLite::Database &connection) {
-        SQLite::Statement query(connection, "SELECT lemma, form, count, is_name, line_id FROM words_met "
-                                            "WHERE subtitle_id = ?");
+        SQLite::Statement query(connection,
+                                "SELECT lemma, form, count, is_name, line_id, forms FROM words_met "
+                                "WHERE subtitle_id = ?");
         query.bind(1, subtitleId);
         QList<MetWord> found;
         while (query.executeStep())
-            found.append({textOf(query.getColumn(0)), textOf(query.getColumn(1)), query.getColumn(2).getInt(),
-                          query.getColumn(3).getInt() != 0, 0, query.getColumn(4).getInt64()});
+            found.append({textOf(query.getColumn(0)), textOf(query.getColumn(1)),
+                          textOf(query.getColumn(5)).split(u' ', Qt::SkipEmptyParts),
+                          query.getColumn(2).getInt(), query.getColumn(3).getInt() != 0, 0,
+                          query.getColumn(4).getInt64()});
         return found;
     });
 }
@@ -163,7 +169,34 @@ std::optional<StoredLine> LineTable::line(qint64 lineId) {
     });
 }
 
+// One that is damaged can neither be emptied nor dropped by its own means: its tables are first made those of an
+// index of nothing.
+void LineTable::remakeIndex(SQLite::Database &connection) {
+    connection.exec("DELETE FROM line_texts_data;"
+                    "INSERT INTO line_texts_data VALUES (1, x''), (10, x'00000000000000');"
+                    "DELETE FROM line_texts_idx;"
+                    "DELETE FROM line_texts_docsize;"
+                    "DELETE FROM line_texts_config;"
+                    "INSERT INTO line_texts_config VALUES ('version', 4);");
+    const std::string definition =
+        connection.execAndGet("SELECT sql FROM sqlite_master WHERE name = 'line_texts'").getString();
+    connection.exec("DROP TABLE line_texts");
+    connection.exec(definition);
+    connection.exec("INSERT INTO line_texts (line_texts) VALUES ('rebuild')");
+}
+
 QList<FoundLine> LineTable::search(const QString &phrase, qint64 belowId, qint32 count) {
+    try {
+        return find(phrase, belowId, count);
+    } catch (const SQLite::Exception &failure) {
+        if ((failure.getErrorCode() & 0xff) != SQLITE_CORRUPT)
+            throw;
+        _database.transact(remakeIndex); // all of it is in the lines
+        return find(phrase, belowId, count);
+    }
+}
+
+QList<FoundLine> LineTable::find(const QString &phrase, qint64 belowId, qint32 count) {
     return _database.run([&](SQLite::Database &connection) {
         SQLite::Statement query(
             connection, std::string("SELECT lines.id, subtitle_id, start_ms, end_ms, lines.text, film_id "

@@ -6,8 +6,13 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
+
+namespace SQLite {
+class Database;
+}
 
 namespace murvo::service {
 
@@ -30,7 +35,8 @@ struct FoundLine {
 /// How often a dictionary form is in an English subtitle.
 struct MetWord {
     QString lemma;
-    QString form; ///< as the line has it
+    QString form;      ///< as the line has it
+    QStringList forms; ///< all that the subtitle has, in lower case
     qint32 count = 0;
     bool isName = false; ///< of a person, a place; nothing to learn
     qsizetype cue = 0;   ///< which of the cues shows it; write only
@@ -46,7 +52,8 @@ class LineTable {
         : _database(database) {}
 
     /// Subtitles (of one film, or of all for 0) whose lines were not made from what is stored of them now,
-    /// or not in the way of that number; the newest first.
+    /// or not in the way of that number; the oldest first,
+    /// so that what was met last has the highest lines.
     [[nodiscard]] QList<qint32> due(int madeBy, qint32 filmId = 0);
 
     [[nodiscard]] bool isDue(int madeBy, qint32 subtitleId);
@@ -66,7 +73,12 @@ class LineTable {
     /// accents or without: those below the line of that id (0: all), films met last first, each in its order.
     [[nodiscard]] QList<FoundLine> search(const QString &phrase, qint64 belowId, qint32 count);
 
+    /// Makes the index of the words anew, whatever state it is in. Of another store, too.
+    static void remakeIndex(SQLite::Database &connection);
+
   private:
+    [[nodiscard]] QList<FoundLine> find(const QString &phrase, qint64 belowId, qint32 count);
+
     Database &_database;
 };
 

@@ -13,6 +13,9 @@ Timing TimingTable::timing(qint32 subtitleId) {
         Timing timing;
         if (!query.executeStep())
             return timing;
+        // A damaged store's row must not end the program.
+        if (query.getColumn(1).getInt() < 1 || query.getColumn(2).getInt() < 1)
+            return timing;
         timing.offsetMs = query.getColumn(0).getInt64();
         timing.rateNumerator = query.getColumn(1).getInt();
         timing.rateDenominator = query.getColumn(2).getInt();

@@ -8,6 +8,9 @@
 #include <QDateTime>
 #include <QUuid>
 
+#include <algorithm>
+#include <limits>
+
 namespace murvo::service {
 
 namespace {
@@ -66,6 +69,12 @@ const char *orderOf(WordOrder order) {
     return " ORDER BY words.added_ms DESC, words.lemma";
 }
 
+// The same on every computer, and for a word that is forgotten and saved again.
+std::string guidOf(const QString &lemma) {
+    static const QUuid ofWords(QStringLiteral("{6b1f6a0e-53a5-4c0f-9d0b-2f6f0c1b7a5e}"));
+    return QUuid::createUuidV5(ofWords, lemma).toString(QUuid::WithoutBraces).toStdString();
+}
+
 /// Marks words, many at a time. Inside a transaction.
 class WordWriter {
   public:
@@ -80,7 +89,7 @@ class WordWriter {
         const std::string name = nameOf(status.value_or(WordStatus::New)).toString().toStdString();
         _add.reset();
         _add.bind(1, lemma.toStdString());
-        _add.bind(2, QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString());
+        _add.bind(2, guidOf(lemma));
         _add.bind(3, name);
         _add.bind(4, _nowMs);
         if (_add.exec() == 1)
@@ -219,6 +228,23 @@ WordPage WordTable::list(const WordQuery &query, const QString &glossLanguage) {
             page.words.append(wordOfRow(select));
         return page;
     });
+}
+
+QList<SavedWord> WordTable::all(const QString &glossLanguage) {
+    return ofStatuses({}, glossLanguage);
+}
+
+QList<SavedWord> WordTable::learned(const QString &glossLanguage) {
+    return ofStatuses(QList<WordStatus>(learnedStatuses.begin(), learnedStatuses.end()), glossLanguage);
+}
+
+QList<SavedWord> WordTable::ofStatuses(const QList<WordStatus> &statuses, const QString &glossLanguage) {
+    WordQuery query;
+    query.statuses = statuses;
+    query.count = std::numeric_limits<qint32>::max();
+    QList<SavedWord> words = list(query, glossLanguage).words;
+    std::reverse(words.begin(), words.end());
+    return words;
 }
 
 } // namespace murvo::service

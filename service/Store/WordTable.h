@@ -86,7 +86,14 @@ class WordTable {
 
     [[nodiscard]] WordPage list(const WordQuery &query, const QString &glossLanguage);
 
+    /// Every marked word, or every one that is being learned, the oldest first.
+    [[nodiscard]] QList<SavedWord> all(const QString &glossLanguage);
+    [[nodiscard]] QList<SavedWord> learned(const QString &glossLanguage);
+
   private:
+    [[nodiscard]] QList<SavedWord> ofStatuses(const QList<WordStatus> &statuses,
+                                              const QString &glossLanguage);
+
     Database &_database;
 };
 

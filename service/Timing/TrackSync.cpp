@@ -31,6 +31,12 @@ void TrackSync::cancel(qint32 subtitleId) {
     _worker.cancel();
 }
 
+void TrackSync::stop() {
+    _worker.cancelAndWait();
+    const std::lock_guard lock(_mutex);
+    _job = nullptr;
+}
+
 SyncState TrackSync::state(qint32 subtitleId) const {
     const std::lock_guard lock(_mutex);
     return _job && _job->subtitle.id == subtitleId ? _job->state : SyncState{};

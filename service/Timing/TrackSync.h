@@ -39,6 +39,8 @@ class TrackSync {
 
     void begin(const Film &film, const Subtitle &subtitle);
     void cancel(qint32 subtitleId);
+    /// Ends what runs, and returns when it has ended.
+    void stop();
 
     /// None for a subtitle whose fitting was not the last that was begun, or was cancelled.
     [[nodiscard]] SyncState state(qint32 subtitleId) const;

@@ -35,7 +35,7 @@ QList<FilmWord> worthLearning(const QList<FilmWord> &words) {
 } // namespace
 
 Knowledge FilmWords::knowledge() {
-    return Knowledge(_parts.settings.startLevel(), _words.statuses(), _lexicon);
+    return Knowledge(_parts.settings.all().startLevel, _words.statuses(), _lexicon);
 }
 
 FilmWordsAnswer FilmWords::read(qint32 filmId) {
@@ -52,8 +52,8 @@ FilmWordsAnswer FilmWords::read(qint32 filmId) {
         const bool isKnown = knows.isKnown(met.lemma, rank, met.isName);
         answer.running += met.count;
         answer.known += isKnown ? met.count : 0;
-        answer.words.append(
-            {met.lemma, met.form, met.count, rank, met.isName, isKnown, knows.status(met.lemma), met.lineId});
+        answer.words.append({met.lemma, met.form, met.forms, met.count, rank, met.isName, isKnown,
+                             knows.status(met.lemma), met.lineId});
     }
     std::sort(answer.words.begin(), answer.words.end(), [](const FilmWord &a, const FilmWord &b) {
         return std::tuple(-a.count, a.lemma) < std::tuple(-b.count, b.lemma);

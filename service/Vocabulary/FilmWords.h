@@ -17,7 +17,8 @@ class WordTable;
 /// A dictionary form in a film.
 struct FilmWord {
     QString lemma;
-    QString form; ///< as the line has it that shows the word
+    QString form;      ///< as the line has it that shows the word
+    QStringList forms; ///< all that the film has, in lower case
     qint32 count = 0;
     qint32 rank = 0; ///< 1 the commonest word of English; 0: not known
     bool isName = false;

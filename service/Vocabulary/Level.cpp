@@ -42,6 +42,7 @@ Knowledge::Knowledge(const QString &startLevel, QHash<QString, WordStatus> marke
         else if (*each != WordStatus::Known && rank <= atStart)
             --_vocabulary;
     }
+    _vocabulary = std::max(_vocabulary, 0); // words of one rank may be more than their places
 }
 
 size_t Knowledge::levelIndex() const {

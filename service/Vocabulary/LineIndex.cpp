@@ -50,6 +50,16 @@ void LineIndex::makeIfDue(qint32 subtitleId) {
         make(subtitleId);
 }
 
+// One that cannot be made is not to keep the others from it.
+void LineIndex::tryToMake(qint32 subtitleId) {
+    try {
+        makeIfDue(subtitleId);
+    } catch (const std::exception &failure) {
+        qCWarning(serviceLog) << "The lines of subtitle" << subtitleId
+                              << "cannot be searched yet:" << failure.what();
+    }
+}
+
 void LineIndex::keepUpToDate(const std::atomic<bool> &isCancelled) {
     while (!isCancelled) {
         const qint32 changes = _contentChanges.count(); // before what it counts is looked at
@@ -57,7 +67,7 @@ void LineIndex::keepUpToDate(const std::atomic<bool> &isCancelled) {
             for (const qint32 subtitleId : _table.due(wayOfMaking)) {
                 if (isCancelled)
                     return;
-                makeIfDue(subtitleId);
+                tryToMake(subtitleId);
             }
         } catch (const std::exception &failure) { // as of a full disk; the next change tries again
             qCWarning(serviceLog) << "The lines of the films cannot be searched yet:" << failure.what();

@@ -20,7 +20,7 @@ class SubtitleTable;
 /// Keeps the lines and words of all stored subtitles at hand, to be searched and counted.
 ///
 /// Its thread works through what is due at the start of the program and whenever the counts say that a
-/// content has changed, and gives way to the film that plays. Whoever needs a film's lines at once has them
+/// content has changed. Whoever needs a film's lines at once has them
 /// made by bringUpToDate(). Borrows everything.
 class LineIndex {
   public:
@@ -37,6 +37,7 @@ class LineIndex {
     void keepUpToDate(const std::atomic<bool> &isCancelled);
     void make(qint32 subtitleId);
     void makeIfDue(qint32 subtitleId);
+    void tryToMake(qint32 subtitleId);
 
     FilmTable &_films;
     SubtitleTable &_subtitles;
@@ -44,8 +45,8 @@ class LineIndex {
     FilmLines &_lines;
     const Lexicon &_lexicon;
     ChangeCounts &_contentChanges;
-    std::mutex _making; // what one makes the other need not
-    NewestOnly _worker; // last: its thread uses all of these
+    std::mutex _making;                                 // what one makes the other need not
+    NewestOnly _worker{NewestOnly::Priority::AsOthers}; // last: its thread uses all of these
 };
 
 } // namespace murvo::service

@@ -3,12 +3,9 @@
 
 #include "Vocabulary/WordStatus.h"
 
-#include <QList>
 #include <QString>
 
 namespace murvo::service {
-
-class Database;
 
 /// All that another program needs of a word that the learner has marked: the word, and the line in which it
 /// was saved last. A word that was marked without a line, as an imported one, has none: filmId is 0 and what
@@ -30,9 +27,5 @@ struct SavedWord {
     qint64 changedAtMs = 0; ///< when its status was last changed
     qint64 savedAtMs = 0;   ///< when it was saved with this line
 };
-
-/// Every word that the learner has marked, whatever its status, oldest first; the glosses in that language.
-/// Any thread; may throw SQLite::Exception.
-[[nodiscard]] QList<SavedWord> savedWords(Database &database, const QString &glossLanguage);
 
 } // namespace murvo::service

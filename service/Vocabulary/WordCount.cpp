@@ -4,6 +4,7 @@
 #include "Vocabulary/Lexicon.h"
 
 #include <QHash>
+#include <QSet>
 
 #include <algorithm>
 
@@ -17,7 +18,7 @@ constexpr size_t mostTelling = 14;
 
 enum class Capital { None, WithinSentence, Meaningless };
 
-bool isInSmallLetters(QStringView text) {
+bool hasSmallLetters(QStringView text) {
     return std::any_of(text.begin(), text.end(), [](QChar letter) { return letter.isLower(); });
 }
 
@@ -35,7 +36,7 @@ Capital capitalOf(QStringView line, const EnglishWord &word) {
     if (!form.front().isUpper())
         return Capital::None;
     // "I", and what is written in capitals altogether.
-    if (form.size() == 1 || form[1] == u'\'' || form[1] == QChar(u'\u2019') || !isInSmallLetters(form))
+    if (form.size() == 1 || form[1] == u'\'' || form[1] == QChar(u'\u2019') || !hasSmallLetters(form))
         return Capital::Meaningless;
     for (qsizetype i = word.start - 1; i >= 0; --i) {
         if (line[i].isSpace() || isQuoteOrBracket(line[i]))
@@ -64,7 +65,9 @@ class Counter {
             const Capital capital = capitalOf(line, word);
             tally.isEverSmall = tally.isEverSmall || capital == Capital::None;
             tally.isEverWithin = tally.isEverWithin || capital == Capital::WithinSentence;
-            tally.isEverCapital = tally.isEverCapital || word.form.front().isUpper();
+            tally.isEverCapital =
+                tally.isEverCapital || (word.form.front().isUpper() && hasSmallLetters(word.form));
+            tally.forms.insert(word.form.toLower());
             if (tally.count == 1 || (isTelling && !tally.isTelling)) {
                 tally.form = word.form;
                 tally.cue = cueIndex;
@@ -79,7 +82,7 @@ class Counter {
         for (auto each = _tallies.begin(); each != _tallies.end(); ++each) {
             const bool isName = !each->isEverSmall && each->isEverCapital &&
                                 (each->isEverWithin || _lexicon.rank(each.key()) == 0) && each.key() != u"i";
-            words.append({each.key(), each->form, each->count, isName, each->cue, 0});
+            words.append({each.key(), each->form, each->forms.values(), each->count, isName, each->cue, 0});
         }
         return words;
     }
@@ -92,7 +95,8 @@ class Counter {
         bool isTelling = false;
         bool isEverSmall = false;
         bool isEverWithin = false;
-        bool isEverCapital = false;
+        bool isEverCapital = false; // not as a whole, which tells nothing
+        QSet<QString> forms;
     };
 
     // Empty for what is too long to be a word.

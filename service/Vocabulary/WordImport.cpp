@@ -4,42 +4,48 @@
 #include "Store/WordTable.h"
 #include "Subtitles/Charset.h"
 #include "Vocabulary/Lexicon.h"
+#include "Vocabulary/ListRows.h"
 
 #include <QSet>
-
-#include <algorithm>
-#include <optional>
 
 namespace murvo::service {
 
 namespace {
 
-// A quoted cell ends at its quote, any other at the first sign that parts columns.
-QString firstCell(const QString &line) {
-    if (line.startsWith(u'"'))
-        return line.section(u'"', 1, 1);
-    const auto end = std::find_if(line.begin(), line.end(),
-                                  [](QChar sign) { return QStringView(u"\t,;").contains(sign); });
-    return line.left(end - line.begin());
+constexpr qsizetype mostRows = 50'000;
+
+/// A list, and what its headings tell, when it has some.
+struct List {
+    QList<QStringList> rows;
+    qsizetype statusColumn = -1;
+};
+
+List readList(const QByteArray &bytes) {
+    List list{listRows(QString::fromUtf8(toUtf8(bytes)))};
+    const bool hasHeadings = !list.rows.isEmpty() && list.rows[0].size() > 1 &&
+                             list.rows[0][0].compare(QLatin1String("word"), Qt::CaseInsensitive) == 0;
+    if (hasHeadings)
+        list.statusColumn = list.rows.takeFirst().indexOf(QLatin1String("Status"));
+    return list;
 }
 
-std::optional<QString> lemmaIn(const QString &line, const Lexicon &lexicon) {
-    const QString cell = firstCell(line);
-    return cell.contains(QChar::ReplacementCharacter) ? std::nullopt : lexicon.lemma(cell);
+std::optional<QString> lemmaIn(const QStringList &row, const Lexicon &lexicon) {
+    return row[0].contains(QChar::ReplacementCharacter) ? std::nullopt : lexicon.lemma(row[0]);
 }
 
 } // namespace
 
-WordImportResult importKnownWords(const QByteArray &list, WordTable &words, const Lexicon &lexicon) {
+std::optional<WordImportResult> importWords(const QByteArray &bytes, WordTable &words,
+                                            const Lexicon &lexicon) {
+    const List list = readList(bytes);
+    if (list.rows.size() > mostRows)
+        return std::nullopt;
     WordImportResult result;
     const QHash<QString, WordStatus> marked = words.statuses();
     QSet<QString> seen;
     QList<WordGrade> grades;
-    const QString text = QString::fromUtf8(toUtf8(list)).replace(u'\r', u'\n');
-    for (const QString &line : text.split(u'\n', Qt::SkipEmptyParts)) {
-        if (line.trimmed().isEmpty())
-            continue;
-        const auto lemma = lemmaIn(line, lexicon);
+    for (const QStringList &row : list.rows) {
+        const auto lemma = lemmaIn(row, lexicon);
         if (!lemma) {
             ++result.unreadable;
             continue;
@@ -47,11 +53,12 @@ WordImportResult importKnownWords(const QByteArray &list, WordTable &words, cons
         if (seen.contains(*lemma))
             continue;
         seen.insert(*lemma);
-        const WordStatus status = marked.value(*lemma, WordStatus::New);
-        if (status == WordStatus::Known || status == WordStatus::Ignored)
-            ++result.known;
+        const auto before = marked.constFind(*lemma);
+        if (before == marked.constEnd())
+            grades.append(
+                {*lemma, wordStatusNamed(row.value(list.statusColumn)).value_or(WordStatus::Known)});
         else
-            grades.append({*lemma, WordStatus::Known});
+            ++(isLearned(*before) ? result.kept : result.known);
     }
     result.added = words.grade(grades);
     return result;

@@ -11,6 +11,11 @@ namespace {
 
 constexpr qsizetype longestWord = 100;
 
+// A soft hyphen, a mark of direction: two words that differ in them look the same.
+bool isFormat(QChar letter) {
+    return letter.category() == QChar::Other_Format;
+}
+
 bool isUnseen(char32_t letter) {
     const QChar::Category category = QChar::category(letter);
     return category == QChar::Other_Control || category == QChar::Other_NotAssigned ||
@@ -22,7 +27,7 @@ bool isUnseen(char32_t letter) {
 std::optional<QString> wordKey(const QString &text) {
     if (text.size() > 4 * longestWord || !text.isValidUtf16())
         return std::nullopt;
-    QString key = text.normalized(QString::NormalizationForm_C).toLower().simplified();
+    QString key = text.normalized(QString::NormalizationForm_C).removeIf(isFormat).toLower().simplified();
     key.replace(QChar(u'\u2019'), u'\'').replace(QChar(u'\u2018'), u'\'');
     const auto letters = key.toUcs4();
     const bool isWord =

@@ -30,6 +30,14 @@ inline constexpr std::array wordStatusNames{QLatin1String("new"),       QLatin1S
     return wordStatusNames[static_cast<size_t>(status)];
 }
 
+/// Those of words that are being learned.
+inline constexpr std::array learnedStatuses{WordStatus::New, WordStatus::Learning1, WordStatus::Learning2,
+                                            WordStatus::Learning3, WordStatus::Learning4};
+
+[[nodiscard]] inline bool isLearned(WordStatus status) {
+    return status != WordStatus::Known && status != WordStatus::Ignored;
+}
+
 /// None for a name that is not one of them.
 [[nodiscard]] inline std::optional<WordStatus> wordStatusNamed(QStringView name) {
     for (size_t i = 0; i < wordStatusNames.size(); ++i) {

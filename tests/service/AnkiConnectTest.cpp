@@ -259,6 +259,10 @@ TEST_F(AnkiConnectTest, ChangesAreSentAndWhatTheLearnerDeletedIsNotSentAgain) {
     (void)waitFor(u"waitingCount"_s, 0);
     EXPECT_EQ(anki.note(u"kept"_s)["Meaning"_L1].toString(), u"gardé"_s);
     EXPECT_TRUE(anki.note(u"deleted"_s).isEmpty());
+    store.setGloss(u"deleted"_s, u"encore changé"_s);
+    tryNow();
+    (void)waitFor(u"waitingCount"_s, 0);
+    EXPECT_TRUE(anki.note(u"deleted"_s).isEmpty()) << "whatever becomes of it later";
     const int before = anki.requests();
     restart();
     store.add({.lemma = u"new"_s});
@@ -282,6 +286,7 @@ TEST_F(AnkiConnectTest, ANoteThatAnkiHasAlreadyIsTakenUpAndOneThatItRefusesHolds
     const QJsonObject sent = waitFor(u"waitingCount"_s, 0);
     EXPECT_EQ(sent["sentCount"_L1], 2);
     EXPECT_EQ(sent["refusedCount"_L1], 1);
+    EXPECT_EQ(sent["refused"_L1][0]["lemma"_L1], u"refuse me"_s);
     EXPECT_FALSE(anki.note(u"after"_s).isEmpty());
 }
 
@@ -305,6 +310,27 @@ TEST_F(AnkiConnectTest, StrangersAtThePortAreToldApartAndSwitchingOffEndsIt) {
     EXPECT_EQ(put(u"Api/Settings"_s, {{u"ankiConnectPort"_s, usual}}).json()["sendsToAnki"_L1], false);
     EXPECT_EQ(state()["sentCount"_L1], 0);
     EXPECT_EQ(anki.requests(), 0);
+}
+
+TEST_F(AnkiConnectTest, AStrangerThatNeverStopsTalkingIsNotListenedTo) {
+    store.add({.lemma = u"word"_s});
+    httplib::Server talker;
+    std::atomic<qint64> sent = 0;
+    talker.Post("/", [&sent](const httplib::Request &, httplib::Response &to) {
+        to.set_chunked_content_provider("application/json", [&sent](size_t, httplib::DataSink &sink) {
+            const std::string blanks(65'536, ' ');
+            sent += static_cast<qint64>(blanks.size());
+            return sink.write(blanks.data(), blanks.size());
+        });
+    });
+    const int port = talker.bind_to_any_port("127.0.0.1");
+    std::thread listener([&talker] { talker.listen_after_bind(); });
+    EXPECT_EQ(put(u"Api/Settings"_s, {{u"sendsToAnki"_s, true}, {u"ankiConnectPort"_s, port}}).status, 200);
+    (void)waitForProblem(u"ankiUnreachable"_s);
+    EXPECT_LT(sent, 64 * 1024 * 1024);
+    service.reset();
+    talker.stop();
+    listener.join();
 }
 
 TEST_F(AnkiConnectTest, AnAnkiThatHangsDoesNotHoldUpTheEndOfTheService) {

@@ -92,6 +92,8 @@ TEST_F(FilmWordsTest, EachDictionaryFormIsCountedOnceWithAllItsForms) {
     EXPECT_EQ(word(u"cliff"_s)["count"_L1], 3);
     EXPECT_EQ(word(u"see"_s)["count"_L1], 2) << "saw";
     EXPECT_EQ(word(u"give"_s)["count"_L1], 2) << "give, gave";
+    EXPECT_EQ(QJsonValue(word(u"give"_s)["forms"_L1]).toVariant().toStringList().size(), 2);
+    EXPECT_EQ(word(u"see"_s)["forms"_L1], QJsonArray{u"saw"_s});
     EXPECT_TRUE(word(u"gave"_s).isEmpty() && word(u"port"_s).isEmpty()) << "neither forms nor French";
     EXPECT_GT(word(u"lantern"_s)["rank"_L1].toInt(), word(u"see"_s)["rank"_L1].toInt());
     EXPECT_TRUE(word(u"gandalf"_s)["isName"_L1].toBool());

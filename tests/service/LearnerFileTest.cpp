@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/NoMoreRoom.h"
 #include "service/ServiceFixture.h"
 #include "service/Store/Database.h"
 
@@ -44,6 +45,10 @@ class LearnerFileTest : public ServiceFixture {
             });
         }
         return contentOf(name);
+    }
+    [[nodiscard]] QByteArray madeInUtf16(QList<Database::SchemaStep> steps) const {
+        steps.first().sql.prepend(u"PRAGMA encoding = 'UTF-16le';"_s);
+        return made(steps, "");
     }
     [[nodiscard]] QStringList leftInFolder() const {
         return QDir(dataFolder.path()).entryList({u"murvo-*"_s}, QDir::Files, QDir::Name);
@@ -91,7 +96,65 @@ TEST_F(LearnerFileTest, AFileOfAnyEarlierVersionIsBroughtToTheNewest) {
         EXPECT_EQ(words(), u"word"_s);
     }
     EXPECT_EQ(bring(made(steps, "PRAGMA page_size = 1024; VACUUM")).status, 200) << "pages of another size";
-    EXPECT_EQ(leftInFolder().size(), 3) << "the newest backups only";
+    const QString first = leftInFolder().first();
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(bring(made(steps, "")).status, 200);
+    EXPECT_EQ(leftInFolder().size(), 4) << "the newest three backups";
+    EXPECT_EQ(leftInFolder().first(), first) << "and what was there before all of them";
+}
+
+TEST_F(LearnerFileTest, WhatIsOddWithinAGoodFileDoesNoHarm) {
+    (void)put(u"Api/Settings"_s, {{u"ankiConnectPort"_s, 8123}});
+    writeFile(u"Film.en.srt"_s, srt("Hello there"));
+    fetchAndUpload(lookUp(writeFile(u"Film.mkv"_s, "x")));
+    (void)get(u"Api/MovieFile/Words?videoId=1"_s); // has the lines made
+    const QByteArray good = save().body;
+    const auto changed = [&](const char *how) {
+        const QString name = writeFile(u"changed.sqlite"_s, good);
+        SQLite::Database(name.toStdString(), SQLite::OPEN_READWRITE).exec(how);
+        return bring(contentOf(u"changed.sqlite"_s)).status;
+    };
+    const auto found = [this] { return get(u"Api/Lines/Search?text=hello"_s).json()["lines"_L1].toArray(); };
+    EXPECT_EQ(changed("INSERT OR REPLACE INTO timings VALUES (1, 5, 0, 0, NULL, NULL)"), 200);
+    EXPECT_EQ(found().size(), 1) << "a film's times are not divided by nothing";
+    EXPECT_EQ(changed("UPDATE line_texts_data SET block = randomblob(length(block))"), 200);
+    EXPECT_EQ(found().size(), 1) << "the index is made anew";
+    EXPECT_EQ(changed("INSERT OR REPLACE INTO settings VALUES ('sendsToAnki', '1'), ('ankiConnectPort', "
+                      "'99999999'), ('nativeLanguage', 'x'), ('volumePercent', 'loud')"),
+              200);
+    const QJsonObject settings = get(u"Api/Settings"_s).json();
+    EXPECT_EQ(settings["sendsToAnki"_L1], false) << "where words are sent is this computer's business";
+    EXPECT_EQ(settings["ankiConnectPort"_L1], 8123);
+    EXPECT_EQ(settings["volumePercent"_L1], 100);
+    EXPECT_EQ(settings["nativeLanguage"_L1].toString().size(), 3);
+
+    SQLite::Database(dataFolder.filePath(u"murvo.sqlite"_s).toStdString(), SQLite::OPEN_READWRITE, 5000)
+        .exec("UPDATE line_texts_data SET block = randomblob(length(block))");
+    restart();
+    EXPECT_EQ(found().size(), 1) << "also when the disk has spoilt it";
+}
+
+TEST_F(LearnerFileTest, AFullDiskLeavesTheStoreAndItsBackupsAsTheyWere) {
+    mark(u"mine"_s);
+    const QByteArray large = made(Database::builtInSteps(), "INSERT INTO settings VALUES ('x', "
+                                                            "hex(randomblob(200000)))");
+    int refused = 0;
+    for (qint64 room = 4096; room < 4 * large.size(); room += large.size() / 5) {
+        Reply reply;
+        {
+            const NoMoreRoom beyond(room);
+            reply = bring(large);
+        }
+        if (reply.status == 200)
+            break;
+        ++refused;
+        EXPECT_EQ(reply.errorCode(), u"diskFull"_s) << room << reply.body.toStdString();
+        EXPECT_EQ(words(), u"mine"_s) << room;
+        EXPECT_TRUE(leftInFolder().isEmpty()) << room;
+    }
+    EXPECT_GT(refused, 2);
+    EXPECT_EQ(bring(large).status, 200);
+    EXPECT_EQ(words(), QString());
 }
 
 TEST_F(LearnerFileTest, ABadFileChangesNothingAndIsToldWhy) {
@@ -108,6 +171,7 @@ TEST_F(LearnerFileTest, ABadFileChangesNothingAndIsToldWhy) {
     EXPECT_EQ(refused(QByteArray(100'000, '\0')), u"notLearnerFile"_s);
     EXPECT_EQ(refused(made({{1, u"CREATE TABLE notes (id INTEGER);"_s}}, "")), u"notLearnerFile"_s);
     EXPECT_EQ(refused(made(steps, "PRAGMA user_version = 999")), u"newerFile"_s);
+    EXPECT_EQ(refused(madeInUtf16(steps)), u"notLearnerFile"_s);
     EXPECT_EQ(refused(made(steps, "CREATE TRIGGER evil AFTER INSERT ON words BEGIN DELETE FROM words; END")),
               u"notLearnerFile"_s);
     EXPECT_EQ(

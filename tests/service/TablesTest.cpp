@@ -314,7 +314,7 @@ QStringList TablesTest::seenWords() {
         get(u"Api/Words?status=new&order=saved&offset=0&count=5&videoId=%1"_s.arg(videoId)));
     see(word, get(u"Api/Words/Word?lemma=stone"_s));
     see(word, ask("DELETE", u"Api/Words/Word?lemma=stone"_s));
-    see(u"PUT Api/Words/Statuses"_s, put(u"Api/Words/Statuses"_s, {}));
+    see(u"PUT Api/Words/Statuses"_s, put(u"Api/Words/Statuses"_s, {{u"words"_s, QJsonArray()}}));
     see(u"POST Api/Words/Import"_s, post(u"Api/Words/Import"_s, "cat\n-", "text/plain"));
     see(u"GET, POST Api/Learner/File"_s,
         post(u"Api/Learner/File"_s, get(u"Api/Learner/File"_s).body, "application/vnd.sqlite3"));
@@ -378,6 +378,9 @@ QStringList TablesTest::seenExport() {
     EXPECT_EQ(get(u"Api/Words/Anki/File"_s).status, 200);
     EXPECT_EQ(ask("DELETE", package).json()["stage"_L1].toString(), u"none"_s);
     SavedWordsStore(dataFolder.filePath(u"murvo.sqlite"_s)).add({.lemma = u"word"_s});
+    SavedWordsStore(dataFolder.filePath(u"murvo.sqlite"_s)).add({.lemma = u"refused"_s});
+    SQLite::Database(dataFolder.filePath(u"murvo.sqlite"_s).toStdString(), SQLite::OPEN_READWRITE, 5000)
+        .exec("INSERT INTO anki_notes VALUES ('guid-refused', 0, x'00', 'Not today.')");
     (void)put(settings, {{u"sendsToAnki"_s, true}, {u"ankiConnectPort"_s, freePort()}});
     QJsonObject state;
     while (!state["problem"_L1].isObject() && !clock.hasExpired(60'000))
@@ -449,8 +452,12 @@ void TablesTest::checkSetting(const QString &name, const QString &range, const Q
         }
     } else if (range.startsWith("one of "_L1)) {
         good = QJsonArray::fromStringList(range.section(u':', 0, 0).mid(7).split(u' '));
-    }
-    if (range == "true or false"_L1) { // and off again
+    } else if (range.startsWith("at most "_L1)) {
+        const auto most = range.section(u' ', 2, 2).toInt();
+        good = {QString(most, u'x'), QString()};
+        bad = {QString(most + 1, u'x'), 1};
+        expected = QString();
+    } else if (range == "true or false"_L1) { // and off again
         good = {true, false};
         bad = {0, u"true"_s};
         expected = first == "true"_L1;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/ServiceFixture.h"
 #include "service/Store/Database.h"
+#include "service/Store/WordTable.h"
 #include "service/Vocabulary/SavedWord.h"
 
 #include <QJsonArray>
@@ -83,6 +84,10 @@ TEST_F(WordsTest, TheLearnersOwnGlossIsOfOneLanguageAndOutlivesTheWord) {
     (void)put(u"Api/Words/Word"_s, {{u"lemma"_s, u"run"_s}, {u"status"_s, u"known"_s}});
     EXPECT_TRUE(ask("DELETE", u"Api/Words/Word?lemma=run"_s).json()["status"_L1].isNull());
     EXPECT_EQ(word(u"run"_s)["gloss"_L1], u"laufen"_s);
+    EXPECT_EQ(
+        put(u"Api/Words/Word"_s, {{u"lemma"_s, u"run"_s}, {u"gloss"_s, QJsonValue::Null}}).json()["gloss"_L1],
+        u"laufen"_s)
+        << "what is not given stays";
     EXPECT_EQ(setGloss(QString())["gloss"_L1], u""_s);
     (void)put(u"Api/Settings"_s, {{u"nativeLanguage"_s, u"fra"_s}});
     EXPECT_EQ(word(u"run"_s)["gloss"_L1], u"courir"_s);
@@ -124,17 +129,36 @@ TEST_F(WordsTest, AListOfKnownWordsIsTakenInAnyOfItsForms) {
         "running\n---\nTom\n" +
         QByteArray(10'000, 'x') + "\nlook \x07 up";
     const QJsonObject result = post(u"Api/Words/Import"_s, list, "text/plain").json();
-    EXPECT_EQ(result["added"_L1], 3) << "run (twice), window, and what stands in quotes";
+    EXPECT_EQ(result["added"_L1], 2) << "run (twice), and what stands in quotes";
     EXPECT_EQ(result["known"_L1], 2);
+    EXPECT_EQ(result["kept"_L1], 1);
     EXPECT_EQ(result["unreadable"_L1], 4);
     EXPECT_EQ(word(u"run"_s)["status"_L1], u"known"_s);
-    EXPECT_EQ(word(u"window"_s)["status"_L1], u"known"_s);
+    EXPECT_EQ(word(u"window"_s)["status"_L1], u"learning1"_s) << "the learner's own word counts more";
     EXPECT_EQ(word(u"tom"_s)["status"_L1], u"ignored"_s);
     EXPECT_EQ(post(u"Api/Words/Import"_s, list, "text/plain").json()["added"_L1], 0);
     const QByteArray utf16("\xFF\xFE"
                            "c\0a\0t\0\n\0d\0o\0g\0",
                            16);
     EXPECT_EQ(post(u"Api/Words/Import"_s, utf16, "text/plain").json()["added"_L1], 2);
+    EXPECT_EQ(post(u"Api/Words/Import"_s, QByteArray("ab\n").repeated(50'001), "text/plain").status, 413);
+}
+
+TEST_F(WordsTest, AListOfItsOwnBringsEachWordWithItsStatus) {
+    (void)save({{u"status"_s, u"learning3"_s}, {u"line"_s, u"\"Two\", children,\nat home; right now"_s}});
+    (void)grade({{u"apple"_s, u"known"_s}, {u"tom"_s, u"ignored"_s}});
+    for (const QString &format : {u"csv"_s, u"tsv"_s}) {
+        const QByteArray list = get(u"Api/Words/List?format="_s + format).body;
+        for (const QString &lemma : {u"child"_s, u"apple"_s})
+            (void)ask("DELETE", u"Api/Words/Word?lemma="_s + lemma);
+        const QJsonObject result = post(u"Api/Words/Import"_s, list, "text/csv").json();
+        EXPECT_EQ(result["added"_L1], 2) << format.toStdString();
+        EXPECT_EQ(result["known"_L1], 1);
+        EXPECT_EQ(result["unreadable"_L1], 0);
+        EXPECT_EQ(word(u"child"_s)["status"_L1], u"learning3"_s);
+        EXPECT_EQ(word(u"apple"_s)["status"_L1], u"known"_s);
+        EXPECT_EQ(get(u"Api/Words"_s).json()["total"_L1], 3) << "neither headings nor parts of lines";
+    }
 }
 
 TEST_F(WordsTest, WhatIsNoWordAndNoLineIsRefusedAndLeavesNothing) {
@@ -149,6 +173,7 @@ TEST_F(WordsTest, WhatIsNoWordAndNoLineIsRefusedAndLeavesNothing) {
         EXPECT_EQ(put(route, {{u"lemma"_s, good}, {u"status"_s, u"new"_s}}).status, 200)
             << good.toStdString();
     EXPECT_EQ(word(u"o'clock"_s)["status"_L1], u"new"_s);
+    EXPECT_EQ(word(u"o\u200b\u00adclock\u200e"_s)["lemma"_L1], u"oclock"_s) << "what nobody sees";
     const auto refused = [this](const QJsonObject &more) {
         QJsonObject body{{u"form"_s, u"tree"_s}, {u"line"_s, u"A tree."_s}};
         for (const QString &key : more.keys())
@@ -159,6 +184,9 @@ TEST_F(WordsTest, WhatIsNoWordAndNoLineIsRefusedAndLeavesNothing) {
     EXPECT_EQ(refused({{u"line"_s, QString(2001, u'x')}}), u"badLine"_s);
     EXPECT_EQ(refused({{u"gloss"_s, QString(2001, u'x')}}), u"badLine"_s);
     EXPECT_EQ(refused({{u"startMs"_s, -1}}), u"badLine"_s);
+    EXPECT_EQ(refused({{u"gloss"_s, 7}}), u"badLine"_s);
+    EXPECT_EQ(refused({{u"videoId"_s, u"1"_s}}), u"badLine"_s);
+    EXPECT_EQ(put(u"Api/Words/Statuses"_s, {{u"Words"_s, QJsonArray()}}).errorCode(), u"badWord"_s);
     EXPECT_EQ(refused({{u"endMs"_s, 1.5}}), u"badLine"_s);
     EXPECT_EQ(refused({{u"videoId"_s, 999}}), u"unknownFilm"_s);
     EXPECT_EQ(refused({{u"subtitleId"_s, 999}}), u"unknownSubtitle"_s);
@@ -174,7 +202,7 @@ TEST_F(WordsTest, AnExportIsGivenEveryWordWithItsNewestLine) {
     const QJsonObject newest =
         save({{u"line"_s, u"Two children."_s}, {u"gloss"_s, u"enfant"_s}, {u"endMs"_s, 9000}});
     Database database(dataFolder.filePath(u"murvo.sqlite"_s), Database::builtInSteps());
-    const QList<SavedWord> words = savedWords(database, u"fra"_s);
+    const QList<SavedWord> words = WordTable(database).all(u"fra"_s);
     ASSERT_EQ(words.size(), 2);
     EXPECT_EQ(words[0].lemma, u"apple"_s);
     EXPECT_EQ(words[0].filmId, 0);

@@ -61,6 +61,7 @@ CREATE TABLE words_met (
     subtitle_id  INTEGER NOT NULL REFERENCES subtitles (id) ON DELETE CASCADE,
     lemma        TEXT NOT NULL,
     form         TEXT NOT NULL,        -- as the line below has it
+    forms        TEXT NOT NULL,        -- all that it has of the word, in lower case, parted by blanks
     count        INTEGER NOT NULL,
     is_name      INTEGER NOT NULL,
     line_id      INTEGER NOT NULL,     -- a line that shows it
