@@ -169,8 +169,8 @@ std::optional<StoredLine> LineTable::line(qint64 lineId) {
     });
 }
 
-// One that is damaged can neither be emptied nor dropped by its own means: its tables are first made those of an
-// index of nothing.
+// One that is damaged can neither be emptied nor dropped by its own means: its tables are first made those of
+// an index of nothing.
 void LineTable::remakeIndex(SQLite::Database &connection) {
     connection.exec("DELETE FROM line_texts_data;"
                     "INSERT INTO line_texts_data VALUES (1, x''), (10, x'00000000000000');"

@@ -33,6 +33,10 @@ export class ServiceApi {
     return this.#ask(`Home/PendingFilms${query}`).then((reply) => reply.pendingFilms);
   }
 
+  level() {
+    return this.#ask('Home/Level');
+  }
+
   filmLines(videoId) {
     return this.#ask(`MovieFile/Lines?videoId=${videoId}`);
   }
