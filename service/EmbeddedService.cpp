@@ -76,7 +76,7 @@ struct EmbeddedService::Impl {
     FilmLines lines{subtitles, choices, inside};
     TrackSync sync{subtitles, timings, lines};
     WordNet wordNet{installedWordNet};
-    English english{wordNet};
+    English english{wordNet, WordRank::ofProgram()};
     Dictionaries dictionaries{installedDictionaries};
     WordLookup wordLookup{english, wordNet, dictionaries};
     Router router;

@@ -69,7 +69,8 @@ QJsonObject headwordJson(const Headword &headword) {
         english.append(englishJson(sense));
     return {{QStringLiteral("word"), headword.word},   {QStringLiteral("isPhrase"), headword.isPhrase},
             {QStringLiteral("start"), headword.start}, {QStringLiteral("length"), headword.length},
-            {QStringLiteral("entries"), entries},      {QStringLiteral("english"), english}};
+            {QStringLiteral("rank"), headword.rank},   {QStringLiteral("entries"), entries},
+            {QStringLiteral("english"), english}};
 }
 
 Response lookUp(const Request &request, WordLookup &lookup, SettingsTable &settings) {
