@@ -33,10 +33,13 @@ class WordRank {
     /// A word and its place in the list.
     struct Word {
         std::uint32_t start = 0; ///< in the text
-        std::uint32_t rank = 0;
+        std::uint32_t length = 0;
+        int rank = 0;
     };
 
-    [[nodiscard]] std::string_view textOf(const Word &word) const;
+    [[nodiscard]] std::string_view textOf(const Word &word) const {
+        return {_text.constData() + word.start, word.length};
+    }
 
     QByteArray _text;
     std::vector<Word> _words; ///< sorted by their bytes
