@@ -29,6 +29,7 @@ std::vector<Counted> readCounts(QFile &file, const English &english) {
     for (QString line = lines.readLine(); !line.isNull(); line = lines.readLine())
         counts[english.lemmas(line.section(u' ', 0, 0)).value(0)] += line.section(u' ', 1, 1).toDouble();
     std::vector<Counted> words;
+    words.reserve(counts.size());
     for (const auto &[word, count] : counts)
         words.push_back({count, word});
     std::stable_sort(words.begin(), words.end(),
@@ -71,6 +72,7 @@ int main(int argc, char **argv) {
             << " are in both, they cover " << QString::number(sumOf(words, isRanked) / all, 'f', 3) << " of "
             << QString::number(sumOf(first, [](const Counted &) { return true; }) / all, 'f', 3) << '\n';
     }
+    out << "far behind or in no list, of the first 1500: ";
     for (std::size_t i = 0; i < std::min<std::size_t>(words.size(), 1500); ++i) {
         if (const int rank = english.rank(words[i].word); rank == 0 || rank > 6000)
             out << words[i].word << ' ' << rank << "; ";
