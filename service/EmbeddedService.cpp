@@ -6,26 +6,45 @@
 #include "Dictionary/English.h"
 #include "Dictionary/WordLookup.h"
 #include "Dictionary/WordNet.h"
+#include "Export/AnkiSender.h"
+#include "Export/PackageExport.h"
+#include "Export/ShortMeaning.h"
 #include "Http/DictionaryRoutes.h"
+#include "Http/ExportRoutes.h"
 #include "Http/FilmRoutes.h"
+#include "Http/FilmWordRoutes.h"
 #include "Http/HomeRoutes.h"
 #include "Http/HttpServer.h"
+#include "Http/LearnerRoutes.h"
 #include "Http/PageRoutes.h"
 #include "Http/Router.h"
 #include "Http/SettingsRoutes.h"
+#include "Http/SpeechRoutes.h"
 #include "Http/SubtitleRoutes.h"
+#include "Http/WordRoutes.h"
 #include "Log.h"
 #include "Sources/FilmPaths.h"
 #include "Sources/InsideSubtitles.h"
 #include "Sources/SubtitleLookup.h"
+#include "Speech/Speaker.h"
+#include "Speech/Voices.h"
+#include "Store/AnkiTable.h"
 #include "Store/ChoiceTable.h"
 #include "Store/Database.h"
 #include "Store/FilmTable.h"
+#include "Store/GlossTable.h"
+#include "Store/LearnerFile.h"
+#include "Store/LineTable.h"
 #include "Store/SettingsTable.h"
 #include "Store/SubtitleTable.h"
 #include "Store/TimingTable.h"
+#include "Store/WordTable.h"
 #include "Subtitles/FilmLines.h"
 #include "Timing/TrackSync.h"
+#include "Vocabulary/FilmWords.h"
+#include "Vocabulary/Lexicon.h"
+#include "Vocabulary/LineIndex.h"
+#include "Vocabulary/RankStandIn.h"
 
 #include <QDir>
 #include <QFile>
@@ -52,19 +71,39 @@ bool makePrivateFolder(const QString &folder) {
 /// Everything in the order in which it is built on: the server comes last and so stops first.
 struct EmbeddedService::Impl {
     explicit Impl(const QString &databasePath)
-        : database(databasePath, Database::builtInSteps()) {
+        : database(databasePath, Database::builtInSteps())
+        , learnerFile(database, databasePath, Database::builtInSteps()) {
+        learnerFile.removeLeftovers();
         addPageRoutes(router);
         addHomeRoutes(router, pendingFilms);
-        addSettingsRoutes(router, settings);
+        addSettingsRoutes(router, settings, [this] { ankiSender.tryNow(); });
         addFilmRoutes(router,
                       {films, subtitles, choices, timings, settings, lookup, inside, lines, filmChanges});
         addSubtitleRoutes(router, {films, subtitles, timings, lines, sync, filmChanges});
-        addDictionaryRoutes(router, wordLookup, settings);
+        addWordRoutes(router, vocabulary);
+        addFilmWordRoutes(router, vocabulary);
+        addLearnerRoutes(router,
+                         {learnerFile, [this] { inside.stop(); }, [this] { contentChanges.announce(); }});
+        addDictionaryRoutes(router, wordLookup, vocabulary);
+        addSpeechRoutes(router, speaker);
+        addExportRoutes(router, {database, settings, package, ankiSender, wordFacts()});
+    }
+
+    /// What cards show of a word beside what the learner has saved.
+    [[nodiscard]] WordFacts wordFacts() {
+        return {[this](const QString &lemma) {
+                    return shortMeaning(wordLookup.lookUp(lemma, 0, settings.nativeLanguage()));
+                },
+                [this](const QString &lemma) {
+                    return speaker.pronunciation(lemma, voiceOf(u"eng", u"us")).result;
+                }};
     }
 
     Database database;
+    LearnerFile learnerFile;
+    ChangeCounts contentChanges;
     FilmTable films{database};
-    SubtitleTable subtitles{database};
+    SubtitleTable subtitles{database, &contentChanges};
     ChoiceTable choices{database};
     TimingTable timings{database};
     SettingsTable settings{database};
@@ -79,6 +118,19 @@ struct EmbeddedService::Impl {
     English english{wordNet, WordRank::ofProgram()};
     Dictionaries dictionaries{installedDictionaries};
     WordLookup wordLookup{english, wordNet, dictionaries};
+    const QHash<QString, int> ranks = standInRanks();
+    Lexicon lexicon{english, [this](const QString &lemma) { return ranks.value(lemma); }};
+    WordTable words{database};
+    GlossTable glosses{database};
+    LineTable lineTable{database};
+    LineIndex lineIndex{films, subtitles, lineTable, lines, lexicon, contentChanges};
+    LineParts lineParts{films, subtitles, choices, timings, settings, lineTable};
+    FilmWords filmWords{lineParts, lineIndex, words, lexicon};
+    VocabularyParts vocabulary{lineParts, words, glosses, filmWords, lexicon};
+    Speaker speaker;
+    AnkiTable ankiNotes{database};
+    PackageExport package{database, settings, wordFacts()};
+    AnkiSender ankiSender{database, ankiNotes, settings, wordFacts()};
     Router router;
     std::unique_ptr<HttpServer> server;
 };
@@ -93,7 +145,7 @@ std::unique_ptr<EmbeddedService> EmbeddedService::start(const QString &dataFolde
     const QString databasePath = QDir(dataFolder).filePath(QStringLiteral("murvo.sqlite"));
     try {
         auto impl = std::make_unique<Impl>(databasePath);
-        impl->server = HttpServer::start(impl->router);
+        impl->server = HttpServer::start(impl->router, dataFolder);
         if (!impl->server) {
             error = QStringLiteral("No port could be opened on this computer for the subtitle service.");
             return nullptr;
@@ -113,6 +165,7 @@ EmbeddedService::~EmbeddedService() {
     // The server waits for the requests that wait for changes.
     _impl->pendingFilms.close();
     _impl->filmChanges.close();
+    _impl->speaker.close();
 }
 
 QString EmbeddedService::baseUrl() const {

@@ -54,10 +54,11 @@ bool WordLookup::isKnown(const QString &word, const QString &language) {
                        [&word](const auto &opened) { return opened->dictionary.has(word); });
 }
 
-Headword WordLookup::headword(const QString &word, const QString &language) {
+Headword WordLookup::headword(const QString &word, const QString &language, const Glosses &glosses) {
     Headword found;
     found.word = word;
     found.rank = _english.rank(word);
+    found.gloss = glosses.value(word);
     for (const auto &opened : _dictionaries.of(language)) {
         std::vector<Entry> entries;
         for (const QString &text : opened->dictionary.entries(word))
@@ -100,7 +101,7 @@ QStringList WordLookup::near(const QString &form) const {
     return words;
 }
 
-LookedUp WordLookup::lookUp(const QString &text, int at, const QString &language) {
+LookedUp WordLookup::lookUp(const QString &text, int at, const QString &language, const Glosses &glosses) {
     LookedUp found;
     found.hasDictionary = !_dictionaries.of(language).empty();
     const std::vector<EnglishWord> all = englishWords(text);
@@ -115,9 +116,11 @@ LookedUp WordLookup::lookUp(const QString &text, int at, const QString &language
     found.whole = uncontracted(word.form);
     found.lemmas = _english.lemmas(word.form);
 
-    const auto isPhraseKnown = [&](const QString &phrase) { return isKnown(phrase, language); };
+    const auto isPhraseKnown = [&](const QString &phrase) {
+        return glosses.contains(phrase) || isKnown(phrase, language);
+    };
     if (const std::optional<Phrase> phrase = longestPhrase(words, clicked, _english, isPhraseKnown)) {
-        Headword entry = headword(phrase->headword, language);
+        Headword entry = headword(phrase->headword, language, glosses);
         entry.start = phrase->start;
         entry.length = phrase->length;
         entry.isPhrase = true;
@@ -127,12 +130,14 @@ LookedUp WordLookup::lookUp(const QString &text, int at, const QString &language
     candidates += found.lemmas;
     candidates.removeDuplicates();
     for (const QString &candidate : candidates) {
-        Headword entry = headword(candidate, language);
+        Headword entry = headword(candidate, language, glosses);
         entry.start = word.start;
         entry.length = word.length;
-        if (!entry.entries.empty() || !entry.english.empty())
+        if (!entry.entries.empty() || !entry.english.empty() || !entry.gloss.isEmpty())
             found.headwords.push_back(std::move(entry));
     }
+    std::stable_partition(found.headwords.begin(), found.headwords.end(),
+                          [](const Headword &each) { return each.isPhrase || !each.gloss.isEmpty(); });
     if (found.headwords.empty())
         found.near = near(word.form);
     return found;

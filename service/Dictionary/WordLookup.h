@@ -6,6 +6,7 @@
 #include "Dictionary/Phrases.h"
 #include "Dictionary/WordNet.h"
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -26,6 +27,7 @@ struct Headword {
     int length = 0;
     bool isPhrase = false;
     int rank = 0;                      ///< by use, as English tells it
+    QString gloss;                     ///< the learner's own, empty when there is none
     std::vector<SourcedEntry> entries; ///< into the learner's language
     std::vector<WordNetSense> english;
 };
@@ -36,13 +38,13 @@ struct LookedUp {
     QString whole;                   ///< what a contraction stands for, else empty
     QStringList lemmas;              ///< its dictionary words, likeliest first
     bool hasDictionary = false;      ///< whether there is one into the learner's language
-    std::vector<Headword> headwords; ///< a phrase first, then the form itself, then its dictionary words
+    std::vector<Headword> headwords; ///< a phrase first, then those with a gloss, the form itself, its words
     QStringList near;                ///< words spelled nearly so, when there is no headword
 };
 
 /// Finds out what a word of a line means, from all dictionaries.
 ///
-/// Any thread; borrows everything. It knows nothing of the learner's own words.
+/// Any thread; borrows everything.
 class WordLookup {
   public:
     WordLookup(const English &english, const WordNet &wordNet, Dictionaries &dictionaries)
@@ -50,12 +52,16 @@ class WordLookup {
         , _wordNet(wordNet)
         , _dictionaries(dictionaries) {}
 
+    /// What the learner says that words and phrases mean, by their dictionary forms in lower case.
+    using Glosses = QHash<QString, QString>;
+
     /// The word at that place of a text (UTF-16 units), or the next one; no form when there is none.
-    [[nodiscard]] LookedUp lookUp(const QString &text, int at, const QString &language);
+    [[nodiscard]] LookedUp lookUp(const QString &text, int at, const QString &language,
+                                  const Glosses &glosses = {});
 
   private:
     [[nodiscard]] bool isKnown(const QString &word, const QString &language);
-    [[nodiscard]] Headword headword(const QString &word, const QString &language);
+    [[nodiscard]] Headword headword(const QString &word, const QString &language, const Glosses &glosses);
     [[nodiscard]] QStringList near(const QString &form) const;
 
     const English &_english;

@@ -3,6 +3,7 @@
 
 #include <QRandomGenerator>
 
+#include <algorithm>
 #include <array>
 
 namespace murvo::service {
@@ -10,7 +11,8 @@ namespace murvo::service {
 namespace {
 
 constexpr auto scheme = "http://";
-constexpr auto downloadPath = "Api/Subtitles/File";
+// What the player fetches by itself, and whose addresses it may write into its log.
+constexpr std::array downloadPaths{"Api/Subtitles/File", "Api/Speech/Sound"};
 
 QByteArray randomToken() {
     std::array<quint32, 8> words{};
@@ -57,7 +59,9 @@ std::optional<QString> Access::pathBelowToken(const QByteArray &path) const {
     const QByteArray rest = path.mid(end + 1);
     const bool opensAll = equalInConstantTime(token, _token);
     const bool opensDownloads = equalInConstantTime(token, _downloadToken);
-    if (!opensAll && !(opensDownloads && rest == downloadPath))
+    const bool isDownload = std::any_of(downloadPaths.begin(), downloadPaths.end(),
+                                        [&rest](const char *download) { return rest == download; });
+    if (!opensAll && !(opensDownloads && isDownload))
         return std::nullopt;
     return QString::fromUtf8(rest);
 }

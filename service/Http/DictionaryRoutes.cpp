@@ -3,7 +3,11 @@
 
 #include "Dictionary/WordLookup.h"
 #include "Http/Router.h"
+#include "Http/VocabularyJson.h"
+#include "Http/VocabularyParts.h"
+#include "Store/GlossTable.h"
 #include "Store/SettingsTable.h"
+#include "Store/WordTable.h"
 
 #include <QJsonArray>
 
@@ -60,31 +64,36 @@ QJsonObject englishJson(const WordNetSense &sense) {
             {QStringLiteral("antonyms"), QJsonArray::fromStringList(sense.antonyms)}};
 }
 
-QJsonObject headwordJson(const Headword &headword) {
+QJsonObject headwordJson(const Headword &headword, std::optional<WordStatus> status) {
     QJsonArray entries;
     for (const SourcedEntry &entry : headword.entries)
         entries.append(entryJson(entry));
     QJsonArray english;
     for (const WordNetSense &sense : headword.english)
         english.append(englishJson(sense));
-    return {{QStringLiteral("word"), headword.word},   {QStringLiteral("isPhrase"), headword.isPhrase},
-            {QStringLiteral("start"), headword.start}, {QStringLiteral("length"), headword.length},
-            {QStringLiteral("rank"), headword.rank},   {QStringLiteral("entries"), entries},
+    return {{QStringLiteral("word"), headword.word},
+            {QStringLiteral("isPhrase"), headword.isPhrase},
+            {QStringLiteral("start"), headword.start},
+            {QStringLiteral("length"), headword.length},
+            {QStringLiteral("rank"), headword.rank},
+            {QStringLiteral("gloss"), headword.gloss},
+            {QStringLiteral("status"), statusJson(status)},
+            {QStringLiteral("entries"), entries},
             {QStringLiteral("english"), english}};
 }
 
-Response lookUp(const Request &request, WordLookup &lookup, SettingsTable &settings) {
+Response lookUp(const Request &request, WordLookup &lookup, const VocabularyParts &parts) {
     const QString text = request.parameters.value(QStringLiteral("text"));
     if (text.isEmpty() || text.size() > longestText)
         throw RouteError(400, QStringLiteral("badParameter"),
                          QStringLiteral("\"text\" must have from 1 to 1000 characters."));
     const int at =
         request.parameters.contains(QStringLiteral("at")) ? request.wholeNumber(QStringLiteral("at"), 0) : 0;
-    const QString language = settings.nativeLanguage();
-    const LookedUp found = lookup.lookUp(text, at, language);
+    const QString language = parts.lines.settings.nativeLanguage();
+    const LookedUp found = lookup.lookUp(text, at, language, parts.glosses.ofLanguage(language));
     QJsonArray headwords;
     for (const Headword &headword : found.headwords)
-        headwords.append(headwordJson(headword));
+        headwords.append(headwordJson(headword, parts.words.status(headword.word)));
     return jsonResponse({{QStringLiteral("form"), found.form},
                          {QStringLiteral("whole"), found.whole},
                          {QStringLiteral("lemmas"), QJsonArray::fromStringList(found.lemmas)},
@@ -96,9 +105,9 @@ Response lookUp(const Request &request, WordLookup &lookup, SettingsTable &setti
 
 } // namespace
 
-void addDictionaryRoutes(Router &router, WordLookup &lookup, SettingsTable &settings) {
+void addDictionaryRoutes(Router &router, WordLookup &lookup, const VocabularyParts &parts) {
     router.add("GET", QStringLiteral("Api/Dictionary/Word"),
-               [&lookup, &settings](const Request &request) { return lookUp(request, lookup, settings); });
+               [&lookup, parts](const Request &request) { return lookUp(request, lookup, parts); });
 }
 
 } // namespace murvo::service

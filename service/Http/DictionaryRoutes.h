@@ -4,10 +4,10 @@
 namespace murvo::service {
 
 class Router;
-class SettingsTable;
 class WordLookup;
+struct VocabularyParts;
 
 /// What a word of a line means. Borrows everything, for as long as the router answers.
-void addDictionaryRoutes(Router &router, WordLookup &lookup, SettingsTable &settings);
+void addDictionaryRoutes(Router &router, WordLookup &lookup, const VocabularyParts &parts);
 
 } // namespace murvo::service

@@ -5,6 +5,8 @@
 #include "Http/Router.h"
 #include "Log.h"
 
+#include <QTemporaryFile>
+
 #include <httplib.h>
 
 #include <algorithm>
@@ -29,12 +31,18 @@ constexpr time_t silenceLimitSeconds = 1;
 constexpr time_t readTimeoutSeconds = 5;
 // Enough for the subtitles of one film, many times over.
 constexpr size_t largestBodyBytes = 64UL * 1024 * 1024;
+// All that a learner has, which goes through a file.
+constexpr size_t largestFileBytes = 2048UL * 1024 * 1024;
 // Longer paths do not exist here; the library matches paths with a recursive regular expression.
 constexpr size_t longestPathBytes = 256;
 
 constexpr auto uploadPath = "Api/Subtitles/UploadGzippedFiles";
+constexpr auto filePath = "Api/Learner/File";
 // Holds the upload's own Content-Type while the library is told another (see hideMultipart).
 constexpr auto hiddenTypeHeader = "X-Murvo-Content-Type";
+// The same for the path of a body that is not to lie in memory (see sendToFile).
+constexpr auto hiddenPathHeader = "X-Murvo-Path";
+constexpr auto pathOfLargeBodies = "/large-body";
 
 httplib::Headers securityHeaders() {
     return {{"Content-Security-Policy",
@@ -55,8 +63,25 @@ QByteArrayList valuesOf(const httplib::Request &request, const char *name) {
     return values;
 }
 
+void writeFile(const Response &from, httplib::Response &to) {
+    const auto send = [file = from.file](size_t at, size_t length, httplib::DataSink &sink) {
+        constexpr size_t pieceBytes = 262'144;
+        const QByteArray piece = file->seek(static_cast<qint64>(at))
+                                     ? file->read(static_cast<qint64>(std::min(length, pieceBytes)))
+                                     : QByteArray();
+        return !piece.isEmpty() && sink.write(piece.constData(), static_cast<size_t>(piece.size()));
+    };
+    to.set_content_provider(static_cast<size_t>(from.file->size()), from.contentType.toStdString(), send);
+}
+
 void write(const Response &from, httplib::Response &to) {
     to.status = from.status;
+    if (!from.fileName.isEmpty())
+        to.set_header("Content-Disposition", "attachment; filename=\"" + from.fileName.toStdString() + '"');
+    if (from.file) {
+        writeFile(from, to);
+        return;
+    }
     to.set_content(from.body.constData(), static_cast<size_t>(from.body.size()),
                    from.contentType.toStdString());
 }
@@ -93,18 +118,35 @@ void hideMultipart(const httplib::Request &request) {
     headers.emplace(hiddenTypeHeader, original);
 }
 
+size_t bodyBytes(const httplib::Request &request) {
+    return request.get_header_value<uint64_t>("Content-Length");
+}
+
+// The library keeps a body in memory, whatever its size, unless another handler takes it piece by piece.
+void sendToFile(const httplib::Request &request) {
+    auto &changed = const_cast<httplib::Request &>(request);
+    changed.headers.emplace(hiddenPathHeader, request.path);
+    changed.path = pathOfLargeBodies;
+}
+
 } // namespace
 
 struct HttpServer::Impl {
-    explicit Impl(const Router &usedRouter)
-        : router(usedRouter) {}
+    Impl(const Router &usedRouter, QString folderOfFiles)
+        : router(usedRouter)
+        , folder(std::move(folderOfFiles)) {}
 
     void configure();
     void listen() noexcept;
     [[nodiscard]] std::optional<Response> refuse(const httplib::Request &request) const;
     void answer(const httplib::Request &from, httplib::Response &to) const;
+    void answerLarge(const httplib::Request &from, httplib::Response &to,
+                     const httplib::ContentReader &reader) const;
+    [[nodiscard]] Request requestOf(const httplib::Request &from) const;
+    [[nodiscard]] Response takeFile(const httplib::Request &from, const httplib::ContentReader &reader) const;
 
     const Router &router;
+    const QString folder;
     httplib::Server server;
     std::unique_ptr<Access> access;
     std::thread listener;
@@ -117,7 +159,7 @@ void HttpServer::Impl::configure() {
     server.set_keep_alive_timeout(silenceLimitSeconds);
     server.set_keep_alive_max_count(requestsPerConnection);
     server.set_read_timeout(readTimeoutSeconds);
-    server.set_payload_max_length(largestBodyBytes);
+    server.set_payload_max_length(largestFileBytes);
     server.set_default_headers(securityHeaders());
     server.set_exception_handler([](const auto &, auto &to, const std::exception_ptr &) {
         write(errorResponse(500, QStringLiteral("internal"), QStringLiteral("The service failed.")), to);
@@ -130,16 +172,25 @@ void HttpServer::Impl::configure() {
     server.set_pre_routing_handler([this](const httplib::Request &from, httplib::Response &to) {
         auto &headers = const_cast<httplib::Request &>(from).headers;
         headers.erase(hiddenTypeHeader);
+        headers.erase(hiddenPathHeader);
         forgetRanges(from);
         if (const auto refusal = refuse(from)) {
             write(*refusal, to);
             return httplib::Server::HandlerResponse::Handled;
         }
-        if (access->pathBelowToken(QByteArray::fromStdString(from.path)) == QLatin1String(uploadPath))
+        const auto path = access->pathBelowToken(QByteArray::fromStdString(from.path));
+        const bool isLarge = bodyBytes(from) > largestBodyBytes;
+        if (path == QLatin1String(uploadPath) || isLarge || path == QLatin1String(filePath))
             hideMultipart(from);
+        if (isLarge || (path == QLatin1String(filePath) && from.method == "POST"))
+            sendToFile(from);
         return httplib::Server::HandlerResponse::Unhandled;
     });
     const auto handler = [this](const httplib::Request &from, httplib::Response &to) { answer(from, to); };
+    const auto largeHandler = [this](const httplib::Request &from, httplib::Response &to,
+                                     const httplib::ContentReader &reader) { answerLarge(from, to, reader); };
+    server.Post(pathOfLargeBodies, largeHandler).Put(pathOfLargeBodies, largeHandler);
+    server.Patch(pathOfLargeBodies, largeHandler).Delete(pathOfLargeBodies, largeHandler);
     const std::string anything = "/.*";
     server.Get(anything, handler).Post(anything, handler).Put(anything, handler);
     // The router takes none of these, but it is the one to say so.
@@ -171,22 +222,58 @@ std::optional<Response> HttpServer::Impl::refuse(const httplib::Request &request
     return std::nullopt;
 }
 
-void HttpServer::Impl::answer(const httplib::Request &from, httplib::Response &to) const {
+Request HttpServer::Impl::requestOf(const httplib::Request &from) const {
     Request request;
     request.method =
         from.method == "HEAD" ? QByteArrayLiteral("GET") : QByteArray::fromStdString(from.method);
-    request.path = access->pathBelowToken(QByteArray::fromStdString(from.path)).value_or(QString());
+    const std::string path =
+        from.has_header(hiddenPathHeader) ? from.get_header_value(hiddenPathHeader) : from.path;
+    request.path = access->pathBelowToken(QByteArray::fromStdString(path)).value_or(QString());
     for (const auto &[name, value] : from.params)
         request.parameters.insert(QString::fromStdString(name), QString::fromStdString(value));
     const char *typeHeader = from.has_header(hiddenTypeHeader) ? hiddenTypeHeader : "Content-Type";
     request.contentType = QByteArray::fromStdString(from.get_header_value(typeHeader));
-    request.body = QByteArray::fromStdString(from.body);
     request.downloadBaseUrl = access->downloadBaseUrl();
+    return request;
+}
+
+void HttpServer::Impl::answer(const httplib::Request &from, httplib::Response &to) const {
+    Request request = requestOf(from);
+    request.body = QByteArray::fromStdString(from.body);
     write(router.answer(request), to);
 }
 
-std::unique_ptr<HttpServer> HttpServer::start(const Router &router) {
-    auto impl = std::make_unique<Impl>(router);
+// What is too large is read to its end all the same, for the client to see the answer.
+void HttpServer::Impl::answerLarge(const httplib::Request &from, httplib::Response &to,
+                                   const httplib::ContentReader &reader) const {
+    if (requestOf(from).path == QLatin1String(filePath)) {
+        write(takeFile(from, reader), to);
+        return;
+    }
+    std::ignore = reader([](const char *, size_t) { return true; });
+    write(errorForStatus(413), to);
+}
+
+Response HttpServer::Impl::takeFile(const httplib::Request &from,
+                                    const httplib::ContentReader &reader) const {
+    QTemporaryFile file(folder + QStringLiteral("/murvo-copy-XXXXXX"));
+    bool isWritten = file.open();
+    const bool isRead = reader([&](const char *bytes, size_t count) {
+        const auto size = static_cast<qint64>(count);
+        isWritten = isWritten && file.write(bytes, size) == size;
+        return true;
+    });
+    if (!isRead)
+        return errorForStatus(bodyBytes(from) > largestFileBytes ? 413 : 400);
+    if (!isWritten || !file.flush())
+        return diskFullResponse();
+    Request request = requestOf(from);
+    request.bodyFile = file.fileName();
+    return router.answer(request);
+}
+
+std::unique_ptr<HttpServer> HttpServer::start(const Router &router, const QString &folder) {
+    auto impl = std::make_unique<Impl>(router, folder);
     const int port = impl->server.bind_to_any_port("127.0.0.1");
     if (port <= 0)
         return nullptr;

@@ -12,11 +12,12 @@ class Router;
 /// The HTTP server on the loopback interface: sockets, limits, the checks of Access, security headers.
 ///
 /// Answers on a pool of threads of its own; borrows the router, which must not change after the start. The
-/// only class that includes the HTTP library. The destructor lets running requests finish and then stops.
+/// only class that serves by the HTTP library. The destructor lets running requests finish and then stops.
 class HttpServer {
   public:
-    /// Listens on a free port of 127.0.0.1. Null when there is none.
-    [[nodiscard]] static std::unique_ptr<HttpServer> start(const Router &router);
+    /// Listens on a free port of 127.0.0.1. Null when there is none. Very large bodies are put into files in
+    /// that folder while they are dealt with.
+    [[nodiscard]] static std::unique_ptr<HttpServer> start(const Router &router, const QString &folder);
 
     ~HttpServer();
     HttpServer(const HttpServer &) = delete;

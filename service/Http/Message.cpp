@@ -37,12 +37,18 @@ qint32 Request::positiveId(const QString &name) const {
 }
 
 Response jsonResponse(const QJsonObject &object) {
-    return {200, jsonType(), toBytes(object)};
+    return {200, jsonType(), toBytes(object), {}};
 }
 
 Response errorResponse(int status, const QString &code, const QString &message) {
     const QJsonObject error{{QStringLiteral("code"), code}, {QStringLiteral("message"), message}};
-    return {status, jsonType(), toBytes({{QStringLiteral("error"), error}})};
+    return {status, jsonType(), toBytes({{QStringLiteral("error"), error}}), {}};
+}
+
+Response diskFullResponse() {
+    return errorResponse(
+        507, QStringLiteral("diskFull"),
+        QStringLiteral("The disk is full, so this was not kept. Make room on it and try again."));
 }
 
 QJsonObject jsonBody(const Request &request) {

@@ -2,11 +2,13 @@
 #pragma once
 
 #include <QByteArray>
+#include <QFile>
 #include <QHash>
 #include <QJsonObject>
 #include <QString>
 
 #include <exception>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -19,7 +21,9 @@ struct Request {
     QHash<QString, QString> parameters;
     QByteArray contentType; ///< as the client sent it
     QByteArray body;
-    QString downloadBaseUrl; ///< for addresses of subtitle files; ends in "/"
+    QString bodyFile; ///< path of a file with the body, for a route that takes very large ones; body is empty
+                      ///< then
+    QString downloadBaseUrl; ///< for addresses that the player fetches; ends in "/"
 
     /// A parameter that must be a whole number and not below smallest, which is not negative; throws
     /// RouteError when it is not.
@@ -32,6 +36,8 @@ struct Response {
     int status = 200;
     QByteArray contentType;
     QByteArray body;
+    QByteArray fileName = {}; ///< under which a browser keeps it, ASCII; empty for what it shows
+    std::shared_ptr<QFile> file = {}; ///< open; sent in place of the body
 };
 
 /// What a route throws when it cannot answer: the status, a code for programs and a sentence for people.
@@ -57,6 +63,9 @@ class RouteError : public std::exception {
 
 /// The one form of every error: {"error":{"code":..., "message":...}}.
 [[nodiscard]] Response errorResponse(int status, const QString &code, const QString &message);
+
+/// What is answered when something could not be kept for want of room.
+[[nodiscard]] Response diskFullResponse();
 
 /// The body as a JSON object; throws RouteError when it is not one.
 [[nodiscard]] QJsonObject jsonBody(const Request &request);

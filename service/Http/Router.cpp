@@ -2,6 +2,7 @@
 #include "Http/Router.h"
 
 #include "Log.h"
+#include "Store/DiskFull.h"
 
 namespace murvo::service {
 
@@ -21,6 +22,9 @@ Response Router::answer(const Request &request) const noexcept {
         return (*handler)(request);
     } catch (const RouteError &error) {
         return errorResponse(error.status(), error.code(), error.message());
+    } catch (const DiskFull &) {
+        qCWarning(serviceLog) << "Request" << request.method << request.path << "found the disk full";
+        return diskFullResponse();
     } catch (const std::exception &error) {
         qCWarning(serviceLog) << "Request" << request.method << request.path << "failed:" << error.what();
     } catch (...) {

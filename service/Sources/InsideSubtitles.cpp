@@ -85,6 +85,12 @@ void InsideSubtitles::begin(const Film &film) {
     });
 }
 
+void InsideSubtitles::stop() {
+    _worker.cancel();
+    const std::lock_guard lock(_mutex);
+    _reading = nullptr;
+}
+
 InsideProgress InsideSubtitles::progress(qint32 filmId) const {
     const std::lock_guard lock(_mutex);
     return _reading && _reading->film.id == filmId ? InsideProgress{true, _reading->percent}

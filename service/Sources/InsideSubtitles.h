@@ -39,6 +39,9 @@ class InsideSubtitles {
     /// happens for a film that does not lie on this machine.
     void begin(const Film &film);
 
+    /// Gives up what is being read; nothing more of it is kept.
+    void stop();
+
     [[nodiscard]] InsideProgress progress(qint32 filmId) const;
 
     [[nodiscard]] bool isReading(qint32 subtitleId) const;

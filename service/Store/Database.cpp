@@ -4,10 +4,12 @@
 #include <QDir>
 #include <QFile>
 
+#include <SQLiteCpp/Backup.h>
+#include <sqlite3.h>
+
 #include <algorithm>
 #include <chrono>
 #include <stdexcept>
-#include <type_traits>
 
 namespace murvo::service {
 
@@ -39,6 +41,34 @@ QList<Database::SchemaStep> Database::builtInSteps() {
     }
     std::sort(steps.begin(), steps.end(), [](const auto &a, const auto &b) { return a.number < b.number; });
     return steps;
+}
+
+void Database::takeAllOf(SQLite::Database &other) {
+    run([&other](SQLite::Database &connection) {
+        {
+            SQLite::Backup backup(connection, other);
+            // Another Murvo's small write may be in the way.
+            const auto limit = std::chrono::steady_clock::now() + busyTimeout;
+            while (backup.executeStep() != SQLITE_DONE) {
+                if (std::chrono::steady_clock::now() > limit)
+                    throw std::runtime_error("the store is busy");
+                sqlite3_sleep(10);
+            }
+        }
+        connection.exec("PRAGMA wal_checkpoint(TRUNCATE)");
+    });
+}
+
+// A limit of the size of files, a quota, and a full disk tell themselves in different ways.
+void Database::throwIfFull(const SQLite::Exception &failure) {
+    switch (failure.getExtendedErrorCode()) {
+    case SQLITE_FULL:
+    case SQLITE_IOERR_WRITE:
+    case SQLITE_IOERR_SHMSIZE:
+        throw DiskFull();
+    default:
+        return;
+    }
 }
 
 void Database::migrate(const QList<SchemaStep> &steps) {

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "Store/DiskFull.h"
+
 #include <QList>
 #include <QString>
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
 #include <mutex>
+#include <type_traits>
 #include <utility>
 
 namespace murvo::service {
@@ -14,7 +17,8 @@ namespace murvo::service {
 /// The one SQLite file of the service, brought to the newest schema when opened.
 ///
 /// One connection behind a mutex, used from any thread of the server's pool; owned by the EmbeddedService.
-/// It knows no table: those are the business of the *Table classes. Every call may throw SQLite::Exception.
+/// It knows no table: those are the business of the *Table classes. Every call may throw SQLite::Exception,
+/// and DiskFull in its place where that is the reason.
 class Database {
   public:
     /// One numbered schema file: brings the database from number - 1 to number.
@@ -34,23 +38,36 @@ class Database {
     template<typename Work>
     auto run(Work &&work) {
         const std::lock_guard lock(_mutex);
-        return std::forward<Work>(work)(_connection);
+        try {
+            return std::forward<Work>(work)(_connection);
+        } catch (const SQLite::Exception &failure) {
+            throwIfFull(failure);
+            throw;
+        }
     }
 
     /// Runs work(connection) alone and in a transaction: when it returns, its changes are on the disk.
     template<typename Work>
     auto transact(Work &&work) {
-        const std::lock_guard lock(_mutex);
-        SQLite::Transaction transaction(_connection, SQLite::TransactionBehavior::IMMEDIATE);
-        if constexpr (std::is_void_v<decltype(work(_connection))>) {
-            std::forward<Work>(work)(_connection);
-            transaction.commit();
-        } else {
-            auto result = std::forward<Work>(work)(_connection);
-            transaction.commit();
-            return result;
-        }
+        return run([&work](SQLite::Database &connection) {
+            SQLite::Transaction transaction(connection, SQLite::TransactionBehavior::IMMEDIATE);
+            if constexpr (std::is_void_v<decltype(work(connection))>) {
+                std::forward<Work>(work)(connection);
+                transaction.commit();
+            } else {
+                auto result = std::forward<Work>(work)(connection);
+                transaction.commit();
+                return result;
+            }
+        });
     }
+
+    /// Takes all that the other one holds in place of what is here, at once or not at all. The other one has
+    /// the same schema and page size.
+    void takeAllOf(SQLite::Database &other);
+
+    /// For calls that use a connection of their own.
+    static void throwIfFull(const SQLite::Exception &failure);
 
   private:
     void migrate(const QList<SchemaStep> &steps);

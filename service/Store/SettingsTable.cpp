@@ -10,7 +10,13 @@ namespace {
 
 constexpr auto nativeLanguageName = "nativeLanguage";
 constexpr auto volumeName = "volumePercent";
+constexpr auto sendsToAnkiName = "sendsToAnki";
+constexpr auto ankiPortName = "ankiConnectPort";
+constexpr auto startLevelName = "startLevel";
 constexpr int normalVolumePercent = 100;
+// Who watches films in English knows some already.
+constexpr QLatin1String usualStartLevel("A2");
+constexpr int usualAnkiPort = 8765;
 
 } // namespace
 
@@ -28,6 +34,30 @@ int SettingsTable::volumePercent() {
 
 void SettingsTable::setVolumePercent(int volume) {
     setValue(volumeName, QString::number(volume));
+}
+
+QString SettingsTable::startLevel() {
+    return value(startLevelName, usualStartLevel);
+}
+
+void SettingsTable::setStartLevel(const QString &level) {
+    setValue(startLevelName, level);
+}
+
+bool SettingsTable::sendsToAnki() {
+    return value(sendsToAnkiName, QStringLiteral("0")) == QLatin1String("1");
+}
+
+void SettingsTable::setSendsToAnki(bool isOn) {
+    setValue(sendsToAnkiName, QString::number(isOn ? 1 : 0));
+}
+
+int SettingsTable::ankiConnectPort() {
+    return value(ankiPortName, QString::number(usualAnkiPort)).toInt();
+}
+
+void SettingsTable::setAnkiConnectPort(int port) {
+    setValue(ankiPortName, QString::number(port));
 }
 
 QString SettingsTable::value(const char *name, const QString &otherwise) {

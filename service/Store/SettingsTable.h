@@ -22,6 +22,16 @@ class SettingsTable {
     [[nodiscard]] int volumePercent();
     void setVolumePercent(int volume);
 
+    /// Name of the level of English at which the learner began.
+    [[nodiscard]] QString startLevel();
+    void setStartLevel(const QString &level);
+
+    /// Whether words are sent to the Anki that runs on this computer, and the port on which it takes them.
+    [[nodiscard]] bool sendsToAnki();
+    void setSendsToAnki(bool isOn);
+    [[nodiscard]] int ankiConnectPort();
+    void setAnkiConnectPort(int port);
+
   private:
     [[nodiscard]] QString value(const char *name, const QString &otherwise);
     void setValue(const char *name, const QString &value);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Store/SubtitleTable.h"
 
+#include "ChangeCounts.h"
+#include "Store/Columns.h"
 #include "Store/Database.h"
 
 #include <QCryptographicHash>
@@ -30,10 +32,6 @@ SubtitleSource sourceNamed(const std::string &name) {
 
 QByteArray blobOf(const SQLite::Column &column) {
     return {static_cast<const char *>(column.getBlob()), column.getBytes()};
-}
-
-QString textOf(const SQLite::Column &column) {
-    return QString::fromStdString(column.getString());
 }
 
 Subtitle subtitleOfRow(SQLite::Statement &row) {
@@ -177,7 +175,7 @@ QList<Subtitle> SubtitleTable::ofFilm(qint32 filmId) {
 bool SubtitleTable::storeContent(qint32 subtitleId, const QByteArray &content,
                                  const SubtitleFindings &findings) {
     const QByteArray digest = sha256(content);
-    return _database.transact([&](SQLite::Database &connection) {
+    const bool isStored = _database.transact([&](SQLite::Database &connection) {
         forgetWhatWasOfAnother(connection, subtitleId, digest);
         SQLite::Statement update(connection, std::string("UPDATE subtitles SET content = ?, "
                                                          "content_sha256 = ?, ") +
@@ -188,6 +186,8 @@ bool SubtitleTable::storeContent(qint32 subtitleId, const QByteArray &content,
         update.bind(6, subtitleId);
         return update.exec() == 1;
     });
+    announce();
+    return isStored;
 }
 
 void SubtitleTable::setEncoding(qint32 subtitleId, const QString &encoding,
@@ -200,6 +200,7 @@ void SubtitleTable::setEncoding(qint32 subtitleId, const QString &encoding,
         update.bind(5, subtitleId);
         update.exec();
     });
+    announce();
 }
 
 void SubtitleTable::setFindings(qint32 subtitleId, const SubtitleFindings &findings) {
@@ -210,6 +211,7 @@ void SubtitleTable::setFindings(qint32 subtitleId, const SubtitleFindings &findi
         update.bind(4, subtitleId);
         update.exec();
     });
+    announce();
 }
 
 std::optional<QByteArray> SubtitleTable::content(qint32 subtitleId) {
@@ -221,6 +223,11 @@ std::optional<QByteArray> SubtitleTable::content(qint32 subtitleId) {
             return std::nullopt;
         return blobOf(query.getColumn(0));
     });
+}
+
+void SubtitleTable::announce() const {
+    if (_changes != nullptr)
+        _changes->announce();
 }
 
 QByteArray SubtitleTable::sha256(const QByteArray &content) {

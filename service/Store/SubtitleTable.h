@@ -9,6 +9,7 @@
 
 namespace murvo::service {
 
+class ChangeCounts;
 class Database;
 
 enum class SubtitleSource {
@@ -52,8 +53,10 @@ struct SubtitleFindings {
 /// The table of subtitles. Any thread; borrows the database. Every call may throw SQLite::Exception.
 class SubtitleTable {
   public:
-    explicit SubtitleTable(Database &database)
-        : _database(database) {}
+    /// Announces to the counts, where given, that there is a content or another way of reading one.
+    explicit SubtitleTable(Database &database, ChangeCounts *changes = nullptr)
+        : _database(database)
+        , _changes(changes) {}
 
     /// The rows of these sources and places, made or brought up to date to what is described; in the same
     /// order. Only what names, tracks and folders tell is taken from the descriptions.
@@ -84,7 +87,10 @@ class SubtitleTable {
     [[nodiscard]] static QByteArray sha256(const QByteArray &content);
 
   private:
+    void announce() const;
+
     Database &_database;
+    ChangeCounts *_changes;
 };
 
 } // namespace murvo::service

@@ -42,9 +42,12 @@ ReadTrack FilmLines::readOne(const Film &film, const Subtitle &subtitle) {
     const auto content = _subtitles.content(subtitle.id);
     if (!content)
         return {subtitle, {{}, CueProblem::NoCues}};
-    return {subtitle, readContent(*content, subtitle,
-                                  countsInFrames(*content, subtitle.encoding.toLatin1()) ? frameRateOf(film)
-                                                                                         : FrameRate{})};
+    return {subtitle, readStored(film, subtitle, *content)};
+}
+
+CueReading FilmLines::readStored(const Film &film, const Subtitle &subtitle, const QByteArray &content) {
+    const bool isInFrames = countsInFrames(content, subtitle.encoding.toLatin1());
+    return readContent(content, subtitle, isInFrames ? frameRateOf(film) : FrameRate{});
 }
 
 bool FilmLines::store(const Subtitle &subtitle, const QByteArray &content) {

@@ -43,6 +43,10 @@ class FilmLines {
     /// One subtitle; a problem when it is not stored yet or cannot be read.
     [[nodiscard]] ReadTrack readOne(const Film &film, const Subtitle &subtitle);
 
+    /// The lines of a content that the subtitle has in the store.
+    [[nodiscard]] static CueReading readStored(const Film &film, const Subtitle &subtitle,
+                                               const QByteArray &content);
+
     /// Keeps a content for a subtitle, with what is found in it; false when there is no such subtitle.
     bool store(const Subtitle &subtitle, const QByteArray &content);
 

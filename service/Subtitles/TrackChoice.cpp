@@ -38,6 +38,8 @@ bool isPart(const Subtitle &subtitle, qint32 mostCues) {
     return subtitle.cueCount >= 0 && subtitle.cueCount * 10 < mostCues * 6;
 }
 
+} // namespace
+
 QList<Subtitle> inLanguage(const QList<Subtitle> &subtitles, const QString &language) {
     QList<Subtitle> found;
     std::copy_if(subtitles.begin(), subtitles.end(), std::back_inserter(found),
@@ -53,8 +55,6 @@ QList<Subtitle> inLanguage(const QList<Subtitle> &subtitles, const QString &lang
                      [&rank](const Subtitle &a, const Subtitle &b) { return rank(a) < rank(b); });
     return found;
 }
-
-} // namespace
 
 TrackChoice chooseTracks(const QList<Subtitle> &subtitles, const QString &nativeLanguage) {
     const QString learnedLanguage = QStringLiteral("eng");

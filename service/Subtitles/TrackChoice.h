@@ -14,6 +14,9 @@ struct TrackChoice {
     QList<Subtitle> native;  ///< the learner's own language
 };
 
+/// The subtitles of a language, in the order of preference that chooseTracks() tells of.
+[[nodiscard]] QList<Subtitle> inLanguage(const QList<Subtitle> &subtitles, const QString &language);
+
 /// Chooses by language; one whose language nobody knows stands in for whichever language has none of its own,
 /// the learned one first. Of one language, those that are still there come first, then whole ones before
 /// parts, full ones before those for the hard of hearing and forced ones, the learner's own files before

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Timing/SpeechActivity.h"
 
+#include "Sources/Decoding.h"
 #include "Sources/FilmInput.h"
 #include "Timing/SpeechBands.h"
 
@@ -21,23 +22,6 @@ namespace murvo::service {
 
 namespace {
 
-struct DecoderCloser {
-    void operator()(AVCodecContext *decoder) const { avcodec_free_context(&decoder); }
-};
-struct ResamplerCloser {
-    void operator()(SwrContext *resampler) const { swr_free(&resampler); }
-};
-struct FrameCloser {
-    void operator()(AVFrame *frame) const { av_frame_free(&frame); }
-};
-struct PacketCloser {
-    void operator()(AVPacket *packet) const { av_packet_free(&packet); }
-};
-using Decoder = std::unique_ptr<AVCodecContext, DecoderCloser>;
-using Resampler = std::unique_ptr<SwrContext, ResamplerCloser>;
-using Frame = std::unique_ptr<AVFrame, FrameCloser>;
-using Packet = std::unique_ptr<AVPacket, PacketCloser>;
-
 constexpr AVRational samples{1, SpeechBands::sampleRate};
 // What a broken file claims must not overflow.
 constexpr int64_t farthestSamples = std::numeric_limits<int64_t>::max() / 4;
@@ -45,44 +29,6 @@ constexpr int64_t farthestSamples = std::numeric_limits<int64_t>::max() / 4;
 constexpr int64_t longestFilmSamples = 12LL * 3600 * SpeechBands::sampleRate;
 // Times in packets are rounded; only what is more is a hole in the sound.
 constexpr int64_t smallestHoleSamples = SpeechBands::sampleRate / 20;
-
-bool isSound(const AVStream &stream) {
-    return stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO;
-}
-
-const AVStream *soundOf(const AVFormatContext &input, int streamIndex) {
-    if (streamIndex >= 0) {
-        const bool isThere = static_cast<unsigned>(streamIndex) < input.nb_streams;
-        return isThere && isSound(*input.streams[streamIndex]) ? input.streams[streamIndex] : nullptr;
-    }
-    const AVStream *first = nullptr;
-    for (unsigned i = 0; i < input.nb_streams; ++i) {
-        const AVStream *stream = input.streams[i];
-        if (!isSound(*stream))
-            continue;
-        if ((stream->disposition & AV_DISPOSITION_DEFAULT) != 0)
-            return stream;
-        if (first == nullptr)
-            first = stream;
-    }
-    return first;
-}
-
-Decoder openDecoder(const AVStream &stream) {
-    const AVCodec *codec = avcodec_find_decoder(stream.codecpar->codec_id);
-    Decoder decoder(codec == nullptr ? nullptr : avcodec_alloc_context3(codec));
-    if (!decoder || avcodec_parameters_to_context(decoder.get(), stream.codecpar) < 0)
-        return nullptr;
-    decoder->pkt_timebase = stream.time_base;
-    decoder->thread_count = 1;
-    return avcodec_open2(decoder.get(), codec, nullptr) < 0 ? nullptr : std::move(decoder);
-}
-
-/// Streams that count from when they were sent begin anywhere; the player starts such a film at 0, too.
-int64_t filmStart(const AVFormatContext &input) {
-    const bool countsFromAnywhere = (input.iformat->flags & AVFMT_TS_DISCONT) != 0;
-    return countsFromAnywhere && input.start_time != AV_NOPTS_VALUE ? input.start_time : 0;
-}
 
 /// Brings decoded frames of any kind to one voice at the bands' sample rate and puts them where they belong
 /// in time.
@@ -190,18 +136,6 @@ class Mixer {
     int _sampleRate = 0;
     int _channels = 0;
 };
-
-/// Containers without headers tell of their streams only when some packets have been looked at.
-bool tellsEnough(const AVStream *sound) {
-    return sound != nullptr && sound->codecpar->sample_rate > 0 && sound->codecpar->ch_layout.nb_channels > 0;
-}
-
-const AVStream *chooseSound(AVFormatContext &input, int streamIndex) {
-    const bool hasAnyStart = (input.iformat->flags & AVFMT_TS_DISCONT) != 0;
-    if (!hasAnyStart && tellsEnough(soundOf(input, streamIndex)))
-        return soundOf(input, streamIndex);
-    return avformat_find_stream_info(&input, nullptr) < 0 ? nullptr : soundOf(input, streamIndex);
-}
 
 /// False when nothing more can be taken. A damaged packet is passed over.
 bool decode(AVCodecContext &decoder, const AVPacket *packet, AVFrame &frame, Mixer &mixer) {

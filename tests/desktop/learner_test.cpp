@@ -184,6 +184,25 @@ TEST_F(Learner, ChoosesTheirLanguageByKeyboard) {
     EXPECT_FALSE(isOpen()) << "the key that closes does not open again";
 }
 
+TEST_F(Learner, HearsALineSpokenByTheService) {
+    SoundRecorder recorder;
+    const auto loudness = [&recorder] { // of a voice: its lowest tones are never all still
+        double sum = 0;
+        for (int hertz = 80; hertz <= 600; hertz += 10)
+            sum += recorder.amplitudeOf(hertz);
+        return sum;
+    };
+    delegate->applicationDidFinishLaunching();
+    ASSERT_TRUE(waitUntil([this] { return delegate->session().homeScreenLoaded; }));
+    EXPECT_LT(loudness(), 0.05);
+    std::ignore = delegate->homeWebViewController()->evaluate(QStringLiteral(
+        "fetch(new URL('../Api/Speech/Pronunciation?text=' + encodeURIComponent('Rock & roll? 100 % yes,' +"
+        " ' we were in there for a long long time.'), location)).then(reply => reply.json()).then(told =>"
+        " { location = 'app:///Execute/PlayAudio?audioUrl=' + encodeURIComponent(told.soundUrl); }); 1"));
+    EXPECT_TRUE(waitUntil([&] { return loudness() > 0.2; }));
+    EXPECT_TRUE(waitUntil([&] { return loudness() < 0.01; })) << "it ends";
+}
+
 TEST_F(Learner, CommandsTheFilmByKeys) {
     writeBeside(QStringLiteral(".en.srt"), subtitles("english", 9));
     ASSERT_NO_FATAL_FAILURE(play());

@@ -10,6 +10,10 @@
 
 #include <cstdlib>
 
+#include <arpa/inet.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 namespace murvo::service::test {
 
 Reply replyOf(const httplib::Result &result) {
@@ -94,7 +98,7 @@ QString ServiceFixture::makeFilm(const QString &name) {
 }
 
 QString ServiceFixture::makeFilm(const QString &name, const QString &inputs, const QString &options) {
-    const QString path = films.filePath(name);
+    QString path = films.filePath(name);
     const QString video =
         name.endsWith(QLatin1String("webm")) ? QStringLiteral("libvpx") : QStringLiteral("mpeg4");
     const QString command =
@@ -155,6 +159,19 @@ Reply ServiceFixture::fetchAndUpload(const Reply &lookup) {
         parts.append({offer.value(QLatin1String("subtitleId")).toInt(), file.body});
     }
     return upload(parts);
+}
+
+int freePort() {
+    sockaddr_in address{};
+    socklen_t size = sizeof(address);
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
+    auto *any = reinterpret_cast<sockaddr *>(&address);
+    if (::bind(socket, any, size) != 0 || ::getsockname(socket, any, &size) != 0)
+        throw std::runtime_error("there is no free port");
+    ::close(socket);
+    return ntohs(address.sin_port);
 }
 
 QByteArray srt(const QByteArray &text) {

@@ -83,6 +83,9 @@ class ServiceFixture : public testing::Test {
     std::unique_ptr<EmbeddedService> service;
 };
 
+/// A port on which nobody listens.
+[[nodiscard]] int freePort();
+
 [[nodiscard]] QByteArray srt(const QByteArray &text);
 
 /// Sixty lines in four minutes, at times that no other place is like; the first is slanted.

@@ -73,12 +73,12 @@ TEST_F(StoreTest, AStepThatFailsLeavesTheFileAsItWas) {
     auto steps = Database::builtInSteps();
     { Database first(path, steps); }
     const int before = number("PRAGMA user_version");
-    steps.append({before + 1, QStringLiteral("CREATE TABLE words (id INTEGER);")});
+    steps.append({before + 1, QStringLiteral("CREATE TABLE extra (id INTEGER);")});
     steps.append(
         {before + 2, QStringLiteral("CREATE TABLE again (id INTEGER); INSERT INTO nowhere VALUES (1);")});
     EXPECT_THROW(Database(path, steps), std::exception);
     EXPECT_EQ(number("PRAGMA user_version"), before);
-    EXPECT_EQ(number("SELECT count(*) FROM sqlite_master WHERE name IN ('words', 'again')"), 0);
+    EXPECT_EQ(number("SELECT count(*) FROM sqlite_master WHERE name IN ('extra', 'again')"), 0);
     Database again(path, Database::builtInSteps());
 }
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/NoMoreRoom.h"
+#include "service/SavedWords.h"
 #include "service/ServiceFixture.h"
 
 #include <QElapsedTimer>
@@ -8,6 +10,11 @@
 #include <QLocale>
 
 #include <SQLiteCpp/SQLiteCpp.h>
+
+#include <atomic>
+#include <mutex>
+#include <thread>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -53,13 +60,29 @@ QStringList toldTrack(const Tables &tables, const QString &before, bool withCues
     return told;
 }
 
+// Of a marked word only the film of a sighting may be null.
+QStringList toldWord(const Tables &tables, const QString &before, bool isMarked) {
+    QStringList told = toldFields(tables, u"Word"_s, before);
+    if (isMarked)
+        told.removeIf([](const QString &field) {
+            return field.endsWith(" null"_L1) && !field.endsWith("videoId null"_L1);
+        });
+    return told;
+}
+
 // What a field of that type is found to be, and what is in it. The fields of a timing are looked at in
 // tracks.
 QStringList toldType(const Tables &tables, const QString &type, const QString &field) {
     const bool isTrack = type.startsWith("track"_L1);
     const bool isTiming = type == "timing"_L1;
-    QStringList told{field + u' ' +
-                     (isTrack || isTiming || type.startsWith("object"_L1) ? u"object"_s : type)};
+    const bool isWord = type == "marked word"_L1;
+    const bool isLine = type == "shown line"_L1;
+    const bool isObject = isTrack || isTiming || isWord || isLine || type.startsWith("object"_L1);
+    QStringList told{field + u' ' + (isObject ? u"object"_s : type)};
+    if (isWord)
+        told += toldWord(tables, field + u'.', true);
+    if (isLine)
+        told += toldFields(tables, u"Shown line"_s, field + u'.');
     if (isTrack)
         told += toldTrack(tables, field + u'.', type.contains("with cues"_L1));
     if (isTiming && !field.contains("Sync"_L1))
@@ -106,7 +129,9 @@ QStringList foundFields(const QJsonValue &value, const QString &field) {
 /// Everything that the document tells, each row after its heading: "Errors: 404 notFound".
 QStringList toldRows(const Tables &tables) {
     const QString cues = u"GET Api/Subtitles/Cues?subtitleId=N: "_s; // a whole track with cues
-    QStringList told = toldTrack(tables, cues, true);
+    QStringList told = toldTrack(tables, cues, true) +
+                       toldWord(tables, u"GET, PUT, DELETE Api/Words/Word: "_s, false) +
+                       toldWord(tables, u"POST Api/Words/Save: "_s, true);
     for (const QString &heading : tables.keys()) {
         const QString before = heading + ": "_L1;
         if (heading.contains("Api/"_L1))
@@ -114,7 +139,8 @@ QStringList toldRows(const Tables &tables) {
         else if (heading == "Errors"_L1)
             for (const QStringList &row : tables[heading])
                 told.append(before + row[0] + u' ' + nameIn(row[1]));
-        else if (!heading.startsWith("Track"_L1) && heading != "Timing"_L1)
+        else if (!heading.startsWith("Track"_L1) && heading != "Timing"_L1 && heading != "Word"_L1 &&
+                 heading != "Shown line"_L1)
             for (const QStringList &row : tables[heading])
                 told.append(before + nameIn(row[0]));
     }
@@ -158,6 +184,11 @@ class TablesTest : public ServiceFixture {
     [[nodiscard]] QList<Reply> errors();
     [[nodiscard]] QStringList seenFields();
     [[nodiscard]] QStringList seenFitting();
+    [[nodiscard]] QStringList seenWords();
+    [[nodiscard]] QStringList seenFilmWords();
+    [[nodiscard]] QList<Reply> learnerFileErrors();
+    [[nodiscard]] QStringList seenExport();
+    [[nodiscard]] Reply refusedInAFlood();
     [[nodiscard]] QStringList seenRows();
     void checkSetting(const QString &name, const QString &range, const QString &first);
 
@@ -173,6 +204,7 @@ class TablesTest : public ServiceFixture {
 QList<Reply> TablesTest::errors() {
     const QString lookupRoute = u"Api/MovieFile/GetSubtitlesToDownload"_s;
     const QString uploadRoute = u"Api/Subtitles/UploadGzippedFiles"_s;
+    const QString word = u"Api/Words/Word"_s;
     QList<Reply> replies{ask("GET", settings, {{"Range", "all"}}),
                          get(u"Api/MovieFile/Lines?videoId=0"_s),
                          post(lookupRoute, "fileSize=1", "text/plain"),
@@ -189,15 +221,34 @@ QList<Reply> TablesTest::errors() {
                          german(u"File"_s),
                          ask("DELETE", settings),
                          german(u"Cues"_s),
+                         put(word, {{u"lemma"_s, u"1"_s}}),
+                         put(word, {{u"lemma"_s, u"a"_s}, {u"status"_s, 1}}),
+                         post(u"Api/Words/Save"_s, "{\"form\":\"a\"}", "text/plain"),
+                         get(u"Api/Words/Anki/File"_s),
+                         get(u"Api/Speech/Sound?text=..."_s),
+                         get(u"Api/Speech/Sound?text="_s + QString(301, u'a')),
+                         refusedInAFlood(),
                          post(lookupRoute, QByteArray(9000, 'x'), "application/x-www-form-urlencoded"),
                          get(QString(9000, u'a')),
                          ask("POST", uploadRoute, {{"Content-Encoding", "gzip"}}),
                          germanCues(pictures),
                          germanCues("this is no subtitle"),
                          germanCues("1\n00:00:01,000 --> 00:00:02,000\n\n")};
+    replies += learnerFileErrors();
     SQLite::Database(dataFolder.filePath(u"murvo.sqlite"_s).toStdString(), SQLite::OPEN_READWRITE)
         .exec("DROP TABLE settings"); // a store that another program has damaged
     return replies << get(settings);
+}
+
+QList<Reply> TablesTest::learnerFileErrors() {
+    const QString route = u"Api/Learner/File"_s;
+    const QByteArray good = get(route).body;
+    QByteArray newer = good;
+    newer[60 + 3] = 99; // the file format's place for the number of the schema
+    QList<Reply> replies{post(route, "x", "text/plain"), post(route, newer, "text/plain"),
+                         post(route, good.chopped(good.size() / 2), "text/plain")};
+    const NoMoreRoom atAll(4096);
+    return replies << put(settings, {{u"volumePercent"_s, 7}});
 }
 
 QStringList TablesTest::seenFields() {
@@ -231,10 +282,67 @@ QStringList TablesTest::seenFields() {
     see(u"GET Api/Settings/Languages"_s, get(u"Api/Settings/Languages"_s));
     see(u"GET Api/Home/PendingFilms?after=N"_s, get(u"Api/Home/PendingFilms?after=9"_s));
     (void)put(settings, {{u"nativeLanguage"_s, u"deu"_s}});
+    (void)put(u"Api/Words/Word"_s, {{u"lemma"_s, u"bad"_s}, {u"status"_s, u"known"_s}});
     for (const QString &text : {u"bad child"_s, u"a child"_s, u"Chidl"_s})
         see(u"GET Api/Dictionary/Word?text=TEXT&at=N"_s, get(u"Api/Dictionary/Word?at=2&text="_s + text));
-    fields += seenFitting();
+    see(u"GET Api/Speech/Pronunciation?text=TEXT"_s, get(u"Api/Speech/Pronunciation?text=hello"_s));
+    EXPECT_EQ(get(u"Api/Speech/Sound?text=hello&speed=slow&language=eng&accent=gb"_s).status, 200);
+    EXPECT_EQ(get(u"Api/Words/List?format=tsv"_s).status, 200);
+    fields += seenFitting() + seenWords() + seenFilmWords() + seenExport();
     return fields;
+}
+
+QStringList TablesTest::seenWords() {
+    QStringList rows;
+    const auto see = [&rows](const QString &heading, const Reply &reply) {
+        EXPECT_EQ(reply.status, 200) << reply.body.toStdString();
+        rows += foundFields(reply.json(), heading + ": "_L1);
+    };
+    const QString word = u"GET, PUT, DELETE Api/Words/Word"_s;
+    for (const char *status :
+         {"learning1", "learning2", "learning3", "learning4", "known", "ignored", "new"}) {
+        const Reply marked =
+            put(u"Api/Words/Word"_s, {{u"lemma"_s, u"stone"_s}, {u"status"_s, QLatin1String(status)}});
+        rows.append("Statuses: "_L1 + marked.json()["status"_L1].toString());
+    }
+    for (const QJsonValue &film : {QJsonValue(videoId), QJsonValue(0)}) {
+        const QJsonObject body{{u"form"_s, u"stones"_s}, {u"line"_s, u"Stones!"_s}, {u"videoId"_s, film}};
+        see(u"POST Api/Words/Save"_s, post(u"Api/Words/Save"_s, QJsonDocument(body).toJson(), "text/plain"));
+        see(u"GET Api/Words?status=STATUSES&videoId=N&order=ORDER&offset=N&count=N"_s, get(u"Api/Words"_s));
+    }
+    see(u"GET Api/Words?status=STATUSES&videoId=N&order=ORDER&offset=N&count=N"_s,
+        get(u"Api/Words?status=new&order=saved&offset=0&count=5&videoId=%1"_s.arg(videoId)));
+    see(word, get(u"Api/Words/Word?lemma=stone"_s));
+    see(word, ask("DELETE", u"Api/Words/Word?lemma=stone"_s));
+    see(u"PUT Api/Words/Statuses"_s, put(u"Api/Words/Statuses"_s, {}));
+    see(u"POST Api/Words/Import"_s, post(u"Api/Words/Import"_s, "cat\n-", "text/plain"));
+    see(u"GET, POST Api/Learner/File"_s,
+        post(u"Api/Learner/File"_s, get(u"Api/Learner/File"_s).body, "application/vnd.sqlite3"));
+    return rows;
+}
+
+QStringList TablesTest::seenFilmWords() {
+    QStringList rows;
+    const auto see = [&rows](const QString &heading, const Reply &reply) {
+        EXPECT_EQ(reply.status, 200) << reply.body.toStdString();
+        rows += foundFields(reply.json(), heading + ": "_L1);
+    };
+    const QString ofWords = u"GET Api/MovieFile/Words?videoId=N"_s;
+    (void)put(settings, {{u"startLevel"_s, u"A1"_s}});
+    (void)put(u"Api/Words/Word"_s, {{u"lemma"_s, u"cliff"_s}, {u"status"_s, u"new"_s}});
+    writeFile(u"Second.en.srt"_s, srt("The lantern on the cliff"));
+    const Reply second = lookUp(writeFile(u"Second.mkv"_s, "x"), 2);
+    see(ofWords, get(u"Api/MovieFile/Words?videoId=%1"_s.arg(second.json()["videoId"_L1].toInt())));
+    fetchAndUpload(second);
+    see(ofWords, get(u"Api/MovieFile/Words?videoId=%1"_s.arg(second.json()["videoId"_L1].toInt())));
+    see(u"GET Api/Home/Level"_s, get(u"Api/Home/Level"_s));
+    (void)put(settings, {{u"startLevel"_s, u"C2"_s}});
+    see(u"GET Api/Home/Level"_s, get(u"Api/Home/Level"_s));
+    (void)get(ofFilm(u"Words"_s));                          // its lines are made by now
+    for (const QString &text : {u"line"_s, u"line%2060"_s}) // pages full and not
+        see(u"GET Api/Lines/Search?text=TEXT&below=N&count=N"_s,
+            get(u"Api/Lines/Search?below=2000000000&count=5&text="_s + text));
+    return rows;
 }
 
 QStringList TablesTest::seenFitting() {
@@ -255,6 +363,52 @@ QStringList TablesTest::seenFitting() {
     fields += foundFields(state, heading);
     EXPECT_EQ(ask("DELETE", path).json()["stage"_L1].toString(), u"none"_s);
     return fields;
+}
+
+QStringList TablesTest::seenExport() {
+    const QString package = u"Api/Words/Anki"_s;
+    const QString connect = u"Api/Words/AnkiConnect"_s;
+    QStringList fields = foundFields(get(connect).json(), u"GET, POST Api/Words/AnkiConnect: "_s) +
+                         foundFields(post(package + u"?clips=false"_s, {}, "text/plain").json(),
+                                     u"POST, GET, DELETE Api/Words/Anki: "_s);
+    QElapsedTimer clock;
+    clock.start();
+    while (get(package).json()["stage"_L1].toString() != "done"_L1 && !clock.hasExpired(60'000))
+        std::this_thread::yield();
+    EXPECT_EQ(get(u"Api/Words/Anki/File"_s).status, 200);
+    EXPECT_EQ(ask("DELETE", package).json()["stage"_L1].toString(), u"none"_s);
+    SavedWordsStore(dataFolder.filePath(u"murvo.sqlite"_s)).add({.lemma = u"word"_s});
+    (void)put(settings, {{u"sendsToAnki"_s, true}, {u"ankiConnectPort"_s, freePort()}});
+    QJsonObject state;
+    while (!state["problem"_L1].isObject() && !clock.hasExpired(60'000))
+        state = get(connect).json();
+    (void)put(settings, {{u"sendsToAnki"_s, false}});
+    return fields + foundFields(state, u"GET, POST Api/Words/AnkiConnect: "_s);
+}
+
+/// Asks for more to be spoken at once than is taken, until something is refused.
+Reply TablesTest::refusedInAFlood() {
+    Reply refused;
+    std::mutex mutex;
+    std::atomic<bool> isSeen = false;
+    QElapsedTimer clock;
+    clock.start();
+    std::vector<std::thread> clients;
+    clients.reserve(20);
+    for (int i = 0; i < 20; ++i)
+        clients.emplace_back([&] {
+            while (!isSeen && !clock.hasExpired(30'000)) {
+                const Reply reply = get(u"Api/Speech/Sound?speed=slow&text="_s + QString(300, u'x'));
+                const std::lock_guard lock(mutex);
+                if (reply.status >= 400 && !isSeen) {
+                    refused = reply;
+                    isSeen = true;
+                }
+            }
+        });
+    for (std::thread &client : clients)
+        client.join();
+    return refused;
 }
 
 /// What the service was seen to do, in the form of the document's rows.
@@ -293,6 +447,13 @@ void TablesTest::checkSetting(const QString &name, const QString &range, const Q
             if (QLocale::system().name().section(u'_', 0, 0) == each["languageTag"_L1].toString())
                 expected = each["code"_L1];
         }
+    } else if (range.startsWith("one of "_L1)) {
+        good = QJsonArray::fromStringList(range.section(u':', 0, 0).mid(7).split(u' '));
+    }
+    if (range == "true or false"_L1) { // and off again
+        good = {true, false};
+        bad = {0, u"true"_s};
+        expected = first == "true"_L1;
     }
     EXPECT_FALSE(good.isEmpty()) << "This test cannot read the range of " << name.toStdString();
     EXPECT_EQ(atFirst[name], expected) << name.toStdString();

@@ -110,4 +110,30 @@ TEST_F(WordLookupTest, HasAWordForWhatNothingKnows) {
     EXPECT_EQ(get(u"Api/Dictionary/Word?text=a&at=-1"_s).errorCode(), u"badParameter");
 }
 
+TEST_F(WordLookupTest, PutsFirstWhatTheLearnerHasTaught) {
+    speak(u"fra"_s);
+    const auto teach = [this](const QString &lemma, const QString &gloss) {
+        EXPECT_EQ(put(u"Api/Words/Word"_s, {{u"lemma"_s, lemma}, {u"gloss"_s, gloss}}).status, 200);
+    };
+    teach(u"See"_s, u"voir"_s);
+    const QJsonObject seen = click(u"I [saw] it"_s);
+    EXPECT_THAT(words(seen), testing::ElementsAre(u"see"_s, u"saw"_s)) << "before the form itself";
+    EXPECT_EQ(seen["headwords"_L1][0]["gloss"_L1], u"voir"_s);
+    EXPECT_FALSE(seen["headwords"_L1][0]["entries"_L1].toArray().isEmpty()) << "the dictionary's words stay";
+    EXPECT_TRUE(seen["headwords"_L1][0]["status"_L1].isNull());
+    (void)put(u"Api/Words/Word"_s, {{u"lemma"_s, u"see"_s}, {u"status"_s, u"learning2"_s}});
+    EXPECT_EQ(click(u"I [saw] it"_s)["headwords"_L1][0]["status"_L1], u"learning2"_s);
+
+    EXPECT_THAT(words(click(u"my [zorblaxes]"_s)), testing::IsEmpty());
+    teach(u"zorblaxes"_s, u"des choses"_s);
+    EXPECT_EQ(click(u"my [Zorblaxes]!"_s)["headwords"_L1][0]["gloss"_L1], u"des choses"_s);
+    teach(u"pull a rabbit"_s, u"improviser"_s);
+    const QJsonValue phrase = click(u"He pulled a [rabbit] out"_s)["headwords"_L1][0];
+    EXPECT_EQ(phrase["gloss"_L1], u"improviser"_s);
+    EXPECT_EQ(phrase["length"_L1].toInt(), 15);
+
+    speak(u"deu"_s);
+    EXPECT_EQ(click(u"I [saw] it"_s)["headwords"_L1][0]["gloss"_L1], QString()) << "of another language";
+}
+
 } // namespace murvo::service::test

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+namespace murvo::service {
+
+struct ZipEntry {
+    QString name;
+    QByteArray content;
+    bool isToBePacked = true; ///< false for what is packed already, as pictures are
+};
+
+/// A zip file of the entries, made in memory. Throws std::runtime_error when it cannot be.
+[[nodiscard]] QByteArray zipArchive(const QList<ZipEntry> &entries);
+
+} // namespace murvo::service

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Http/VocabularyJson.h"
+
+#include "Vocabulary/Lexicon.h"
+
+#include <QJsonArray>
+
+namespace murvo::service {
+
+namespace {
+
+QJsonValue idOrNull(qint32 id) {
+    return id == 0 ? QJsonValue(QJsonValue::Null) : QJsonValue(id);
+}
+
+} // namespace
+
+QJsonObject wordJson(const SavedWord &word, const Lexicon &lexicon) {
+    QJsonArray sightings;
+    if (!word.line.isEmpty())
+        sightings.append(sightingJson({word.form, word.line, word.translation, word.filmId, word.filmName, 0,
+                                       word.startMs, word.endMs, word.savedAtMs}));
+    return {{QStringLiteral("lemma"), word.lemma},
+            {QStringLiteral("status"), nameOf(word.status)},
+            {QStringLiteral("gloss"), word.gloss},
+            {QStringLiteral("rank"), lexicon.rank(word.lemma)},
+            {QStringLiteral("guid"), word.guid},
+            {QStringLiteral("addedAtMs"), word.addedAtMs},
+            {QStringLiteral("changedAtMs"), word.changedAtMs},
+            {QStringLiteral("sightings"), sightings}};
+}
+
+QJsonObject unmarkedWordJson(const QString &lemma, const QString &gloss, const Lexicon &lexicon) {
+    return {{QStringLiteral("lemma"), lemma},
+            {QStringLiteral("status"), QJsonValue::Null},
+            {QStringLiteral("gloss"), gloss},
+            {QStringLiteral("rank"), lexicon.rank(lemma)},
+            {QStringLiteral("guid"), QJsonValue::Null},
+            {QStringLiteral("addedAtMs"), QJsonValue::Null},
+            {QStringLiteral("changedAtMs"), QJsonValue::Null}};
+}
+
+QJsonObject sightingJson(const Sighting &sighting) {
+    return {{QStringLiteral("form"), sighting.form},
+            {QStringLiteral("line"), sighting.line},
+            {QStringLiteral("translation"), sighting.translation},
+            {QStringLiteral("videoId"), idOrNull(sighting.filmId)},
+            {QStringLiteral("fileName"), sighting.filmName},
+            {QStringLiteral("startMs"), sighting.startMs},
+            {QStringLiteral("endMs"), sighting.endMs},
+            {QStringLiteral("savedAtMs"), sighting.savedAtMs}};
+}
+
+QJsonObject lineJson(const ShownLine &line) {
+    return {{QStringLiteral("videoId"), line.filmId},
+            {QStringLiteral("fileName"), line.filmName},
+            {QStringLiteral("subtitleId"), line.subtitleId},
+            {QStringLiteral("startMs"), line.startMs},
+            {QStringLiteral("endMs"), line.endMs},
+            {QStringLiteral("text"), line.text},
+            {QStringLiteral("translation"), line.translation}};
+}
+
+QJsonValue statusJson(std::optional<WordStatus> status) {
+    return status ? QJsonValue(nameOf(*status)) : QJsonValue(QJsonValue::Null);
+}
+
+} // namespace murvo::service

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "Store/WordTable.h"
+#include "Vocabulary/LineReader.h"
+
+#include <QJsonObject>
+
+namespace murvo::service {
+
+class Lexicon;
+
+// The forms of words and lines in the service's replies.
+
+/// With the line in which it was saved last.
+[[nodiscard]] QJsonObject wordJson(const SavedWord &word, const Lexicon &lexicon);
+
+/// Without sightings.
+[[nodiscard]] QJsonObject unmarkedWordJson(const QString &lemma, const QString &gloss,
+                                           const Lexicon &lexicon);
+
+[[nodiscard]] QJsonObject sightingJson(const Sighting &sighting);
+
+[[nodiscard]] QJsonObject lineJson(const ShownLine &line);
+
+/// Its name, or null for none.
+[[nodiscard]] QJsonValue statusJson(std::optional<WordStatus> status);
+
+} // namespace murvo::service

@@ -1,0 +1,222 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Http/WordRoutes.h"
+
+#include "Http/Router.h"
+#include "Http/VocabularyJson.h"
+#include "Store/FilmTable.h"
+#include "Store/GlossTable.h"
+#include "Store/SettingsTable.h"
+#include "Store/WordTable.h"
+#include "Vocabulary/Lexicon.h"
+#include "Vocabulary/WordImport.h"
+#include "Vocabulary/WordKey.h"
+
+#include <QJsonArray>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace murvo::service {
+
+namespace {
+
+constexpr qsizetype longestText = 2000;
+constexpr qsizetype mostGrades = 10'000;
+constexpr qint32 mostWords = 500;
+constexpr qint32 usualWords = 100;
+constexpr qsizetype largestList = 4 * 1024 * 1024;
+
+QString checkedWord(const std::optional<QString> &word) {
+    if (!word)
+        throw RouteError(400, QStringLiteral("badWord"),
+                         QStringLiteral("A word has a letter, no control characters, and a hundred "
+                                        "characters at most."));
+    return *word;
+}
+
+QString checkedLemma(const QString &text) {
+    return checkedWord(wordKey(text));
+}
+
+WordStatus checkedStatus(const QJsonValue &value) {
+    const auto status = wordStatusNamed(value.toString());
+    if (!status)
+        throw RouteError(400, QStringLiteral("badStatus"),
+                         QStringLiteral("A status is one of new, learning1 to learning4, known, ignored."));
+    return *status;
+}
+
+RouteError badLine(const QString &message) {
+    return {400, QStringLiteral("badLine"), message};
+}
+
+// Text for people: without what they cannot see, but with its line breaks and a blank for a tab.
+QString checkedText(const QJsonValue &value) {
+    QString text = value.toString();
+    if (text.size() > longestText)
+        throw badLine(QStringLiteral("A line and a meaning have two thousand characters at most."));
+    if (!text.isValidUtf16())
+        throw badLine(QStringLiteral("A line and a meaning must be text."));
+    text.replace(u'\t', u' ').removeIf([](QChar sign) { return sign != u'\n' && sign.category() == QChar::Other_Control; });
+    return text.trimmed();
+}
+
+qint64 checkedTime(const QJsonValue &value) {
+    constexpr qint64 longestFilmMs = 86'400'000;
+    const qint64 timeMs = value.isUndefined() ? 0 : value.toInteger(-1);
+    if (timeMs < 0 || timeMs > longestFilmMs)
+        throw badLine(QStringLiteral("\"startMs\" and \"endMs\" must be whole milliseconds of the film."));
+    return timeMs;
+}
+
+Sighting checkedSighting(const QJsonObject &body, const VocabularyParts &parts) {
+    Sighting sighting;
+    sighting.form = body.value(QLatin1String("form")).toString();
+    sighting.line = checkedText(body.value(QLatin1String("line")));
+    if (sighting.line.isEmpty())
+        throw badLine(QStringLiteral("\"line\" must be the text of the line."));
+    sighting.translation = checkedText(body.value(QLatin1String("translation")));
+    sighting.startMs = checkedTime(body.value(QLatin1String("startMs")));
+    sighting.endMs = std::max(sighting.startMs, checkedTime(body.value(QLatin1String("endMs"))));
+    sighting.filmId = body.value(QLatin1String("videoId")).toInt();
+    sighting.subtitleId = body.value(QLatin1String("subtitleId")).toInt();
+    if (sighting.filmId != 0 && !parts.lines.films.find(sighting.filmId))
+        throw RouteError(404, QStringLiteral("unknownFilm"), QStringLiteral("No film has this number."));
+    if (sighting.subtitleId != 0) {
+        const auto subtitle = parts.lines.subtitles.find(sighting.subtitleId);
+        if (!subtitle || subtitle->filmId != sighting.filmId)
+            throw RouteError(404, QStringLiteral("unknownSubtitle"),
+                             QStringLiteral("No subtitle of this film has this number."));
+    }
+    return sighting;
+}
+
+// What both ways of changing a word may hold.
+WordChange changeOf(const QString &lemma, const QJsonObject &body, const VocabularyParts &parts) {
+    WordChange change;
+    change.lemma = lemma;
+    change.glossLanguage = parts.lines.settings.nativeLanguage();
+    const QJsonValue status = body.value(QLatin1String("status"));
+    if (!status.isUndefined())
+        change.status = checkedStatus(status);
+    const QJsonValue gloss = body.value(QLatin1String("gloss"));
+    if (!gloss.isUndefined())
+        change.gloss = checkedText(gloss);
+    return change;
+}
+
+Response wordResponse(const QString &lemma, const VocabularyParts &parts) {
+    const QString language = parts.lines.settings.nativeLanguage();
+    const auto word = parts.words.find(lemma, language);
+    QJsonArray sightings;
+    for (const Sighting &each : parts.words.sightings(lemma))
+        sightings.append(sightingJson(each));
+    QJsonObject object = word ? wordJson(*word, parts.lexicon)
+                              : unmarkedWordJson(lemma, parts.glosses.gloss(lemma, language), parts.lexicon);
+    object.insert(QStringLiteral("sightings"), sightings);
+    return jsonResponse(object);
+}
+
+Response one(const Request &request, const VocabularyParts &parts) {
+    return wordResponse(checkedLemma(request.parameters.value(QStringLiteral("lemma"))), parts);
+}
+
+Response change(const Request &request, const VocabularyParts &parts) {
+    const QJsonObject body = jsonBody(request);
+    const QString lemma = checkedLemma(body.value(QLatin1String("lemma")).toString());
+    parts.words.keep(changeOf(lemma, body, parts));
+    return wordResponse(lemma, parts);
+}
+
+Response save(const Request &request, const VocabularyParts &parts) {
+    const QJsonObject body = jsonBody(request);
+    const QString form = body.value(QLatin1String("form")).toString();
+    const QJsonValue lemma = body.value(QLatin1String("lemma"));
+    const QString ofForm = checkedWord(parts.lexicon.lemma(form));
+    const QString key = lemma.isUndefined() ? ofForm : checkedLemma(lemma.toString());
+    WordChange kept = changeOf(key, body, parts);
+    kept.sighting = checkedSighting(body, parts);
+    parts.words.keep(kept);
+    return wordResponse(key, parts);
+}
+
+Response forget(const Request &request, const VocabularyParts &parts) {
+    const QString lemma = checkedLemma(request.parameters.value(QStringLiteral("lemma")));
+    std::ignore = parts.words.forget(lemma);
+    return wordResponse(lemma, parts);
+}
+
+// Everything is checked before anything is changed.
+Response grade(const Request &request, const VocabularyParts &parts) {
+    const QJsonArray list = jsonBody(request).value(QLatin1String("words")).toArray();
+    if (list.size() > mostGrades)
+        throw RouteError(413, QStringLiteral("tooLarge"),
+                         QStringLiteral("Ten thousand words can be graded at once."));
+    QList<WordGrade> grades;
+    for (const QJsonValue each : list)
+        grades.append({checkedLemma(each[QLatin1String("lemma")].toString()),
+                       checkedStatus(each[QLatin1String("status")])});
+    return jsonResponse({{QStringLiteral("changed"), parts.words.grade(grades)}});
+}
+
+qint32 numberOr(const Request &request, const QString &name, qint32 smallest, qint32 otherwise) {
+    return request.parameters.contains(name) ? request.wholeNumber(name, smallest) : otherwise;
+}
+
+WordOrder orderNamed(const QString &name) {
+    const std::array orders{std::pair(QLatin1String(""), WordOrder::Added),
+                            std::pair(QLatin1String("added"), WordOrder::Added),
+                            std::pair(QLatin1String("changed"), WordOrder::Changed),
+                            std::pair(QLatin1String("saved"), WordOrder::Saved),
+                            std::pair(QLatin1String("alphabet"), WordOrder::Alphabet)};
+    const auto *const found =
+        std::find_if(orders.begin(), orders.end(), [&name](const auto &each) { return name == each.first; });
+    if (found == orders.end())
+        throw RouteError(400, QStringLiteral("badParameter"),
+                         QStringLiteral("\"order\" must be added, changed, saved or alphabet."));
+    return found->second;
+}
+
+Response list(const Request &request, const VocabularyParts &parts) {
+    WordQuery query;
+    const QString statuses = request.parameters.value(QStringLiteral("status"));
+    for (const QString &name : statuses.split(u',', Qt::SkipEmptyParts))
+        query.statuses.append(checkedStatus(name));
+    query.filmId = numberOr(request, QStringLiteral("videoId"), 1, 0);
+    query.order = orderNamed(request.parameters.value(QStringLiteral("order")));
+    query.offset = numberOr(request, QStringLiteral("offset"), 0, 0);
+    query.count = std::min(numberOr(request, QStringLiteral("count"), 1, usualWords), mostWords);
+    const WordPage page = parts.words.list(query, parts.lines.settings.nativeLanguage());
+    QJsonArray words;
+    for (const SavedWord &word : page.words)
+        words.append(wordJson(word, parts.lexicon));
+    return jsonResponse({{QStringLiteral("total"), page.total}, {QStringLiteral("words"), words}});
+}
+
+Response importList(const Request &request, const VocabularyParts &parts) {
+    if (request.body.size() > largestList)
+        throw RouteError(413, QStringLiteral("tooLarge"), QStringLiteral("The list is too large."));
+    const WordImportResult result = importKnownWords(request.body, parts.words, parts.lexicon);
+    return jsonResponse({{QStringLiteral("added"), result.added},
+                         {QStringLiteral("known"), result.known},
+                         {QStringLiteral("unreadable"), result.unreadable}});
+}
+
+} // namespace
+
+void addWordRoutes(Router &router, const VocabularyParts &parts) {
+    const auto add = [&](const char *method, const char *path, auto answer) {
+        router.add(method, QLatin1String("Api/Words") + QLatin1String(path),
+                   [parts, answer](const Request &request) { return answer(request, parts); });
+    };
+    add("GET", "", list);
+    add("GET", "/Word", one);
+    add("PUT", "/Word", change);
+    add("DELETE", "/Word", forget);
+    add("POST", "/Save", save);
+    add("PUT", "/Statuses", grade);
+    add("POST", "/Import", importList);
+}
+
+} // namespace murvo::service

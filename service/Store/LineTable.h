@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "Store/SubtitleTable.h"
+#include "Subtitles/Cues.h"
+
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+namespace murvo::service {
+
+class Database;
+
+/// A line of a stored subtitle, at the subtitle's own times.
+struct StoredLine {
+    qint64 id = 0;
+    qint32 subtitleId = 0;
+    qint64 startMs = 0;
+    qint64 endMs = 0;
+    QString text; ///< its text lines parted by "\n"
+};
+
+struct FoundLine {
+    StoredLine line;
+    qint32 filmId = 0;
+};
+
+/// How often a dictionary form is in an English subtitle.
+struct MetWord {
+    QString lemma;
+    QString form; ///< as the line has it
+    qint32 count = 0;
+    bool isName = false; ///< of a person, a place; nothing to learn
+    qsizetype cue = 0;   ///< which of the cues shows it; write only
+    qint64 lineId = 0;   ///< the same when read
+};
+
+/// The table of the lines of all stored subtitles, with an index of their words, and of the words met in the
+/// English ones. All of it is made from the subtitles' contents. Any thread; borrows the database. Every call
+/// may throw SQLite::Exception.
+class LineTable {
+  public:
+    explicit LineTable(Database &database)
+        : _database(database) {}
+
+    /// Subtitles (of one film, or of all for 0) whose lines were not made from what is stored of them now,
+    /// or not in the way of that number; the newest first.
+    [[nodiscard]] QList<qint32> due(int madeBy, qint32 filmId = 0);
+
+    [[nodiscard]] bool isDue(int madeBy, qint32 subtitleId);
+
+    /// Keeps the lines and words of a subtitle, unless it has become another since it was read; at once or
+    /// not at all.
+    void replace(const Subtitle &subtitle, int madeBy, const QList<Cue> &cues, const QList<MetWord> &words);
+
+    [[nodiscard]] QList<MetWord> words(qint32 subtitleId);
+
+    /// The lines that start in that time of the subtitle, in order.
+    [[nodiscard]] QList<StoredLine> between(qint32 subtitleId, qint64 fromMs, qint64 toMs);
+
+    [[nodiscard]] std::optional<StoredLine> line(qint64 lineId);
+
+    /// Up to count lines with that phrase, the last word of which may go on, in letters of any case and with
+    /// accents or without: those below the line of that id (0: all), films met last first, each in its order.
+    [[nodiscard]] QList<FoundLine> search(const QString &phrase, qint64 belowId, qint32 count);
+
+  private:
+    Database &_database;
+};
+
+} // namespace murvo::service
