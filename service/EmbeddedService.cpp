@@ -44,7 +44,6 @@
 #include "Vocabulary/FilmWords.h"
 #include "Vocabulary/Lexicon.h"
 #include "Vocabulary/LineIndex.h"
-#include "Vocabulary/RankStandIn.h"
 
 #include <QDir>
 #include <QFile>
@@ -118,8 +117,7 @@ struct EmbeddedService::Impl {
     English english{wordNet, WordRank::ofProgram()};
     Dictionaries dictionaries{installedDictionaries};
     WordLookup wordLookup{english, wordNet, dictionaries};
-    const QHash<QString, int> ranks = standInRanks();
-    Lexicon lexicon{english, [this](const QString &lemma) { return ranks.value(lemma); }};
+    Lexicon lexicon{english, [this](const QString &lemma) { return english.rank(lemma); }};
     WordTable words{database};
     GlossTable glosses{database};
     LineTable lineTable{database};
