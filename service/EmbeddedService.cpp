@@ -44,7 +44,6 @@
 #include "Vocabulary/FilmWords.h"
 #include "Vocabulary/Lexicon.h"
 #include "Vocabulary/LineIndex.h"
-#include "Vocabulary/RankStandIn.h"
 
 #include <QDir>
 #include <QFile>
@@ -138,11 +137,10 @@ struct EmbeddedService::Impl {
     FilmLines lines{subtitles, choices, inside};
     TrackSync sync{subtitles, timings, lines};
     WordNet wordNet{installedWordNet};
-    English english{wordNet};
+    English english{wordNet, WordRank::ofProgram()};
     Dictionaries dictionaries{installedDictionaries};
     WordLookup wordLookup{english, wordNet, dictionaries};
-    const QHash<QString, int> ranks = standInRanks();
-    Lexicon lexicon{english, [this](const QString &lemma) { return ranks.value(lemma); }};
+    Lexicon lexicon{english, [this](const QString &lemma) { return english.rank(lemma); }};
     WordTable words{database};
     GlossTable glosses{database};
     LineTable lineTable{database};

@@ -117,6 +117,21 @@ bool DictdDictionary::has(QStringView word) const {
     });
 }
 
+void DictdDictionary::eachEntry(const std::function<void(const QByteArray &text)> &visit) const {
+    std::vector<std::pair<qint64, qint64>> places;
+    _index.each([&places](std::string_view key, std::string_view line) {
+        if (!isAboutItself(key))
+            places.emplace_back(decoded(column(line, 1)), decoded(column(line, 2)));
+    });
+    std::sort(places.begin(), places.end());
+    places.erase(std::unique(places.begin(), places.end()), places.end());
+    Dictzip::LastChunk last;
+    for (const auto &[offset, length] : places) {
+        if (const std::optional<QByteArray> text = _text.read(offset, length, last))
+            visit(*text);
+    }
+}
+
 QString DictdDictionary::about(const char *what) const {
     for (const QByteArray &prefix : {QByteArray("00database"), QByteArray("00-database-")}) {
         const QStringList found = texts(_index.find(view(prefix + what)));

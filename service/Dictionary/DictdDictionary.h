@@ -8,6 +8,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 namespace murvo::service {
 
 /// One dictionary as the dictd packages install it, NAME.index and NAME.dict.dz, read in place.
@@ -38,6 +40,9 @@ class DictdDictionary {
                 visit(key);
         });
     }
+
+    /// Calls visit with the raw text of each entry, in the order of the file, each once.
+    void eachEntry(const std::function<void(const QByteArray &text)> &visit) const;
 
     /// Must be called before other threads look up when the index may be unsorted; reads all of it.
     void makeSorted() { _index.makeSorted(); }

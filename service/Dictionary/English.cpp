@@ -139,6 +139,25 @@ void add(std::vector<Candidate> &candidates, const QByteArray &word, int weight)
         known->weight = std::max(known->weight, weight);
 }
 
+// The form as a word of its own. Of words that WordNet's makers met as often, mostly never, it goes before
+// those that are used less: "wedding" before "wed".
+void addItself(std::vector<Candidate> &sorted, Candidate itself, const WordRank &ranks) {
+    const auto known = std::find_if(sorted.begin(), sorted.end(),
+                                    [&itself](const Candidate &each) { return each.word == itself.word; });
+    if (known != sorted.end()) {
+        itself.weight = std::max(itself.weight, known->weight);
+        sorted.erase(known);
+    }
+    const int rank = ranks.of(QString::fromLatin1(itself.word));
+    const auto goesBehind = [&](const Candidate &each) {
+        if (each.weight != itself.weight || rank == 0)
+            return each.weight < itself.weight;
+        const int other = ranks.of(QString::fromLatin1(each.word));
+        return other == 0 || rank < other;
+    };
+    sorted.insert(std::find_if(sorted.begin(), sorted.end(), goesBehind), std::move(itself));
+}
+
 } // namespace
 
 std::vector<EnglishWord> englishWords(QStringView line) {
@@ -205,11 +224,11 @@ QStringList English::knownWords(const QByteArray &form) const {
                 add(candidates, word, _wordNet.timesMet(word, part));
         }
     }
-    if (own >= 0)
-        add(candidates, form, own);
     std::stable_sort(candidates.begin(), candidates.end(), [](const Candidate &left, const Candidate &right) {
         return left.weight > right.weight;
     });
+    if (own >= 0)
+        addItself(candidates, {form, own}, _rank);
     QStringList words;
     for (const Candidate &candidate : candidates)
         words.append(QString::fromLatin1(candidate.word));

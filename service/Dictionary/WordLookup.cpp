@@ -4,6 +4,7 @@
 #include "Dictionary/FreeDictEntry.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace murvo::service {
 
@@ -56,6 +57,7 @@ bool WordLookup::isKnown(const QString &word, const QString &language) {
 Headword WordLookup::headword(const QString &word, const QString &language, const Glosses &glosses) {
     Headword found;
     found.word = word;
+    found.rank = _english.rank(word);
     found.gloss = glosses.value(word);
     for (const auto &opened : _dictionaries.of(language)) {
         std::vector<Entry> entries;
@@ -86,14 +88,13 @@ QStringList WordLookup::near(const QString &form) const {
     for (const QByteArray &word : misspelt(lower)) {
         if (!_wordNet.has(word))
             continue;
-        int times = 0;
-        for (const PartOfSpeech part : partsOfSpeech)
-            times += _wordNet.timesMet(word, part);
-        found.emplace_back(-times, QString::fromUtf8(word));
+        const QString text = QString::fromUtf8(word);
+        const int rank = _english.rank(text);
+        found.emplace_back(rank == 0 ? std::numeric_limits<int>::max() : rank, text);
     }
     std::sort(found.begin(), found.end());
     QStringList words;
-    for (const auto &[times, word] : found) {
+    for (const auto &[rank, word] : found) {
         if (!words.contains(word) && words.size() < mostNear)
             words.append(word);
     }

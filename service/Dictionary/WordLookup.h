@@ -26,6 +26,7 @@ struct Headword {
     int start = 0; ///< what it covers of the text, in UTF-16 units, as length
     int length = 0;
     bool isPhrase = false;
+    int rank = 0;                      ///< by use, as English tells it
     QString gloss;                     ///< the learner's own, empty when there is none
     std::vector<SourcedEntry> entries; ///< into the learner's language
     std::vector<WordNetSense> english;

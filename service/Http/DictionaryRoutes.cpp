@@ -71,10 +71,15 @@ QJsonObject headwordJson(const Headword &headword, std::optional<WordStatus> sta
     QJsonArray english;
     for (const WordNetSense &sense : headword.english)
         english.append(englishJson(sense));
-    return {{QStringLiteral("word"), headword.word},   {QStringLiteral("isPhrase"), headword.isPhrase},
-            {QStringLiteral("start"), headword.start}, {QStringLiteral("length"), headword.length},
-            {QStringLiteral("gloss"), headword.gloss}, {QStringLiteral("status"), statusJson(status)},
-            {QStringLiteral("entries"), entries},      {QStringLiteral("english"), english}};
+    return {{QStringLiteral("word"), headword.word},
+            {QStringLiteral("isPhrase"), headword.isPhrase},
+            {QStringLiteral("start"), headword.start},
+            {QStringLiteral("length"), headword.length},
+            {QStringLiteral("rank"), headword.rank},
+            {QStringLiteral("gloss"), headword.gloss},
+            {QStringLiteral("status"), statusJson(status)},
+            {QStringLiteral("entries"), entries},
+            {QStringLiteral("english"), english}};
 }
 
 Response lookUp(const Request &request, WordLookup &lookup, const VocabularyParts &parts) {

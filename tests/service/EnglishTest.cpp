@@ -26,7 +26,7 @@ QStringList formsIn(QStringView line) {
 } // namespace
 
 TEST(EnglishTest, FindsTheWordOfAForm) {
-    const English english(wordNet());
+    const English english(wordNet(), WordRank::ofProgram());
     // Written by hand, from the English of films: "form word", the word that a learner should be shown first.
     const QStringList pairs =
         uR"(went go; gone go; goes go; going go; ran run; running run; runs run; saw see; seen see; seeing see;

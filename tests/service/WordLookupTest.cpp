@@ -46,6 +46,7 @@ TEST_F(WordLookupTest, AnswersAClickOnAnyFormInTheLearnersLanguage) {
     const QJsonValue child = children["headwords"_L1].toArray().last();
     EXPECT_EQ(translations(child), QStringList{u"enfant"_s});
     EXPECT_EQ(child["start"_L1].toInt(), 4);
+    EXPECT_TRUE(child["rank"_L1].toInt() > 0 && child["rank"_L1].toInt() < 500) << "a common word";
     EXPECT_EQ(child["english"_L1][0]["definition"_L1].toString(), u"a young person of either sex");
     EXPECT_THAT(child["entries"_L1][0]["licence"_L1].toString().toStdString(),
                 testing::HasSubstr("General Public License"));
