@@ -150,7 +150,7 @@ struct EmbeddedService::Impl {
     VocabularyParts vocabulary{lineParts, words, glosses, filmWords, lexicon};
     Speaker speaker;
     AnkiTable ankiNotes{database};
-    PackageExport package{words, settings, wordFacts()};
+    PackageExport package{words, settings, wordFacts(), learnerFile.temporaryPath()};
     AnkiSender ankiSender{database, words, ankiNotes, settings, wordFacts()};
     Router router;
     std::unique_ptr<HttpServer> server;

@@ -10,7 +10,7 @@
 
 namespace murvo::service {
 
-QByteArray ankiPackage(const QList<AnkiNote> &notes, qint64 nowMs) {
+void writeAnkiPackage(const QString &path, const QList<AnkiNote> &notes, qint64 nowMs) {
     QList<ZipEntry> entries{{QStringLiteral("collection.anki2"), ankiCollection(notes, nowMs)}};
     QJsonObject names; // files are numbers in the package, and this tells what they are called
     QSet<QString> taken;
@@ -25,7 +25,7 @@ QByteArray ankiPackage(const QList<AnkiNote> &notes, qint64 nowMs) {
         }
     }
     entries.append({QStringLiteral("media"), QJsonDocument(names).toJson(QJsonDocument::Compact)});
-    return zipArchive(entries);
+    writeZip(path, entries);
 }
 
 } // namespace murvo::service

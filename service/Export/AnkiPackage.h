@@ -5,9 +5,8 @@
 
 namespace murvo::service {
 
-/// An .apkg file for Anki's import, made in memory. A second import of the same words brings the first up to
-/// date: it takes the notes that were exported later. Any thread; throws std::exception when there is no
-/// memory.
-[[nodiscard]] QByteArray ankiPackage(const QList<AnkiNote> &notes, qint64 nowMs);
+/// Writes an .apkg file for Anki's import. A second import of the same words brings the first up to date: it
+/// takes the notes that were exported later. Any thread; throws std::exception when there is no room.
+void writeAnkiPackage(const QString &path, const QList<AnkiNote> &notes, qint64 nowMs);
 
 } // namespace murvo::service

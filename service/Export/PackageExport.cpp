@@ -8,6 +8,7 @@
 #include "Store/WordTable.h"
 
 #include <QDateTime>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <chrono>
@@ -24,7 +25,7 @@ using namespace std::chrono_literals;
 
 // A film in full HD whose key pictures are ten seconds apart takes 0.8 s a clip: enough for a thousand words.
 constexpr auto timeForClips = 15min;
-// The package is twice in memory while it is made. A clip has some 60 KB.
+// All are in memory until the package is written. A clip has some 60 KB.
 constexpr qsizetype mostClipBytes = 256 * 1024 * 1024;
 
 /// The places of the cards, film by film and each in its order.
@@ -42,10 +43,11 @@ std::vector<qsizetype> byFilm(const QList<WordCard> &cards) {
 
 } // namespace
 
-PackageExport::PackageExport(WordTable &words, SettingsTable &settings, WordFacts facts)
+PackageExport::PackageExport(WordTable &words, SettingsTable &settings, WordFacts facts, QString path)
     : _words(words)
     , _settings(settings)
-    , _facts(std::move(facts)) {}
+    , _facts(std::move(facts))
+    , _path(std::move(path)) {}
 
 void PackageExport::begin(bool withClips) {
     auto job = std::make_shared<Job>();
@@ -81,9 +83,12 @@ PackageState PackageExport::state() const {
     return _job ? _job->state : PackageState();
 }
 
-QByteArray PackageExport::package() const {
+std::shared_ptr<QFile> PackageExport::package() const {
     const std::lock_guard lock(_mutex);
-    return _job && _job->state.stage == PackageState::Stage::Done ? _job->package : QByteArray();
+    if (!_job || _job->state.stage != PackageState::Stage::Done)
+        return nullptr;
+    auto file = std::make_shared<QFile>(_job->package->fileName());
+    return file->open(QIODevice::ReadOnly) ? file : nullptr;
 }
 
 void PackageExport::run(Job &job, const std::atomic<bool> &isCancelled) {
@@ -95,10 +100,13 @@ void PackageExport::run(Job &job, const std::atomic<bool> &isCancelled) {
     const QList<AnkiNote> notes = notesOf(job, cards, isCancelled);
     if (isCancelled)
         return; // nobody has this job any more
-    QByteArray package = ankiPackage(notes, QDateTime::currentMSecsSinceEpoch());
+    auto package = std::make_unique<QTemporaryFile>(_path);
+    if (!package->open())
+        throw std::runtime_error("no file can be made");
+    writeAnkiPackage(package->fileName(), notes, QDateTime::currentMSecsSinceEpoch());
     const std::lock_guard lock(_mutex);
     job.state.percent = 100;
-    job.state.bytes = package.size();
+    job.state.bytes = QFileInfo(package->fileName()).size();
     job.package = std::move(package);
 }
 

@@ -20,7 +20,7 @@ using Source = std::unique_ptr<zip_source_t, SourceFree>;
 using Archive = std::unique_ptr<zip_t, ArchiveDiscard>;
 
 [[noreturn]] void fail() {
-    throw std::runtime_error("the archive cannot be made");
+    throw std::runtime_error("the archive cannot be written");
 }
 
 // The content must live until the archive is closed.
@@ -37,42 +37,18 @@ void add(zip_t &archive, const ZipEntry &entry) {
         fail();
 }
 
-QByteArray contentOf(zip_source_t &file) {
-    zip_stat_t facts;
-    zip_stat_init(&facts);
-    if (zip_source_open(&file) < 0)
-        fail();
-    QByteArray bytes;
-    if (zip_source_stat(&file, &facts) == 0 && (facts.valid & ZIP_STAT_SIZE) != 0) {
-        bytes.resize(static_cast<qsizetype>(facts.size));
-        if (zip_source_read(&file, bytes.data(), facts.size) != static_cast<zip_int64_t>(facts.size))
-            bytes.clear();
-    }
-    zip_source_close(&file);
-    if (bytes.isEmpty())
-        fail();
-    return bytes;
-}
-
 } // namespace
 
-QByteArray zipArchive(const QList<ZipEntry> &entries) {
-    zip_error_t error;
-    zip_error_init(&error);
-    const Source file(zip_source_buffer_create(nullptr, 0, 0, &error));
-    if (!file)
-        fail();
-    Archive archive(zip_open_from_source(file.get(), ZIP_TRUNCATE, &error));
-    zip_error_fini(&error);
+void writeZip(const QString &path, const QList<ZipEntry> &entries) {
+    int code = 0;
+    Archive archive(zip_open(path.toUtf8().constData(), ZIP_CREATE | ZIP_TRUNCATE, &code));
     if (!archive)
         fail();
-    zip_source_keep(file.get()); // the archive gives up a share of its own
     for (const ZipEntry &entry : entries)
         add(*archive, entry);
     if (zip_close(archive.get()) < 0)
         fail();
     std::ignore = archive.release(); // closing has freed it
-    return contentOf(*file);
 }
 
 } // namespace murvo::service

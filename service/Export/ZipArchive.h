@@ -13,7 +13,7 @@ struct ZipEntry {
     bool isToBePacked = true; ///< false for what is packed already, as pictures are
 };
 
-/// A zip file of the entries, made in memory. Throws std::runtime_error when it cannot be.
-[[nodiscard]] QByteArray zipArchive(const QList<ZipEntry> &entries);
+/// Writes a zip file of the entries in place of what is there. Throws std::runtime_error when it cannot be.
+void writeZip(const QString &path, const QList<ZipEntry> &entries);
 
 } // namespace murvo::service

@@ -68,11 +68,15 @@ Response endPackage(const Request &, const ExportRouteParts &parts) {
 }
 
 Response packageFile(const Request &, const ExportRouteParts &parts) {
-    const QByteArray package = parts.package.package();
-    if (package.isEmpty())
+    auto package = parts.package.package();
+    if (!package)
         throw RouteError(409, QStringLiteral("notFinished"),
                          QStringLiteral("There is no finished package; begin one, or wait."));
-    return {200, QByteArrayLiteral("application/octet-stream"), package, QByteArrayLiteral("murvo.apkg")};
+    return {200,
+            QByteArrayLiteral("application/octet-stream"),
+            {},
+            QByteArrayLiteral("murvo.apkg"),
+            std::move(package)};
 }
 
 QJsonValue problemOrNull(const AnkiProblem &problem) {

@@ -74,13 +74,13 @@ void vacuumInto(SQLite::Database &connection, const QString &path) {
 
 } // namespace
 
-QString LearnerFile::folder() const {
-    return QFileInfo(_storePath).path();
+QString LearnerFile::temporaryPath() const {
+    return QFileInfo(_storePath).path() + QStringLiteral("/murvo-copy-XXXXXX");
 }
 
 // Another Murvo may be at work in the same folder.
 void LearnerFile::removeLeftovers() const {
-    QDir beside(folder());
+    QDir beside(QFileInfo(_storePath).path());
     const QDateTime longAgo = QDateTime::currentDateTime().addSecs(-leftoverSeconds);
     for (const QFileInfo &file : beside.entryInfoList({QStringLiteral("murvo-copy-*")}, QDir::Files)) {
         if (file.lastModified() < longAgo)
@@ -90,7 +90,7 @@ void LearnerFile::removeLeftovers() const {
 
 // A connection of its own: nobody who plays a film waits for it.
 std::unique_ptr<QTemporaryFile> LearnerFile::copy() const {
-    auto file = std::make_unique<QTemporaryFile>(folder() + QStringLiteral("/murvo-copy-XXXXXX"));
+    auto file = std::make_unique<QTemporaryFile>(temporaryPath());
     if (!file->open())
         throw DiskFull();
     try {
@@ -167,7 +167,7 @@ void LearnerFile::checkContent(SQLite::Database &file) const {
 
 // It has its name once it is whole and on the disk.
 QString LearnerFile::backUp() const {
-    const QDir beside(folder());
+    const QDir beside(QFileInfo(_storePath).path());
     const auto whole = copy();
     if (::fsync(whole->handle()) != 0)
         throw DiskFull();
@@ -180,7 +180,7 @@ QString LearnerFile::backUp() const {
 }
 
 void LearnerFile::removeOldBackups() const {
-    const QDir beside(folder());
+    const QDir beside(QFileInfo(_storePath).path());
     QStringList backups =
         beside.entryList({QStringLiteral("murvo-before-*.sqlite")}, QDir::Files, QDir::Name);
     while (backups.size() > lastBackupsKept + 1)

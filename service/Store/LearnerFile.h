@@ -60,7 +60,8 @@ class LearnerFile {
     /// DiskFull, SQLite::Exception: then the store is as it was. Returns the path of the backup.
     [[nodiscard]] QString replaceBy(const QString &path, const Taking &taking) const;
 
-    [[nodiscard]] QString folder() const;
+    /// Where others may keep temporary files, with "XXXXXX" for what tells them apart.
+    [[nodiscard]] QString temporaryPath() const;
 
     /// Temporary files ("murvo-copy-...") of a process that was killed are removed.
     void removeLeftovers() const;
