@@ -84,7 +84,7 @@ struct AnkiConnect::Connection {
         std::string answer;
         httplib::Request request;
         request.method = "POST";
-        request.path = "/";
+        request.path = std::string("/"); // from the letters alone GCC 12 takes fright at -O3
         request.set_header("Content-Type", "application/json");
         request.body = body.toStdString();
         request.content_receiver = [&answer](const char *data, size_t length, uint64_t, uint64_t) {
