@@ -1,15 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Dictionary/Dictionaries.h"
 
+#include "Dictionary/DictdDictionary.h"
+#include "Dictionary/FreeDictEntry.h"
+#include "Dictionary/ReversedDictionary.h"
 #include "Languages.h"
+#include "Log.h"
 
-#include <QFile>
+#include <QFileInfo>
 
 namespace murvo::service {
 
 namespace {
 
 constexpr qsizetype longestLicence = 600;
+// Larger ones into English belong to languages with a large one from English, too, and would fill the memory.
+constexpr qint64 largestReversedIndex = qint64{4} * 1024 * 1024;
 
 // The paragraph of the makers' information that says how the dictionary may be used.
 QString licenceIn(const QString &information) {
@@ -24,26 +30,80 @@ QString licenceIn(const QString &information) {
         .left(longestLicence);
 }
 
-} // namespace
-
-Dictionaries::Opened::Opened(const QString &path)
-    : dictionary(path)
-    , source{dictionary.shortName(), licenceIn(dictionary.information())} {
-    dictionary.makeSorted();
+DictionarySource sourceOf(const DictdDictionary &dictionary) {
+    return {dictionary.shortName(), licenceIn(dictionary.information())};
 }
+
+using EntryReader = std::vector<Entry> (*)(const QStringList &texts);
+
+std::vector<Entry> readFreeDictEntries(const QStringList &texts) {
+    std::vector<Entry> entries;
+    for (const QString &text : texts)
+        entries.push_back(readFreeDictEntry(text));
+    entries = withoutCutHeadwords(std::move(entries));
+    std::erase_if(entries, [](const Entry &entry) { return entry.senses.empty(); });
+    return entries;
+}
+
+/// A dictionary from English, read entry by entry.
+class DirectDictionary : public BilingualDictionary {
+  public:
+    DirectDictionary(std::unique_ptr<DictdDictionary> dictionary, EntryReader reader)
+        : BilingualDictionary(sourceOf(*dictionary))
+        , _dictionary(std::move(dictionary))
+        , _reader(reader) {
+        _dictionary->makeSorted();
+    }
+
+    [[nodiscard]] std::vector<Entry> entries(const QString &word) const override {
+        return _reader(_dictionary->entries(word));
+    }
+    [[nodiscard]] bool has(const QString &word) const override { return _dictionary->has(word); }
+    [[nodiscard]] bool isReversed() const override { return false; }
+
+  private:
+    std::unique_ptr<DictdDictionary> _dictionary;
+    EntryReader _reader;
+};
+
+void addDirect(Dictionaries::List &list, const QString &path, EntryReader reader) {
+    auto dictionary = std::make_unique<DictdDictionary>(path);
+    if (dictionary->isOpen())
+        list.push_back(std::make_unique<DirectDictionary>(std::move(dictionary), reader));
+}
+
+void addReversed(Dictionaries::List &list, const QString &path) {
+    DictdDictionary dictionary(path);
+    if (!dictionary.isOpen() || QFileInfo(path + QStringLiteral(".index")).size() > largestReversedIndex)
+        return;
+    DictionarySource source = sourceOf(dictionary);
+    source.name += QStringLiteral(", read backwards");
+    list.push_back(std::make_unique<ReversedDictionary>(path, std::move(source)));
+}
+
+} // namespace
 
 Dictionaries::Dictionaries(const QString &folder)
     : _folder(folder) {}
 
-const std::vector<std::unique_ptr<Dictionaries::Opened>> &Dictionaries::of(const QString &language) {
+const Dictionaries::List &Dictionaries::of(const QString &language) {
     const std::lock_guard lock(_mutex);
     auto [place, isNew] = _byLanguage.try_emplace(findLanguage(language) == nullptr ? QString() : language);
     if (isNew && !place->first.isEmpty()) {
-        auto opened = std::make_unique<Opened>(_folder + QStringLiteral("/freedict-eng-") + language);
-        if (opened->dictionary.isOpen())
-            place->second.push_back(std::move(opened));
+        addDirect(place->second, _folder + QStringLiteral("/freedict-eng-") + language, readFreeDictEntries);
+        addReversed(place->second, _folder + QStringLiteral("/freedict-%1-eng").arg(language));
     }
     return place->second;
+}
+
+void Dictionaries::prepare(const QString &language) {
+    _preparing = std::jthread([this, language] {
+        try {
+            std::ignore = of(language);
+        } catch (const std::exception &failure) {
+            qCWarning(serviceLog) << "Dictionaries cannot be opened:" << language << failure.what();
+        }
+    });
 }
 
 } // namespace murvo::service

@@ -21,8 +21,9 @@ constexpr std::array partNames{
     PartName{u"conj", u"conjunction"}, PartName{u"interj", u"interjection"},
     PartName{u"int", u"interjection"}, PartName{u"num", u"numeral"},
     PartName{u"prep", u"preposition"}, PartName{u"pron", u"pronoun"},
-    PartName{u"propn", u"name"},       PartName{u"art", u"article"},
-    PartName{u"n", u"noun"},           PartName{u"v", u"verb"},
+    PartName{u"propn", u"name"},       PartName{u"pn", u"name"},
+    PartName{u"art", u"article"},      PartName{u"n", u"noun"},
+    PartName{u"v", u"verb"},
 };
 
 QString partNamed(QStringView sign) {
@@ -34,14 +35,22 @@ QString partNamed(QStringView sign) {
     return {};
 }
 
+// "Ansturm <masc>" says its gender in a way that is none of the word's; "ĳ" is two letters everywhere else.
+QString readable(QString text) {
+    static const QRegularExpression marks(QStringLiteral("<[^<>]*>"));
+    if (text.contains(u'<'))
+        text.remove(marks);
+    return text.replace(QStringLiteral("ĳ"), QStringLiteral("ij")).trimmed();
+}
+
 // "run /ɹˈʌn/ (ran /…/ <>, run) <v, trans>"
 void readHead(const QString &line, Entry &entry) {
     static const QRegularExpression sound(QStringLiteral("\\s+/{1,2}([^/]+)/{1,2}"));
     static const QRegularExpression mark(QStringLiteral("<([^<>]*)>\\s*$"));
-    const QRegularExpressionMatch heard = sound.match(line);
+    const QRegularExpressionMatch heard = line.contains(u'/') ? sound.match(line) : QRegularExpressionMatch();
     if (heard.hasMatch())
         entry.pronunciation = heard.captured(1).trimmed();
-    const QRegularExpressionMatch marked = mark.match(line);
+    const QRegularExpressionMatch marked = line.contains(u'>') ? mark.match(line) : QRegularExpressionMatch();
     if (marked.hasMatch())
         entry.partOfSpeech = partNamed(marked.captured(1));
     qsizetype end = line.size();
@@ -50,20 +59,23 @@ void readHead(const QString &line, Entry &entry) {
         if (at > 0)
             end = std::min(end, at);
     }
-    entry.headword = line.left(end).trimmed();
+    entry.headword = readable(line.left(end));
 }
 
 // Commas within brackets part nothing.
 QStringList parted(const QString &text) {
-    QStringList parts{QString()};
+    QStringList parts;
     int depth = 0;
-    for (const QChar sign : text) {
+    qsizetype start = 0;
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        const QChar sign = text[at];
         depth += QStringView(u"([{").contains(sign) ? 1 : QStringView(u")]}").contains(sign) ? -1 : 0;
-        if (depth <= 0 && (sign == u',' || sign == u';' || sign == u'、'))
-            parts.append(QString());
-        else
-            parts.last() += sign;
+        if (depth <= 0 && (sign == u',' || sign == u';' || sign == u'、')) {
+            parts.append(text.sliced(start, at - start));
+            start = at + 1;
+        }
     }
+    parts.append(text.sliced(start));
     QStringList words;
     for (QString part : parts) {
         part = part.replace(u'~', u' ').simplified();
@@ -73,12 +85,6 @@ QStringList parted(const QString &text) {
             words.append(part);
     }
     return words;
-}
-
-// "Ansturm <masc>" says its gender in a way that is none of the word's; "ĳ" is two letters everywhere else.
-QString readable(QString text) {
-    static const QRegularExpression marks(QStringLiteral("<[^<>]*>"));
-    return text.remove(marks).replace(QStringLiteral("ĳ"), QStringLiteral("ij")).trimmed();
 }
 
 QStringList bracedWords(const QString &text) {
@@ -96,8 +102,9 @@ bool isEnglishText(const QString &text) {
 /// Reads the lines below the head, one after the other.
 class SenseReader {
   public:
-    explicit SenseReader(Entry &entry)
-        : _entry(entry) {}
+    SenseReader(Entry &entry, Translations translations)
+        : _entry(entry)
+        , _translations(translations) {}
 
     void read(const QString &line) {
         static const QRegularExpression number(QStringLiteral("^(\\d+)\\.\\s*(.*)$"));
@@ -105,14 +112,20 @@ class SenseReader {
         static const QRegularExpression remark(
             QStringLiteral("^\\s*(Note|Synonym|Synonyms|see|see also):\\s*(.*)$"));
         const QString text = line.trimmed();
-        if (text.isEmpty() || bareNumber.match(line).hasMatch())
+        // Whole dictionaries are read by this: no expression is tried that cannot match.
+        const bool isIndented = line.startsWith(u' ');
+        if (text.isEmpty() || (isIndented && bareNumber.match(line).hasMatch()))
             return;
-        if (const QRegularExpressionMatch match = remark.match(line); match.hasMatch())
-            readRemark(match.captured(1), match.captured(2));
+        const QRegularExpressionMatch remarked =
+            text.contains(u':') ? remark.match(line) : QRegularExpressionMatch();
+        const QRegularExpressionMatch numbered =
+            text.front().isDigit() ? number.match(text) : QRegularExpressionMatch();
+        if (remarked.hasMatch())
+            readRemark(remarked.captured(1), remarked.captured(2));
         else if (text.startsWith(u'"'))
             readExample(text);
-        else if (const QRegularExpressionMatch sense = number.match(text); sense.hasMatch())
-            begin(sense.captured(2));
+        else if (numbered.hasMatch())
+            begin(numbered.captured(2));
         else if (_entry.senses.empty() || (_entry.senses.back().translations.isEmpty() && !_isNumbered))
             begin(text);
         else
@@ -124,15 +137,17 @@ class SenseReader {
     void begin(QString text) {
         static const QRegularExpression innerNumber(QStringLiteral("\\s+\\d+\\.$"));
         _isNumbered = true;
+        if (text.endsWith(u'.'))
+            text.remove(innerNumber);
         Sense sense;
-        sense.translations = parted(readable(text.remove(innerNumber)));
+        sense.translations = parted(readable(std::move(text)));
         _entry.senses.push_back(std::move(sense));
     }
 
     // What follows the translations tells in English where they fit; anything else is more of them.
     void define(const QString &text) {
         Sense &sense = _entry.senses.back();
-        if (isEnglishText(text) || sense.translations.isEmpty())
+        if (_translations == Translations::English || isEnglishText(text) || sense.translations.isEmpty())
             sense.definition +=
                 (sense.definition.isEmpty() ? QString() : QStringLiteral("; ")) + readable(text);
         else
@@ -161,6 +176,7 @@ class SenseReader {
     }
 
     Entry &_entry;
+    Translations _translations;
     bool _isNumbered = false;
 };
 
@@ -170,11 +186,11 @@ QString unstressed(QString sound) {
 
 } // namespace
 
-Entry readFreeDictEntry(const QString &text) {
+Entry readFreeDictEntry(const QString &text, Translations translations) {
     Entry entry;
     const QStringList lines = text.split(u'\n');
     readHead(lines.first(), entry);
-    SenseReader reader(entry);
+    SenseReader reader(entry, translations);
     for (qsizetype i = 1; i < lines.size(); ++i)
         reader.read(lines[i]);
     std::erase_if(entry.senses, [](const Sense &sense) {

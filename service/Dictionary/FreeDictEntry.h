@@ -5,11 +5,15 @@
 
 namespace murvo::service {
 
+/// What language the translations of a dictionary are in: in one into English, what is below them in another
+/// language tells what the headword means.
+enum class Translations { Foreign, English };
+
 /// Reads an entry as FreeDict's dictionaries lay them out: the headword with its pronunciation and part of
 /// speech, then numbered or bare senses, examples in quotation marks, remarks behind words like "Note:".
 ///
 /// Never fails: what cannot be told apart is kept as a translation; an entry without any has no senses.
-[[nodiscard]] Entry readFreeDictEntry(const QString &text);
+[[nodiscard]] Entry readFreeDictEntry(const QString &text, Translations translations = Translations::Foreign);
 
 /// Leaves out the entries whose headword was cut short when the dictionary was made ("run" for "run away"):
 /// they begin with the pronunciation of another entry and go on.

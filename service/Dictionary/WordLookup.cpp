@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Dictionary/WordLookup.h"
 
-#include "Dictionary/FreeDictEntry.h"
-
 #include <algorithm>
 
 namespace murvo::service {
@@ -44,25 +42,36 @@ QList<QByteArray> misspelt(const QByteArray &form) {
     return words;
 }
 
+// Takes out of an entry the translations that have been said already.
+void leaveOut(const QStringList &said, Entry &entry) {
+    for (Sense &sense : entry.senses)
+        sense.translations.removeIf(
+            [&said](const QString &word) { return said.contains(word, Qt::CaseInsensitive); });
+    std::erase_if(entry.senses, [](const Sense &sense) { return sense.translations.isEmpty(); });
+}
+
 } // namespace
 
 bool WordLookup::isKnown(const QString &word, const QString &language) {
     const auto &dictionaries = _dictionaries.of(language);
     return _wordNet.has(word.toUtf8()) ||
            std::any_of(dictionaries.begin(), dictionaries.end(),
-                       [&word](const auto &opened) { return opened->dictionary.has(word); });
+                       [&word](const auto &dictionary) { return dictionary->has(word); });
 }
 
 Headword WordLookup::headword(const QString &word, const QString &language) {
     Headword found;
     found.word = word;
-    for (const auto &opened : _dictionaries.of(language)) {
-        std::vector<Entry> entries;
-        for (const QString &text : opened->dictionary.entries(word))
-            entries.push_back(readFreeDictEntry(text));
-        for (Entry &entry : withoutCutHeadwords(std::move(entries))) {
-            if (!entry.senses.empty() && found.entries.size() < mostEntries)
-                found.entries.push_back({std::move(entry), &opened->source});
+    QStringList said;
+    for (const auto &dictionary : _dictionaries.of(language)) {
+        for (Entry &entry : dictionary->entries(word)) {
+            if (dictionary->isReversed())
+                leaveOut(said, entry);
+            if (entry.senses.empty() || found.entries.size() == mostEntries)
+                continue;
+            for (const Sense &sense : entry.senses)
+                said += sense.translations;
+            found.entries.push_back({std::move(entry), &dictionary->source()});
         }
     }
     std::vector<std::pair<int, PartOfSpeech>> parts;
