@@ -3,27 +3,32 @@
 
 #include "Dictionary/DictdDictionary.h"
 #include "Dictionary/FreeDictEntry.h"
+#include "Dictionary/MuellerEntry.h"
 #include "Dictionary/ReversedDictionary.h"
 #include "Languages.h"
 #include "Log.h"
 
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace murvo::service {
 
 namespace {
 
 constexpr qsizetype longestLicence = 600;
+constexpr std::size_t mostExamples = 5;
 // Larger ones into English belong to languages with a large one from English, too, and would fill the memory.
 constexpr qint64 largestReversedIndex = qint64{4} * 1024 * 1024;
 
-// The paragraph of the makers' information that says how the dictionary may be used.
+// The paragraph of the makers' information that says how the dictionary may be used, or whose it is.
 QString licenceIn(const QString &information) {
-    const qsizetype heading = information.indexOf(QStringLiteral("Availability:"));
-    if (heading < 0)
+    const QString heading = QStringLiteral("Availability:");
+    const qsizetype said = information.indexOf(heading);
+    const qsizetype owned = information.indexOf(QStringLiteral("(C)"));
+    if (said < 0 && owned < 0)
         return {};
-    return information.mid(heading)
-        .section(u':', 1)
+    return information.mid(said < 0 ? owned : said + heading.size())
         .trimmed()
         .section(QStringLiteral("\n\n"), 0, 0)
         .simplified()
@@ -34,14 +39,38 @@ DictionarySource sourceOf(const DictdDictionary &dictionary) {
     return {dictionary.shortName(), licenceIn(dictionary.information())};
 }
 
-using EntryReader = std::vector<Entry> (*)(const QStringList &texts);
+using EntryReader = std::vector<Entry> (*)(const DictdDictionary &dictionary, const QString &word);
 
-std::vector<Entry> readFreeDictEntries(const QStringList &texts) {
+std::vector<Entry> freeDictEntries(const DictdDictionary &dictionary, const QString &word) {
     std::vector<Entry> entries;
-    for (const QString &text : texts)
+    for (const QString &text : dictionary.entries(word))
         entries.push_back(readFreeDictEntry(text));
     entries = withoutCutHeadwords(std::move(entries));
     std::erase_if(entries, [](const Entry &entry) { return entry.senses.empty(); });
+    return entries;
+}
+
+std::vector<Entry> allMuellerEntries(const DictdDictionary &dictionary, const QString &word) {
+    std::vector<Entry> entries;
+    for (const QString &text : dictionary.entries(word)) {
+        for (Entry &entry : readMuellerEntries(text))
+            entries.push_back(std::move(entry));
+    }
+    return entries;
+}
+
+// Its phrases stand under their first words, as examples; of these a sense has dozens.
+std::vector<Entry> muellerEntries(const DictdDictionary &dictionary, const QString &word) {
+    std::vector<Entry> entries = allMuellerEntries(dictionary, word);
+    if (entries.empty() && word.contains(u' ')) {
+        Entry phrase = muellerPhrase(allMuellerEntries(dictionary, word.section(u' ', 0, 0)), word);
+        if (!phrase.senses.empty())
+            entries.push_back(std::move(phrase));
+    }
+    for (Entry &entry : entries) {
+        for (Sense &sense : entry.senses)
+            sense.examples.resize(std::min(sense.examples.size(), mostExamples));
+    }
     return entries;
 }
 
@@ -56,7 +85,7 @@ class DirectDictionary : public BilingualDictionary {
     }
 
     [[nodiscard]] std::vector<Entry> entries(const QString &word) const override {
-        return _reader(_dictionary->entries(word));
+        return _reader(*_dictionary, word);
     }
     [[nodiscard]] bool has(const QString &word) const override { return _dictionary->has(word); }
     [[nodiscard]] bool isReversed() const override { return false; }
@@ -90,7 +119,9 @@ const Dictionaries::List &Dictionaries::of(const QString &language) {
     const std::lock_guard lock(_mutex);
     auto [place, isNew] = _byLanguage.try_emplace(findLanguage(language) == nullptr ? QString() : language);
     if (isNew && !place->first.isEmpty()) {
-        addDirect(place->second, _folder + QStringLiteral("/freedict-eng-") + language, readFreeDictEntries);
+        addDirect(place->second, _folder + QStringLiteral("/freedict-eng-") + language, freeDictEntries);
+        if (language == QStringLiteral("rus"))
+            addDirect(place->second, _folder + QStringLiteral("/mueller7"), muellerEntries);
         addReversed(place->second, _folder + QStringLiteral("/freedict-%1-eng").arg(language));
     }
     return place->second;
