@@ -11,7 +11,7 @@ namespace murvo::service {
 namespace {
 
 // The commonest words have dozens in the largest dictionary, each a place of its own to be unpacked.
-constexpr std::size_t mostEntries = 16;
+constexpr std::size_t mostEntries = 24;
 constexpr qsizetype longestWord = 200;
 
 constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -103,13 +103,22 @@ bool DictdDictionary::isAboutItself(std::string_view key) {
     return key.substr(0, 10) == "00database" || key.substr(0, 11) == "00-database";
 }
 
-// Read in the order in which they lie, so that a chunk is unpacked once for all that it holds.
+// Where there are too many, the long texts are the ones of common meanings: they have examples. Read in the
+// order in which they lie, so that a chunk is unpacked once for all that it holds.
 QStringList DictdDictionary::texts(const std::vector<std::string_view> &lines) const {
     std::vector<std::pair<Place, std::size_t>> places;
-    for (std::size_t i = 0; i < std::min(lines.size(), mostEntries); ++i)
-        places.push_back({placeOf(lines[i]), i});
+    places.reserve(lines.size());
+    for (const std::string_view line : lines)
+        places.emplace_back(placeOf(line), places.size());
+    if (places.size() > mostEntries) {
+        std::stable_sort(places.begin(), places.end(), [](const auto &left, const auto &right) {
+            constexpr qint64 bare = 100; // bytes: no example fits in
+            return std::max(left.first.length, bare) > std::max(right.first.length, bare);
+        });
+        places.resize(mostEntries);
+    }
     std::sort(places.begin(), places.end());
-    std::vector<QByteArray> read(places.size());
+    std::vector<QByteArray> read(lines.size());
     Dictzip::LastChunk last;
     for (const auto &[place, number] : places)
         read[number] = _text.read(place.offset, place.length, last).value_or(QByteArray());

@@ -47,7 +47,7 @@ std::vector<Entry> freeDictEntries(const DictdDictionary &dictionary, const QStr
         entries.push_back(readFreeDictEntry(text));
     entries = withoutCutHeadwords(std::move(entries));
     std::erase_if(entries, [](const Entry &entry) { return entry.senses.empty(); });
-    return entries;
+    return withBareOnesJoined(std::move(entries));
 }
 
 std::vector<Entry> allMuellerEntries(const DictdDictionary &dictionary, const QString &word) {

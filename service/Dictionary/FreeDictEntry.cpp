@@ -99,6 +99,29 @@ bool isEnglishText(const QString &text) {
     return std::all_of(text.begin(), text.end(), [](QChar sign) { return sign.unicode() < 0x80; });
 }
 
+// "Haus <neut>" is a noun, "laufen <v, intr>" a verb: the translation's is the headword's.
+QString partOfTranslation(const QString &text) {
+    static const QRegularExpression mark(QStringLiteral("<([a-z]+)[^<>]*>"));
+    if (!text.contains(u'<'))
+        return {};
+    const QString sign = mark.match(text).captured(1);
+    const bool isGender = sign == u"masc" || sign == u"fem" || sign == u"neut" || sign == u"pl";
+    return isGender ? QStringLiteral("noun") : partNamed(sign);
+}
+
+// Takes the remarks in square brackets, "[Am.]", "[textil.]", out of translations and returns them.
+QString takeRemarks(QString &text) {
+    static const QRegularExpression remark(QStringLiteral("\\[([^\\[\\]]*)\\]"));
+    if (!text.contains(u'['))
+        return {};
+    QStringList remarks;
+    for (const QRegularExpressionMatch &match : remark.globalMatch(text))
+        remarks.append(match.captured(1).trimmed());
+    text.remove(remark);
+    remarks.removeDuplicates();
+    return remarks.join(QStringLiteral("; "));
+}
+
 /// Reads the lines below the head, one after the other.
 class SenseReader {
   public:
@@ -139,7 +162,10 @@ class SenseReader {
         _isNumbered = true;
         if (text.endsWith(u'.'))
             text.remove(innerNumber);
+        if (_entry.partOfSpeech.isEmpty() && _translations == Translations::Foreign)
+            _entry.partOfSpeech = partOfTranslation(text);
         Sense sense;
+        sense.definition = takeRemarks(text);
         sense.translations = parted(readable(std::move(text)));
         _entry.senses.push_back(std::move(sense));
     }
@@ -148,10 +174,14 @@ class SenseReader {
     void define(const QString &text) {
         Sense &sense = _entry.senses.back();
         if (_translations == Translations::English || isEnglishText(text) || sense.translations.isEmpty())
-            sense.definition +=
-                (sense.definition.isEmpty() ? QString() : QStringLiteral("; ")) + readable(text);
+            addRemark(text);
         else
             sense.translations += parted(readable(text));
+    }
+
+    void addRemark(const QString &text) {
+        QString &definition = _entry.senses.back().definition;
+        definition += (definition.isEmpty() ? QString() : QStringLiteral("; ")) + readable(text);
     }
 
     void readExample(const QString &text) {
@@ -169,10 +199,12 @@ class SenseReader {
     void readRemark(const QString &kind, const QString &text) {
         if (_entry.senses.empty())
             return;
-        if (kind.startsWith(u"Synonym"))
+        if (kind == u"see" && _entry.partOfSpeech.isEmpty())
+            _entry.isOfForm = bracedWords(text).contains(_entry.headword);
+        else if (kind.startsWith(u"Synonym"))
             _entry.senses.back().synonyms += bracedWords(text);
         else if (kind == u"Note" && _entry.senses.back().examples.empty())
-            define(text);
+            addRemark(text);
     }
 
     Entry &_entry;
@@ -200,12 +232,15 @@ Entry readFreeDictEntry(const QString &text, Translations translations) {
 }
 
 std::vector<Entry> withoutCutHeadwords(std::vector<Entry> entries) {
-    const auto isCut = [&entries](const Entry &entry) {
+    const auto isStressed = [](const Entry &entry) { return entry.pronunciation.contains(u'ˈ'); };
+    const auto isCut = [&](const Entry &entry) {
         const QString sound = unstressed(entry.pronunciation);
         return std::any_of(entries.begin(), entries.end(), [&](const Entry &other) {
             const QString shorter = unstressed(other.pronunciation);
-            return other.headword == entry.headword && !shorter.isEmpty() &&
-                   sound.size() > shorter.size() + 1 && sound.startsWith(shorter);
+            if (other.headword != entry.headword || shorter.isEmpty())
+                return false;
+            const bool isLonger = sound.size() > shorter.size() + 1 && sound.startsWith(shorter);
+            return isLonger || (entry.partOfSpeech.isEmpty() && isStressed(entry) && !isStressed(other));
         });
     };
     std::vector<Entry> whole;
@@ -214,6 +249,29 @@ std::vector<Entry> withoutCutHeadwords(std::vector<Entry> entries) {
             whole.push_back(entry);
     }
     return whole;
+}
+
+std::vector<Entry> withBareOnesJoined(std::vector<Entry> entries) {
+    const auto isBare = [](const Entry &entry) {
+        return !entry.isOfForm &&
+               std::all_of(entry.senses.begin(), entry.senses.end(), [](const Sense &sense) {
+                   return sense.definition.isEmpty() && sense.examples.empty() && sense.synonyms.isEmpty();
+               });
+    };
+    std::vector<Entry> joined;
+    for (Entry &entry : entries) {
+        const auto same = std::find_if(joined.begin(), joined.end(), [&](const Entry &other) {
+            return isBare(other) && other.headword == entry.headword &&
+                   other.partOfSpeech == entry.partOfSpeech && other.pronunciation == entry.pronunciation;
+        });
+        if (entry.senses.size() != 1 || !isBare(entry) || same == joined.end()) {
+            joined.push_back(std::move(entry));
+            continue;
+        }
+        for (Sense &sense : entry.senses)
+            same->senses.push_back(std::move(sense));
+    }
+    return joined;
 }
 
 } // namespace murvo::service

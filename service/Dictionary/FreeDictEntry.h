@@ -16,7 +16,12 @@ enum class Translations { Foreign, English };
 [[nodiscard]] Entry readFreeDictEntry(const QString &text, Translations translations = Translations::Foreign);
 
 /// Leaves out the entries whose headword was cut short when the dictionary was made ("run" for "run away"):
-/// they begin with the pronunciation of another entry and go on.
+/// they begin with the pronunciation of another entry and go on, or were cut before they got one, which then
+/// is in another notation.
 [[nodiscard]] std::vector<Entry> withoutCutHeadwords(std::vector<Entry> entries);
+
+/// Makes those that hold nothing but translations one for each part of speech: some dictionaries have an
+/// entry for every translation.
+[[nodiscard]] std::vector<Entry> withBareOnesJoined(std::vector<Entry> entries);
 
 } // namespace murvo::service

@@ -61,21 +61,22 @@ class KeysOfEntries {
     std::vector<Key> _keys;
 };
 
-// A headword that has one translation is likelier the word for it than one that has many; a phrase less so
-// than a word, a long word less so than a short one.
+// A headword that means only this is likelier the word for it than one that means other things, too; a phrase
+// less so than a word. Of equal ones a short word is likelier: it is used more.
 void KeysOfEntries::add(const Entry &entry, const DictdDictionary::Place &place) {
-    constexpr qsizetype step = 32; // more than any headword's letters count
+    constexpr qsizetype lettersOfADoubt = 3;
+    constexpr qsizetype mostLetters = 20;
     qsizetype all = 0;
     for (const Sense &sense : entry.senses)
         all += sense.translations.size();
+    const qsizetype ofHeadword = (all > 3 ? 2 : all > 1 ? 1 : 0) + 2 * entry.headword.count(u' ');
     qsizetype earlier = 0;
     for (const Sense &sense : entry.senses) {
         for (const QString &translation : sense.translations) {
             const EnglishKeys english = englishKeys(translation);
-            const qsizetype doubts = std::min<qsizetype>(all - 1, 9) + std::min<qsizetype>(earlier, 3) +
-                                     2 * std::min<qsizetype>(entry.headword.count(u' '), 9) +
-                                     (english.remark.isEmpty() ? 0 : 2);
-            const qsizetype weight = doubts * step + std::min(entry.headword.size(), step - 1);
+            const qsizetype doubts =
+                ofHeadword + std::min<qsizetype>(earlier, 2) + (english.remark.isEmpty() ? 0 : 1);
+            const qsizetype weight = lettersOfADoubt * doubts + std::min(entry.headword.size(), mostLetters);
             for (const QByteArray &key : english.keys) {
                 _keys.push_back({static_cast<std::uint32_t>(_text.size()),
                                  static_cast<std::uint16_t>(key.size()), static_cast<std::uint16_t>(weight),

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Dictionary/WordLookup.h"
 
+#include "Dictionary/EntryOrder.h"
+
 #include <algorithm>
 
 namespace murvo::service {
@@ -59,22 +61,56 @@ bool WordLookup::isKnown(const QString &word, const QString &language) {
                        [&word](const auto &dictionary) { return dictionary->has(word); });
 }
 
+int WordLookup::timesMet(const QString &word, const QString &part) const {
+    const auto found = std::find_if(partsOfSpeech.begin(), partsOfSpeech.end(),
+                                    [&part](PartOfSpeech each) { return nameOf(each) == part; });
+    return found == partsOfSpeech.end() ? 0 : _wordNet.timesMet(word.toUtf8(), *found);
+}
+
+std::vector<SourcedEntry> WordLookup::entries(const QString &word, const QString &language) {
+    const Dictionaries::List &dictionaries = _dictionaries.of(language);
+    std::vector<std::vector<Entry>> ofEach;
+    ofEach.reserve(dictionaries.size());
+    for (const auto &dictionary : dictionaries)
+        ofEach.push_back(dictionary->entries(word));
+
+    const auto times = [&](const QString &part) { return timesMet(word, part); };
+    SenseOrder order{{},
+                     timesMet(word, nameOf(PartOfSpeech::Verb)) >
+                         timesMet(word, nameOf(PartOfSpeech::Noun)) +
+                             timesMet(word, nameOf(PartOfSpeech::Adjective)),
+                     language};
+    for (std::size_t i = 0; i < dictionaries.size(); ++i) {
+        if (dictionaries[i]->isReversed())
+            order.likely += likelyTranslations(ofEach[i], times);
+    }
+    std::vector<SourcedEntry> found;
+    QStringList said;
+    for (std::size_t i = 0; i < dictionaries.size(); ++i) {
+        const bool isReversed = dictionaries[i]->isReversed();
+        if (!isReversed || tellsParts(ofEach[i]))
+            orderEntries(ofEach[i], times, language);
+        for (Entry &entry : ofEach[i]) {
+            if (isReversed)
+                leaveOut(said, entry);
+            else if (entry.partOfSpeech.isEmpty())
+                orderSenses(entry, order);
+            if (entry.senses.empty() || found.size() == mostEntries)
+                continue;
+            if (!isReversed)
+                said += translationsOf(entry);
+            found.push_back({std::move(entry), &dictionaries[i]->source()});
+        }
+    }
+    return found;
+}
+
 Headword WordLookup::headword(const QString &word, const QString &language) {
     Headword found;
     found.word = word;
-    QStringList said;
-    for (const auto &dictionary : _dictionaries.of(language)) {
-        for (Entry &entry : dictionary->entries(word)) {
-            if (dictionary->isReversed())
-                leaveOut(said, entry);
-            if (entry.senses.empty() || found.entries.size() == mostEntries)
-                continue;
-            for (const Sense &sense : entry.senses)
-                said += sense.translations;
-            found.entries.push_back({std::move(entry), &dictionary->source()});
-        }
-    }
+    found.entries = entries(word, language);
     std::vector<std::pair<int, PartOfSpeech>> parts;
+    parts.reserve(partsOfSpeech.size());
     for (const PartOfSpeech part : partsOfSpeech)
         parts.emplace_back(-_wordNet.timesMet(word.toUtf8(), part), part);
     std::stable_sort(parts.begin(), parts.end(),
