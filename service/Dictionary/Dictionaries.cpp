@@ -41,13 +41,32 @@ DictionarySource sourceOf(const DictdDictionary &dictionary) {
 
 using EntryReader = std::vector<Entry> (*)(const DictdDictionary &dictionary, const QString &word);
 
-std::vector<Entry> freeDictEntries(const DictdDictionary &dictionary, const QString &word) {
+std::vector<Entry> allFreeDictEntries(const DictdDictionary &dictionary, const QString &word,
+                                      bool ofPhrases) {
     std::vector<Entry> entries;
-    for (const QString &text : dictionary.entries(word))
-        entries.push_back(readFreeDictEntry(text));
-    entries = withoutCutHeadwords(std::move(entries));
-    std::erase_if(entries, [](const Entry &entry) { return entry.senses.empty(); });
-    return withBareOnesJoined(std::move(entries));
+    for (const QString &text : dictionary.entries(word)) {
+        const QStringList sections = sectionsOf(text);
+        for (const QString &section : sections) {
+            Entry entry = readFreeDictEntry(section);
+            const bool isPhrase =
+                sections.size() > 1 && entry.headword.contains(u' ') && !word.contains(u' ');
+            if (isPhrase == ofPhrases && !entry.senses.empty())
+                entries.push_back(std::move(entry));
+        }
+    }
+    return entries;
+}
+
+// Some have phrases under their first words only.
+std::vector<Entry> freeDictEntries(const DictdDictionary &dictionary, const QString &word) {
+    std::vector<Entry> entries = allFreeDictEntries(dictionary, word, false);
+    if (entries.empty() && word.contains(u' ')) {
+        entries = allFreeDictEntries(dictionary, word.section(u' ', 0, 0), true);
+        std::erase_if(entries, [&word](const Entry &entry) {
+            return entry.headword.compare(word, Qt::CaseInsensitive) != 0;
+        });
+    }
+    return withBareOnesJoined(withoutCutHeadwords(std::move(entries)));
 }
 
 std::vector<Entry> allMuellerEntries(const DictdDictionary &dictionary, const QString &word) {

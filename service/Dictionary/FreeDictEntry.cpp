@@ -231,6 +231,34 @@ Entry readFreeDictEntry(const QString &text, Translations translations) {
     return entry;
 }
 
+QStringList sectionsOf(const QString &text) {
+    static const QRegularExpression section(QStringLiteral("^[IVX]+\\.\\s+(<[^<>]*>)(.*)$"));
+    static const QRegularExpression ownHead(QStringLiteral("^([^/\\[\\d]+?)(\\s+/[^/]*/|\\s{2,})(.*)$"));
+    static const QRegularExpression letter(QStringLiteral("^\\s*[a-h]\\.\\s*|(?<=\\s)[a-h]\\.\\s+"));
+    static const QRegularExpression phrase(
+        QStringLiteral("^\\s*\\d+\\.\\s+(.*?)\\s*(\\([^()]*:[^()]*\\))?\\s*$"));
+    const QStringList lines = text.split(u'\n');
+    QStringList sections;
+    for (qsizetype i = 1; i < lines.size(); ++i) {
+        QString line = lines[i];
+        if (const auto match = section.match(line); match.hasMatch()) {
+            const auto own = ownHead.match(match.captured(2));
+            const bool isOther = own.hasMatch() && !own.captured(1).trimmed().isEmpty();
+            const QString head =
+                isOther ? own.captured(1).trimmed() : lines.first().section(u'<', 0, 0).trimmed();
+            sections.append(head + u' ' + match.captured(1));
+            line = isOther ? own.captured(3) : match.captured(2);
+        } else if (sections.isEmpty()) {
+            return {text};
+        }
+        // "3.  Good! (:good)" with "- Dobrze!" below is an example.
+        if (const auto match = phrase.match(line); match.hasMatch() && lines.value(i + 1).startsWith(u" - "))
+            line = u'"' + match.captured(1) + QStringLiteral("\"  ") + lines[++i].trimmed();
+        sections.last() += u'\n' + line.remove(letter).trimmed();
+    }
+    return sections;
+}
+
 std::vector<Entry> withoutCutHeadwords(std::vector<Entry> entries) {
     const auto isStressed = [](const Entry &entry) { return entry.pronunciation.contains(u'ˈ'); };
     const auto isCut = [&](const Entry &entry) {

@@ -15,6 +15,10 @@ enum class Translations { Foreign, English };
 /// Never fails: what cannot be told apart is kept as a translation; an entry without any has no senses.
 [[nodiscard]] Entry readFreeDictEntry(const QString &text, Translations translations = Translations::Foreign);
 
+/// Parts a text with sections ("II. <V> 1. ...") into texts of one part of speech each, laid out as others
+/// are; compounds and phrases among them get their own headword. Other texts stay whole.
+[[nodiscard]] QStringList sectionsOf(const QString &text);
+
 /// Leaves out the entries whose headword was cut short when the dictionary was made ("run" for "run away"):
 /// they begin with the pronunciation of another entry and go on, or were cut before they got one, which then
 /// is in another notation.
