@@ -138,6 +138,7 @@ TEST_F(ReversedDictionaryTest, IsNotWaitedForAndGivenUpWhenNobodyNeedsItAnyMore)
     Dictionaries dictionaries(folder.path());
     dictionaries.prepare(u"dan"_s);
     std::vector<std::jthread> askers;
+    askers.reserve(4);
     for (int i = 0; i < 4; ++i) {
         askers.emplace_back([&dictionaries] {
             const Dictionaries::List &danish = dictionaries.of(u"dan"_s);
