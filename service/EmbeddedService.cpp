@@ -195,6 +195,11 @@ QString EmbeddedService::baseUrl() const {
 
 void EmbeddedService::filmIdentified(const QString &path, quint64 movieHash, quint64 fileSize) {
     _impl->paths.announce(path, movieHash, fileSize);
+    try {
+        _impl->dictionaries.prepare(_impl->settings.nativeLanguage());
+    } catch (const std::exception &failure) {
+        qCWarning(serviceLog) << "Dictionaries are opened at the first click only:" << failure.what();
+    }
 }
 
 void EmbeddedService::filmPending() {

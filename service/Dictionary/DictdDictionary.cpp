@@ -11,13 +11,13 @@ namespace murvo::service {
 namespace {
 
 // The commonest words have dozens in the largest dictionary, each a place of its own to be unpacked.
-constexpr std::size_t mostEntries = 16;
+constexpr std::size_t mostEntries = 24;
 constexpr qsizetype longestWord = 200;
+
+constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
 // Numbers are written in base 64, the highest digit first; -1 for what is none.
 qint64 decoded(std::string_view digits) {
-    static constexpr std::string_view alphabet =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     constexpr std::size_t mostDigits = 7; // 42 bits
     if (digits.empty() || digits.size() > mostDigits)
         return -1;
@@ -31,6 +31,14 @@ qint64 decoded(std::string_view digits) {
     return number;
 }
 
+QByteArray encoded(qint64 number) {
+    QByteArray digits;
+    do
+        digits.prepend(alphabet[static_cast<std::size_t>(number % 64)]);
+    while ((number /= 64) > 0);
+    return digits;
+}
+
 std::string_view column(std::string_view line, int number) {
     for (; number > 0; --number) {
         const std::size_t tab = line.find('\t');
@@ -39,6 +47,10 @@ std::string_view column(std::string_view line, int number) {
         line.remove_prefix(tab + 1);
     }
     return line.substr(0, line.find_first_of("\t\r"));
+}
+
+DictdDictionary::Place placeOf(std::string_view line) {
+    return {decoded(column(line, 1)), decoded(column(line, 2))};
 }
 
 std::string_view view(const QByteArray &bytes) {
@@ -83,18 +95,37 @@ DictdDictionary::DictdDictionary(const QString &path)
     : _index(path + QStringLiteral(".index"), '\t')
     , _text(packedOrPlain(path)) {}
 
+DictdDictionary::DictdDictionary(const QString &path, QByteArray index)
+    : _index(std::move(index), '\t')
+    , _text(packedOrPlain(path)) {}
+
 bool DictdDictionary::isAboutItself(std::string_view key) {
     return key.substr(0, 10) == "00database" || key.substr(0, 11) == "00-database";
 }
 
+// Where there are too many, the long texts are the ones of common meanings: they have examples. Read in the
+// order in which they lie, so that a chunk is unpacked once for all that it holds.
 QStringList DictdDictionary::texts(const std::vector<std::string_view> &lines) const {
-    QStringList found;
+    std::vector<std::pair<Place, std::size_t>> places;
+    places.reserve(lines.size());
+    for (const std::string_view line : lines)
+        places.emplace_back(placeOf(line), places.size());
+    if (places.size() > mostEntries) {
+        std::stable_sort(places.begin(), places.end(), [](const auto &left, const auto &right) {
+            constexpr qint64 bare = 100; // bytes: no example fits in
+            return std::max(left.first.length, bare) > std::max(right.first.length, bare);
+        });
+        places.resize(mostEntries);
+    }
+    std::sort(places.begin(), places.end());
+    std::vector<QByteArray> read(lines.size());
     Dictzip::LastChunk last;
-    for (std::size_t i = 0; i < std::min(lines.size(), mostEntries); ++i) {
-        const std::optional<QByteArray> text =
-            _text.read(decoded(column(lines[i], 1)), decoded(column(lines[i], 2)), last);
-        if (text && !text->isEmpty())
-            found.append(QString::fromUtf8(*text));
+    for (const auto &[place, number] : places)
+        read[number] = _text.read(place.offset, place.length, last).value_or(QByteArray());
+    QStringList found;
+    for (const QByteArray &text : read) {
+        if (!text.isEmpty())
+            found.append(QString::fromUtf8(text));
     }
     return found;
 }
@@ -103,11 +134,31 @@ QStringList DictdDictionary::entries(QStringView word) const {
     for (const QByteArray &key : dictionaryKeys(word)) {
         if (isAboutItself(view(key)))
             continue;
-        const QStringList found = texts(_index.find(view(key)));
+        QStringList found = texts(_index.find(view(key)));
         if (!found.isEmpty())
             return found;
     }
     return {};
+}
+
+void DictdDictionary::eachEntry(const std::function<bool(const Place &, const QString &)> &visit) const {
+    std::vector<Place> places;
+    _index.each([&places](std::string_view key, std::string_view line) {
+        if (!isAboutItself(key))
+            places.push_back(placeOf(line));
+    });
+    std::sort(places.begin(), places.end());
+    places.erase(std::unique(places.begin(), places.end()), places.end());
+    Dictzip::LastChunk last;
+    for (const Place &place : places) {
+        const std::optional<QByteArray> text = _text.read(place.offset, place.length, last);
+        if (text && !text->isEmpty() && !visit(place, QString::fromUtf8(*text)))
+            return;
+    }
+}
+
+QByteArray DictdDictionary::indexLine(const QByteArray &key, const Place &place) {
+    return key + '\t' + encoded(place.offset) + '\t' + encoded(place.length) + '\n';
 }
 
 bool DictdDictionary::has(QStringView word) const {
@@ -115,21 +166,6 @@ bool DictdDictionary::has(QStringView word) const {
     return std::any_of(keys.begin(), keys.end(), [this](const QByteArray &key) {
         return !isAboutItself(view(key)) && !_index.find(view(key)).empty();
     });
-}
-
-void DictdDictionary::eachEntry(const std::function<void(const QByteArray &text)> &visit) const {
-    std::vector<std::pair<qint64, qint64>> places;
-    _index.each([&places](std::string_view key, std::string_view line) {
-        if (!isAboutItself(key))
-            places.emplace_back(decoded(column(line, 1)), decoded(column(line, 2)));
-    });
-    std::sort(places.begin(), places.end());
-    places.erase(std::unique(places.begin(), places.end()), places.end());
-    Dictzip::LastChunk last;
-    for (const auto &[offset, length] : places) {
-        if (const std::optional<QByteArray> text = _text.read(offset, length, last))
-            visit(*text);
-    }
 }
 
 QString DictdDictionary::about(const char *what) const {

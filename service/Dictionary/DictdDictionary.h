@@ -20,6 +20,8 @@ class DictdDictionary {
   public:
     /// path: without the endings. A dictionary that cannot be opened has no entries.
     explicit DictdDictionary(const QString &path);
+    /// The same texts under other keys: index has sorted lines as such files have them.
+    DictdDictionary(const QString &path, QByteArray index);
 
     [[nodiscard]] bool isOpen() const { return !_index.isEmpty() && _text.isOpen(); }
 
@@ -41,8 +43,20 @@ class DictdDictionary {
         });
     }
 
-    /// Calls visit with the raw text of each entry, in the order of the file, each once.
-    void eachEntry(const std::function<void(const QByteArray &text)> &visit) const;
+    /// Where a text lies, in bytes of the unpacked whole; of what is damaged it may be negative.
+    struct Place {
+        qint64 offset = 0;
+        qint64 length = 0;
+        bool operator==(const Place &other) const { return offset == other.offset && length == other.length; }
+        bool operator<(const Place &other) const {
+            return offset != other.offset ? offset < other.offset : length < other.length;
+        }
+    };
+    /// Calls visit(place, text) for each entry, once though it has several keys, in the order in which they
+    /// lie; until it returns false.
+    void eachEntry(const std::function<bool(const Place &, const QString &)> &visit) const;
+    /// A line of an index: under this key, what lies there.
+    [[nodiscard]] static QByteArray indexLine(const QByteArray &key, const Place &place);
 
     /// Must be called before other threads look up when the index may be unsorted; reads all of it.
     void makeSorted() { _index.makeSorted(); }

@@ -1,49 +1,159 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Dictionary/Dictionaries.h"
 
+#include "Dictionary/DictdDictionary.h"
+#include "Dictionary/FreeDictEntry.h"
+#include "Dictionary/MuellerEntry.h"
+#include "Dictionary/ReversedDictionary.h"
 #include "Languages.h"
+#include "Log.h"
 
-#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
 
 namespace murvo::service {
 
 namespace {
 
 constexpr qsizetype longestLicence = 600;
+constexpr std::size_t mostExamples = 5;
+// Larger ones into English belong to languages with a large one from English, too, and would fill the memory.
+constexpr qint64 largestReversedIndex = qint64{4} * 1024 * 1024;
 
-// The paragraph of the makers' information that says how the dictionary may be used.
+// The paragraph of the makers' information that says how the dictionary may be used, or whose it is.
 QString licenceIn(const QString &information) {
-    const qsizetype heading = information.indexOf(QStringLiteral("Availability:"));
-    if (heading < 0)
+    const QString heading = QStringLiteral("Availability:");
+    const qsizetype said = information.indexOf(heading);
+    const qsizetype owned = information.indexOf(QStringLiteral("(C)"));
+    if (said < 0 && owned < 0)
         return {};
-    return information.mid(heading)
-        .section(u':', 1)
+    return information.mid(said < 0 ? owned : said + heading.size())
         .trimmed()
         .section(QStringLiteral("\n\n"), 0, 0)
         .simplified()
         .left(longestLicence);
 }
 
-} // namespace
-
-Dictionaries::Opened::Opened(const QString &path)
-    : dictionary(path)
-    , source{dictionary.shortName(), licenceIn(dictionary.information())} {
-    dictionary.makeSorted();
+DictionarySource sourceOf(const DictdDictionary &dictionary) {
+    return {dictionary.shortName(), licenceIn(dictionary.information())};
 }
+
+using EntryReader = std::vector<Entry> (*)(const DictdDictionary &dictionary, const QString &word);
+
+std::vector<Entry> allFreeDictEntries(const DictdDictionary &dictionary, const QString &word,
+                                      bool ofPhrases) {
+    std::vector<Entry> entries;
+    for (const QString &text : dictionary.entries(word)) {
+        const QStringList sections = sectionsOf(text);
+        for (const QString &section : sections) {
+            Entry entry = readFreeDictEntry(section);
+            const bool isPhrase =
+                sections.size() > 1 && entry.headword.contains(u' ') && !word.contains(u' ');
+            if (isPhrase == ofPhrases && !entry.senses.empty())
+                entries.push_back(std::move(entry));
+        }
+    }
+    return entries;
+}
+
+// Some have phrases under their first words only.
+std::vector<Entry> freeDictEntries(const DictdDictionary &dictionary, const QString &word) {
+    std::vector<Entry> entries = allFreeDictEntries(dictionary, word, false);
+    if (entries.empty() && word.contains(u' ')) {
+        entries = allFreeDictEntries(dictionary, word.section(u' ', 0, 0), true);
+        std::erase_if(entries, [&word](const Entry &entry) {
+            return entry.headword.compare(word, Qt::CaseInsensitive) != 0;
+        });
+    }
+    return withBareOnesJoined(withoutCutHeadwords(std::move(entries)));
+}
+
+std::vector<Entry> allMuellerEntries(const DictdDictionary &dictionary, const QString &word) {
+    std::vector<Entry> entries;
+    for (const QString &text : dictionary.entries(word)) {
+        for (Entry &entry : readMuellerEntries(text))
+            entries.push_back(std::move(entry));
+    }
+    return entries;
+}
+
+// Its phrases stand under their first words, as examples; of these a sense has dozens.
+std::vector<Entry> muellerEntries(const DictdDictionary &dictionary, const QString &word) {
+    std::vector<Entry> entries = allMuellerEntries(dictionary, word);
+    if (entries.empty() && word.contains(u' ')) {
+        Entry phrase = muellerPhrase(allMuellerEntries(dictionary, word.section(u' ', 0, 0)), word);
+        if (!phrase.senses.empty())
+            entries.push_back(std::move(phrase));
+    }
+    for (Entry &entry : entries) {
+        for (Sense &sense : entry.senses)
+            sense.examples.resize(std::min(sense.examples.size(), mostExamples));
+    }
+    return entries;
+}
+
+/// A dictionary from English, read entry by entry.
+class DirectDictionary : public BilingualDictionary {
+  public:
+    DirectDictionary(std::unique_ptr<DictdDictionary> dictionary, EntryReader reader)
+        : BilingualDictionary(sourceOf(*dictionary))
+        , _dictionary(std::move(dictionary))
+        , _reader(reader) {
+        _dictionary->makeSorted();
+    }
+
+    [[nodiscard]] std::vector<Entry> entries(const QString &word) const override {
+        return _reader(*_dictionary, word);
+    }
+    [[nodiscard]] bool has(const QString &word) const override { return _dictionary->has(word); }
+    [[nodiscard]] bool isReversed() const override { return false; }
+
+  private:
+    std::unique_ptr<DictdDictionary> _dictionary;
+    EntryReader _reader;
+};
+
+void addDirect(Dictionaries::List &list, const QString &path, EntryReader reader) {
+    auto dictionary = std::make_unique<DictdDictionary>(path);
+    if (dictionary->isOpen())
+        list.push_back(std::make_unique<DirectDictionary>(std::move(dictionary), reader));
+}
+
+void addReversed(Dictionaries::List &list, const QString &path) {
+    DictdDictionary dictionary(path);
+    if (!dictionary.isOpen() || QFileInfo(path + QStringLiteral(".index")).size() > largestReversedIndex)
+        return;
+    DictionarySource source = sourceOf(dictionary);
+    source.name += QStringLiteral(", read backwards");
+    list.push_back(std::make_unique<ReversedDictionary>(path, std::move(source)));
+}
+
+} // namespace
 
 Dictionaries::Dictionaries(const QString &folder)
     : _folder(folder) {}
 
-const std::vector<std::unique_ptr<Dictionaries::Opened>> &Dictionaries::of(const QString &language) {
+const Dictionaries::List &Dictionaries::of(const QString &language) {
     const std::lock_guard lock(_mutex);
     auto [place, isNew] = _byLanguage.try_emplace(findLanguage(language) == nullptr ? QString() : language);
     if (isNew && !place->first.isEmpty()) {
-        auto opened = std::make_unique<Opened>(_folder + QStringLiteral("/freedict-eng-") + language);
-        if (opened->dictionary.isOpen())
-            place->second.push_back(std::move(opened));
+        addDirect(place->second, _folder + QStringLiteral("/freedict-eng-") + language, freeDictEntries);
+        if (language == QStringLiteral("rus"))
+            addDirect(place->second, _folder + QStringLiteral("/mueller7"), muellerEntries);
+        addReversed(place->second, _folder + QStringLiteral("/freedict-%1-eng").arg(language));
     }
     return place->second;
+}
+
+void Dictionaries::prepare(const QString &language) {
+    _preparing = std::jthread([this, language] {
+        try {
+            std::ignore = of(language);
+        } catch (const std::exception &failure) {
+            qCWarning(serviceLog) << "Dictionaries cannot be opened:" << language << failure.what();
+        }
+    });
 }
 
 } // namespace murvo::service

@@ -1,47 +1,39 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "Dictionary/DictdDictionary.h"
-#include "Dictionary/Entry.h"
+#include "Dictionary/BilingualDictionary.h"
 
 #include <QString>
 
 #include <map>
 #include <memory>
 #include <mutex>
+#include <thread>
 #include <vector>
 
 namespace murvo::service {
 
-/// Where an entry comes from, in the makers' own words.
-struct DictionarySource {
-    QString name;
-    QString licence;
-};
-
-/// The dictionaries from English that are installed, by the language that they translate to.
+/// The dictionaries between English and other languages that are installed, by the other language.
 ///
 /// Any thread; owned by the EmbeddedService. A dictionary is opened when its language is first asked for.
 class Dictionaries {
   public:
-    /// One dictionary, opened.
-    struct Opened {
-        explicit Opened(const QString &path);
-
-        DictdDictionary dictionary;
-        DictionarySource source;
-    };
+    using List = std::vector<std::unique_ptr<BilingualDictionary>>;
 
     /// folder: where the packages put them.
     explicit Dictionaries(const QString &folder);
 
-    /// The dictionaries of a language (ISO 639-2/T); empty when none is installed that can be read.
-    [[nodiscard]] const std::vector<std::unique_ptr<Opened>> &of(const QString &language);
+    /// The dictionaries of a language (ISO 639-2/T), those from English first; empty when none is installed
+    /// that can be read.
+    [[nodiscard]] const List &of(const QString &language);
+    /// Opens them in the background, so that the first look-up finds them ready. Returns at once; one thread.
+    void prepare(const QString &language);
 
   private:
     QString _folder;
     std::mutex _mutex;
-    std::map<QString, std::vector<std::unique_ptr<Opened>>> _byLanguage; ///< never shrinks
+    std::map<QString, List> _byLanguage; ///< never shrinks
+    std::jthread _preparing;             ///< last: it uses the others
 };
 
 } // namespace murvo::service

@@ -28,6 +28,7 @@ struct Entry {
     QString pronunciation; ///< IPA without slashes, empty when not told
     QString partOfSpeech;  ///< "noun", "verb" ..., empty when not told
     std::vector<Sense> senses;
+    bool isOfForm = false; ///< it translates a form of the headword: "gelaufen", said of the participle "run"
 };
 
 } // namespace murvo::service

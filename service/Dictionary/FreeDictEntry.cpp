@@ -21,8 +21,9 @@ constexpr std::array partNames{
     PartName{u"conj", u"conjunction"}, PartName{u"interj", u"interjection"},
     PartName{u"int", u"interjection"}, PartName{u"num", u"numeral"},
     PartName{u"prep", u"preposition"}, PartName{u"pron", u"pronoun"},
-    PartName{u"propn", u"name"},       PartName{u"art", u"article"},
-    PartName{u"n", u"noun"},           PartName{u"v", u"verb"},
+    PartName{u"propn", u"name"},       PartName{u"pn", u"name"},
+    PartName{u"art", u"article"},      PartName{u"n", u"noun"},
+    PartName{u"v", u"verb"},
 };
 
 QString partNamed(QStringView sign) {
@@ -34,14 +35,22 @@ QString partNamed(QStringView sign) {
     return {};
 }
 
+// "Ansturm <masc>" says its gender in a way that is none of the word's; "ĳ" is two letters everywhere else.
+QString readable(QString text) {
+    static const QRegularExpression marks(QStringLiteral("<[^<>]*>"));
+    if (text.contains(u'<'))
+        text.remove(marks);
+    return text.replace(QStringLiteral("ĳ"), QStringLiteral("ij")).trimmed();
+}
+
 // "run /ɹˈʌn/ (ran /…/ <>, run) <v, trans>"
 void readHead(const QString &line, Entry &entry) {
     static const QRegularExpression sound(QStringLiteral("\\s+/{1,2}([^/]+)/{1,2}"));
     static const QRegularExpression mark(QStringLiteral("<([^<>]*)>\\s*$"));
-    const QRegularExpressionMatch heard = sound.match(line);
+    const QRegularExpressionMatch heard = line.contains(u'/') ? sound.match(line) : QRegularExpressionMatch();
     if (heard.hasMatch())
         entry.pronunciation = heard.captured(1).trimmed();
-    const QRegularExpressionMatch marked = mark.match(line);
+    const QRegularExpressionMatch marked = line.contains(u'>') ? mark.match(line) : QRegularExpressionMatch();
     if (marked.hasMatch())
         entry.partOfSpeech = partNamed(marked.captured(1));
     qsizetype end = line.size();
@@ -50,20 +59,23 @@ void readHead(const QString &line, Entry &entry) {
         if (at > 0)
             end = std::min(end, at);
     }
-    entry.headword = line.left(end).trimmed();
+    entry.headword = readable(line.left(end));
 }
 
 // Commas within brackets part nothing.
 QStringList parted(const QString &text) {
-    QStringList parts{QString()};
+    QStringList parts;
     int depth = 0;
-    for (const QChar sign : text) {
+    qsizetype start = 0;
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        const QChar sign = text[at];
         depth += QStringView(u"([{").contains(sign) ? 1 : QStringView(u")]}").contains(sign) ? -1 : 0;
-        if (depth <= 0 && (sign == u',' || sign == u';' || sign == u'、'))
-            parts.append(QString());
-        else
-            parts.last() += sign;
+        if (depth <= 0 && (sign == u',' || sign == u';' || sign == u'、')) {
+            parts.append(text.sliced(start, at - start));
+            start = at + 1;
+        }
     }
+    parts.append(text.sliced(start));
     QStringList words;
     for (QString part : parts) {
         part = part.replace(u'~', u' ').simplified();
@@ -73,12 +85,6 @@ QStringList parted(const QString &text) {
             words.append(part);
     }
     return words;
-}
-
-// "Ansturm <masc>" says its gender in a way that is none of the word's; "ĳ" is two letters everywhere else.
-QString readable(QString text) {
-    static const QRegularExpression marks(QStringLiteral("<[^<>]*>"));
-    return text.remove(marks).replace(QStringLiteral("ĳ"), QStringLiteral("ij")).trimmed();
 }
 
 QStringList bracedWords(const QString &text) {
@@ -93,11 +99,35 @@ bool isEnglishText(const QString &text) {
     return std::all_of(text.begin(), text.end(), [](QChar sign) { return sign.unicode() < 0x80; });
 }
 
+// "Haus <neut>" is a noun, "laufen <v, intr>" a verb: the translation's is the headword's.
+QString partOfTranslation(const QString &text) {
+    static const QRegularExpression mark(QStringLiteral("<([a-z]+)[^<>]*>"));
+    if (!text.contains(u'<'))
+        return {};
+    const QString sign = mark.match(text).captured(1);
+    const bool isGender = sign == u"masc" || sign == u"fem" || sign == u"neut" || sign == u"pl";
+    return isGender ? QStringLiteral("noun") : partNamed(sign);
+}
+
+// Takes the remarks in square brackets, "[Am.]", "[textil.]", out of translations and returns them.
+QString takeRemarks(QString &text) {
+    static const QRegularExpression remark(QStringLiteral("\\[([^\\[\\]]*)\\]"));
+    if (!text.contains(u'['))
+        return {};
+    QStringList remarks;
+    for (const QRegularExpressionMatch &match : remark.globalMatch(text))
+        remarks.append(match.captured(1).trimmed());
+    text.remove(remark);
+    remarks.removeDuplicates();
+    return remarks.join(QStringLiteral("; "));
+}
+
 /// Reads the lines below the head, one after the other.
 class SenseReader {
   public:
-    explicit SenseReader(Entry &entry)
-        : _entry(entry) {}
+    SenseReader(Entry &entry, Translations translations)
+        : _entry(entry)
+        , _translations(translations) {}
 
     void read(const QString &line) {
         static const QRegularExpression number(QStringLiteral("^(\\d+)\\.\\s*(.*)$"));
@@ -105,14 +135,20 @@ class SenseReader {
         static const QRegularExpression remark(
             QStringLiteral("^\\s*(Note|Synonym|Synonyms|see|see also):\\s*(.*)$"));
         const QString text = line.trimmed();
-        if (text.isEmpty() || bareNumber.match(line).hasMatch())
+        // Whole dictionaries are read by this: no expression is tried that cannot match.
+        const bool isIndented = line.startsWith(u' ');
+        if (text.isEmpty() || (isIndented && bareNumber.match(line).hasMatch()))
             return;
-        if (const QRegularExpressionMatch match = remark.match(line); match.hasMatch())
-            readRemark(match.captured(1), match.captured(2));
+        const QRegularExpressionMatch remarked =
+            text.contains(u':') ? remark.match(line) : QRegularExpressionMatch();
+        const QRegularExpressionMatch numbered =
+            text.front().isDigit() ? number.match(text) : QRegularExpressionMatch();
+        if (remarked.hasMatch())
+            readRemark(remarked.captured(1), remarked.captured(2));
         else if (text.startsWith(u'"'))
             readExample(text);
-        else if (const QRegularExpressionMatch sense = number.match(text); sense.hasMatch())
-            begin(sense.captured(2));
+        else if (numbered.hasMatch())
+            begin(numbered.captured(2));
         else if (_entry.senses.empty() || (_entry.senses.back().translations.isEmpty() && !_isNumbered))
             begin(text);
         else
@@ -124,19 +160,28 @@ class SenseReader {
     void begin(QString text) {
         static const QRegularExpression innerNumber(QStringLiteral("\\s+\\d+\\.$"));
         _isNumbered = true;
+        if (text.endsWith(u'.'))
+            text.remove(innerNumber);
+        if (_entry.partOfSpeech.isEmpty() && _translations == Translations::Foreign)
+            _entry.partOfSpeech = partOfTranslation(text);
         Sense sense;
-        sense.translations = parted(readable(text.remove(innerNumber)));
+        sense.definition = takeRemarks(text);
+        sense.translations = parted(readable(std::move(text)));
         _entry.senses.push_back(std::move(sense));
     }
 
     // What follows the translations tells in English where they fit; anything else is more of them.
     void define(const QString &text) {
         Sense &sense = _entry.senses.back();
-        if (isEnglishText(text) || sense.translations.isEmpty())
-            sense.definition +=
-                (sense.definition.isEmpty() ? QString() : QStringLiteral("; ")) + readable(text);
+        if (_translations == Translations::English || isEnglishText(text) || sense.translations.isEmpty())
+            addRemark(text);
         else
             sense.translations += parted(readable(text));
+    }
+
+    void addRemark(const QString &text) {
+        QString &definition = _entry.senses.back().definition;
+        definition += (definition.isEmpty() ? QString() : QStringLiteral("; ")) + readable(text);
     }
 
     void readExample(const QString &text) {
@@ -154,13 +199,16 @@ class SenseReader {
     void readRemark(const QString &kind, const QString &text) {
         if (_entry.senses.empty())
             return;
-        if (kind.startsWith(u"Synonym"))
+        if (kind == u"see" && _entry.partOfSpeech.isEmpty())
+            _entry.isOfForm = bracedWords(text).contains(_entry.headword);
+        else if (kind.startsWith(u"Synonym"))
             _entry.senses.back().synonyms += bracedWords(text);
         else if (kind == u"Note" && _entry.senses.back().examples.empty())
-            define(text);
+            addRemark(text);
     }
 
     Entry &_entry;
+    Translations _translations;
     bool _isNumbered = false;
 };
 
@@ -170,11 +218,11 @@ QString unstressed(QString sound) {
 
 } // namespace
 
-Entry readFreeDictEntry(const QString &text) {
+Entry readFreeDictEntry(const QString &text, Translations translations) {
     Entry entry;
     const QStringList lines = text.split(u'\n');
     readHead(lines.first(), entry);
-    SenseReader reader(entry);
+    SenseReader reader(entry, translations);
     for (qsizetype i = 1; i < lines.size(); ++i)
         reader.read(lines[i]);
     std::erase_if(entry.senses, [](const Sense &sense) {
@@ -183,13 +231,44 @@ Entry readFreeDictEntry(const QString &text) {
     return entry;
 }
 
+QStringList sectionsOf(const QString &text) {
+    static const QRegularExpression section(QStringLiteral("^[IVX]+\\.\\s+(<[^<>]*>)(.*)$"));
+    static const QRegularExpression ownHead(QStringLiteral("^([^/\\[\\d]+?)(\\s+/[^/]*/|\\s{2,})(.*)$"));
+    static const QRegularExpression letter(QStringLiteral("^\\s*[a-h]\\.\\s*|(?<=\\s)[a-h]\\.\\s+"));
+    static const QRegularExpression phrase(
+        QStringLiteral("^\\s*\\d+\\.\\s+(.*?)\\s*(\\([^()]*:[^()]*\\))?\\s*$"));
+    const QStringList lines = text.split(u'\n');
+    QStringList sections;
+    for (qsizetype i = 1; i < lines.size(); ++i) {
+        QString line = lines[i];
+        if (const auto match = section.match(line); match.hasMatch()) {
+            const auto own = ownHead.match(match.captured(2));
+            const bool isOther = own.hasMatch() && !own.captured(1).trimmed().isEmpty();
+            const QString head =
+                isOther ? own.captured(1).trimmed() : lines.first().section(u'<', 0, 0).trimmed();
+            sections.append(head + u' ' + match.captured(1));
+            line = isOther ? own.captured(3) : match.captured(2);
+        } else if (sections.isEmpty()) {
+            return {text};
+        }
+        // "3.  Good! (:good)" with "- Dobrze!" below is an example.
+        if (const auto match = phrase.match(line); match.hasMatch() && lines.value(i + 1).startsWith(u" - "))
+            line = u'"' + match.captured(1) + QStringLiteral("\"  ") + lines[++i].trimmed();
+        sections.last() += u'\n' + line.remove(letter).trimmed();
+    }
+    return sections;
+}
+
 std::vector<Entry> withoutCutHeadwords(std::vector<Entry> entries) {
-    const auto isCut = [&entries](const Entry &entry) {
+    const auto isStressed = [](const Entry &entry) { return entry.pronunciation.contains(u'ˈ'); };
+    const auto isCut = [&](const Entry &entry) {
         const QString sound = unstressed(entry.pronunciation);
         return std::any_of(entries.begin(), entries.end(), [&](const Entry &other) {
             const QString shorter = unstressed(other.pronunciation);
-            return other.headword == entry.headword && !shorter.isEmpty() &&
-                   sound.size() > shorter.size() + 1 && sound.startsWith(shorter);
+            if (other.headword != entry.headword || shorter.isEmpty())
+                return false;
+            const bool isLonger = sound.size() > shorter.size() + 1 && sound.startsWith(shorter);
+            return isLonger || (entry.partOfSpeech.isEmpty() && isStressed(entry) && !isStressed(other));
         });
     };
     std::vector<Entry> whole;
@@ -198,6 +277,29 @@ std::vector<Entry> withoutCutHeadwords(std::vector<Entry> entries) {
             whole.push_back(entry);
     }
     return whole;
+}
+
+std::vector<Entry> withBareOnesJoined(std::vector<Entry> entries) {
+    const auto isBare = [](const Entry &entry) {
+        return !entry.isOfForm &&
+               std::all_of(entry.senses.begin(), entry.senses.end(), [](const Sense &sense) {
+                   return sense.definition.isEmpty() && sense.examples.empty() && sense.synonyms.isEmpty();
+               });
+    };
+    std::vector<Entry> joined;
+    for (Entry &entry : entries) {
+        const auto same = std::find_if(joined.begin(), joined.end(), [&](const Entry &other) {
+            return isBare(other) && other.headword == entry.headword &&
+                   other.partOfSpeech == entry.partOfSpeech && other.pronunciation == entry.pronunciation;
+        });
+        if (entry.senses.size() != 1 || !isBare(entry) || same == joined.end()) {
+            joined.push_back(std::move(entry));
+            continue;
+        }
+        for (Sense &sense : entry.senses)
+            same->senses.push_back(std::move(sense));
+    }
+    return joined;
 }
 
 } // namespace murvo::service

@@ -22,6 +22,11 @@ SortedLines::SortedLines(const QString &path, char separator)
         _text = {reinterpret_cast<const char *>(bytes), static_cast<std::size_t>(_file.size())};
 }
 
+SortedLines::SortedLines(QByteArray lines, char separator)
+    : _own(std::move(lines))
+    , _separator(separator)
+    , _text(_own.constData(), static_cast<std::size_t>(_own.size())) {}
+
 std::string_view SortedLines::keyOf(std::string_view line) const {
     return line.substr(0, line.find(_separator));
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QByteArray>
 #include <QFile>
 #include <QString>
 
@@ -18,6 +19,8 @@ namespace murvo::service {
 class SortedLines {
   public:
     SortedLines(const QString &path, char separator);
+    /// Lines that lie in memory.
+    SortedLines(QByteArray lines, char separator);
 
     [[nodiscard]] bool isEmpty() const { return _text.empty(); }
     [[nodiscard]] std::string_view text() const { return _text; }
@@ -50,6 +53,7 @@ class SortedLines {
                                                         Matches &&matches) const;
 
     QFile _file;
+    QByteArray _own; ///< the lines when there is no file
     char _separator;
     std::string_view _text;
     std::vector<std::uint32_t> _order; ///< starts of the lines by key, only for a file that is not sorted

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Dictionary/WordLookup.h"
 
-#include "Dictionary/FreeDictEntry.h"
+#include "Dictionary/EntryOrder.h"
 
 #include <algorithm>
 #include <limits>
@@ -45,13 +45,65 @@ QList<QByteArray> misspelt(const QByteArray &form) {
     return words;
 }
 
+// Takes out of an entry the translations that have been said already.
+void leaveOut(const QStringList &said, Entry &entry) {
+    for (Sense &sense : entry.senses)
+        sense.translations.removeIf(
+            [&said](const QString &word) { return said.contains(word, Qt::CaseInsensitive); });
+    std::erase_if(entry.senses, [](const Sense &sense) { return sense.translations.isEmpty(); });
+}
+
 } // namespace
 
 bool WordLookup::isKnown(const QString &word, const QString &language) {
     const auto &dictionaries = _dictionaries.of(language);
     return _wordNet.has(word.toUtf8()) ||
            std::any_of(dictionaries.begin(), dictionaries.end(),
-                       [&word](const auto &opened) { return opened->dictionary.has(word); });
+                       [&word](const auto &dictionary) { return dictionary->has(word); });
+}
+
+int WordLookup::timesMet(const QString &word, const QString &part) const {
+    const auto found = std::find_if(partsOfSpeech.begin(), partsOfSpeech.end(),
+                                    [&part](PartOfSpeech each) { return nameOf(each) == part; });
+    return found == partsOfSpeech.end() ? 0 : _wordNet.timesMet(word.toUtf8(), *found);
+}
+
+std::vector<SourcedEntry> WordLookup::entries(const QString &word, const QString &language) {
+    const Dictionaries::List &dictionaries = _dictionaries.of(language);
+    std::vector<std::vector<Entry>> ofEach;
+    ofEach.reserve(dictionaries.size());
+    for (const auto &dictionary : dictionaries)
+        ofEach.push_back(dictionary->entries(word));
+
+    const auto times = [&](const QString &part) { return timesMet(word, part); };
+    SenseOrder order{{},
+                     timesMet(word, nameOf(PartOfSpeech::Verb)) >
+                         timesMet(word, nameOf(PartOfSpeech::Noun)) +
+                             timesMet(word, nameOf(PartOfSpeech::Adjective)),
+                     language};
+    for (std::size_t i = 0; i < dictionaries.size(); ++i) {
+        if (dictionaries[i]->isReversed())
+            order.likely += likelyTranslations(ofEach[i], times);
+    }
+    std::vector<SourcedEntry> found;
+    QStringList said;
+    for (std::size_t i = 0; i < dictionaries.size(); ++i) {
+        const bool isReversed = dictionaries[i]->isReversed();
+        if (!isReversed || tellsParts(ofEach[i]))
+            orderEntries(ofEach[i], times, language);
+        for (Entry &entry : ofEach[i]) {
+            if (isReversed)
+                leaveOut(said, entry);
+            else if (entry.partOfSpeech.isEmpty())
+                orderSenses(entry, order);
+            if (entry.senses.empty() || found.size() == mostEntries)
+                continue;
+            if (!isReversed)
+                said += translationsOf(entry);
+            found.push_back({std::move(entry), &dictionaries[i]->source()});
+        }
+    }
+    return found;
 }
 
 Headword WordLookup::headword(const QString &word, const QString &language, const Glosses &glosses) {
@@ -59,16 +111,9 @@ Headword WordLookup::headword(const QString &word, const QString &language, cons
     found.word = word;
     found.rank = _english.rank(word);
     found.gloss = glosses.value(word);
-    for (const auto &opened : _dictionaries.of(language)) {
-        std::vector<Entry> entries;
-        for (const QString &text : opened->dictionary.entries(word))
-            entries.push_back(readFreeDictEntry(text));
-        for (Entry &entry : withoutCutHeadwords(std::move(entries))) {
-            if (!entry.senses.empty() && found.entries.size() < mostEntries)
-                found.entries.push_back({std::move(entry), &opened->source});
-        }
-    }
+    found.entries = entries(word, language);
     std::vector<std::pair<int, PartOfSpeech>> parts;
+    parts.reserve(partsOfSpeech.size());
     for (const PartOfSpeech part : partsOfSpeech)
         parts.emplace_back(-_wordNet.timesMet(word.toUtf8(), part), part);
     std::stable_sort(parts.begin(), parts.end(),

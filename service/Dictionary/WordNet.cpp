@@ -62,6 +62,20 @@ void readGloss(const QString &gloss, WordNetSense &sense) {
 
 } // namespace
 
+QString nameOf(PartOfSpeech part) {
+    switch (part) {
+    case PartOfSpeech::Noun:
+        return QStringLiteral("noun");
+    case PartOfSpeech::Verb:
+        return QStringLiteral("verb");
+    case PartOfSpeech::Adjective:
+        return QStringLiteral("adjective");
+    case PartOfSpeech::Adverb:
+        return QStringLiteral("adverb");
+    }
+    return {};
+}
+
 struct WordNet::Files {
     Files(const QString &folder, const PartNames &names)
         : index(folder + QStringLiteral("/index.") + QLatin1String(names.file), ' ')

@@ -19,6 +19,9 @@ enum class PartOfSpeech { Noun, Verb, Adjective, Adverb };
 constexpr std::array partsOfSpeech{PartOfSpeech::Noun, PartOfSpeech::Verb, PartOfSpeech::Adjective,
                                    PartOfSpeech::Adverb};
 
+/// "noun", "verb" ...
+[[nodiscard]] QString nameOf(PartOfSpeech part);
+
 /// One meaning of an English word.
 struct WordNetSense {
     PartOfSpeech partOfSpeech = PartOfSpeech::Noun;

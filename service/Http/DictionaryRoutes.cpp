@@ -18,20 +18,6 @@ namespace {
 // Two lines of a subtitle, with room to spare.
 constexpr qsizetype longestText = 1000;
 
-QString nameOf(PartOfSpeech part) {
-    switch (part) {
-    case PartOfSpeech::Noun:
-        return QStringLiteral("noun");
-    case PartOfSpeech::Verb:
-        return QStringLiteral("verb");
-    case PartOfSpeech::Adjective:
-        return QStringLiteral("adjective");
-    case PartOfSpeech::Adverb:
-        return QStringLiteral("adverb");
-    }
-    return {};
-}
-
 QJsonArray examplesJson(const std::vector<Example> &examples) {
     QJsonArray list;
     for (const Example &example : examples)

@@ -129,6 +129,28 @@ TEST_F(DictionaryTest, GivesTheParts) {
     EXPECT_EQ(entry.partOfSpeech, u"noun");
 }
 
+TEST_F(DictionaryTest, PartsATextWithSections) {
+    const QString text = DictdDictionary(installed(u"freedict-eng-pol"_s)).entries(u"good"_s).value(0);
+    QStringList told;
+    for (const QString &section : sectionsOf(text)) {
+        const Entry entry = readFreeDictEntry(section);
+        told.append(entry.headword + u" "_s + entry.partOfSpeech);
+        for (const Sense &sense : entry.senses) {
+            EXPECT_FALSE(sense.translations.value(0).contains(u'.')) << section.toStdString();
+            EXPECT_FALSE(sense.translations.value(0).contains(u"(:"));
+        }
+    }
+    EXPECT_THAT(told.mid(0, 3),
+                testing::ElementsAre(u"good adjective"_s, u"good noun"_s, u"good afternoon noun"_s));
+    const Entry noun = readFreeDictEntry(sectionsOf(text).value(1));
+    ASSERT_GT(noun.senses.size(), 1U);
+    EXPECT_EQ(noun.senses[0].definition, u"zjawisko");
+    ASSERT_FALSE(noun.senses[1].examples.empty());
+    EXPECT_EQ(noun.senses[1].examples[0].text, u"Good!");
+    EXPECT_EQ(noun.senses[1].examples[0].translation, u"Dobrze!");
+    EXPECT_EQ(sectionsOf(u"run /r/\nI. biec\n"_s).size(), 1) << "no section";
+}
+
 TEST_F(DictionaryTest, LeavesOutEntriesOfLongerWordsThatWereCutShort) {
     std::vector<Entry> entries;
     for (const QString &text : DictdDictionary(installed(u"freedict-eng-spa"_s)).entries(u"child"))

@@ -24,14 +24,15 @@ QByteArray exampleIn(const QByteArray &line) {
 } // namespace
 
 void ExampleSentences::add(const DictdDictionary &dictionary) {
-    dictionary.eachEntry([this](const QByteArray &entry) {
-        for (const QByteArray &line : entry.split('\n')) {
+    dictionary.eachEntry([this](const DictdDictionary::Place &, const QString &entry) {
+        for (const QByteArray &line : entry.toUtf8().split('\n')) {
             const QByteArray sentence = exampleIn(line);
             if (sentence.isEmpty() || _sentences.contains(sentence))
                 continue;
             _sentences.insert(sentence);
             count(QString::fromUtf8(sentence));
         }
+        return true;
     });
 }
 
