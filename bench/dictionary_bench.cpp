@@ -73,18 +73,21 @@ int main(int argc, char **argv) {
         }
     });
     std::vector<double> times;
+    std::vector<std::pair<double, QString>> slowest;
     int plain = 0;
     int translated = 0;
     int answered = 0;
     for (const QString &word : words) {
         LookedUp found;
         times.push_back(millisecondsOf([&] { found = lookup.lookUp(word, 0, language); }));
+        slowest.emplace_back(times.back(), word);
         translated += hasTranslation(found) ? 1 : 0;
         answered += found.headwords.empty() ? 0 : 1;
         const auto &all = dictionaries->of(language);
         plain += std::any_of(all.begin(), all.end(), [&word](const auto &each) { return each->has(word); });
     }
     std::sort(times.begin(), times.end());
+    std::sort(slowest.begin(), slowest.end());
     const auto percentOf = [&words](int count) { return 100.0 * count / static_cast<double>(words.size()); };
     out << language << ": opened " << opened << " ms, first look-up " << first << " ms, read backwards "
         << gathered << " ms later, median " << times.at(times.size() / 2) << " ms, p99 "
@@ -92,5 +95,9 @@ int main(int argc, char **argv) {
         << " words: index alone " << percentOf(plain) << " %, translated " << percentOf(translated)
         << " %, answered " << percentOf(answered) << " %; memory " << memoryKilobytes("VmRSS:") - before
         << " KB more, of which own " << memoryKilobytes("RssAnon:") << " KB in all\n";
+    out << "slowest:";
+    for (auto each = slowest.rbegin(); each < slowest.rbegin() + 40 && each != slowest.rend(); ++each)
+        out << ' ' << each->second << ' ' << each->first;
+    out << "\n";
     return 0;
 }

@@ -11,7 +11,7 @@ namespace murvo::service {
 namespace {
 
 // The commonest words have dozens in the largest dictionary, each a place of its own to be unpacked.
-constexpr std::size_t mostEntries = 24;
+constexpr std::size_t mostEntries = 16;
 constexpr qsizetype longestWord = 200;
 
 constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -119,9 +119,8 @@ QStringList DictdDictionary::texts(const std::vector<std::string_view> &lines) c
     }
     std::sort(places.begin(), places.end());
     std::vector<QByteArray> read(lines.size());
-    Dictzip::LastChunk last;
     for (const auto &[place, number] : places)
-        read[number] = _text.read(place.offset, place.length, last).value_or(QByteArray());
+        read[number] = _text.read(place.offset, place.length).value_or(QByteArray());
     QStringList found;
     for (const QByteArray &text : read) {
         if (!text.isEmpty())
@@ -149,9 +148,8 @@ void DictdDictionary::eachEntry(const std::function<bool(const Place &, const QS
     });
     std::sort(places.begin(), places.end());
     places.erase(std::unique(places.begin(), places.end()), places.end());
-    Dictzip::LastChunk last;
     for (const Place &place : places) {
-        const std::optional<QByteArray> text = _text.read(place.offset, place.length, last);
+        const std::optional<QByteArray> text = _text.read(place.offset, place.length);
         if (text && !text->isEmpty() && !visit(place, QString::fromUtf8(*text)))
             return;
     }

@@ -4,15 +4,17 @@
 #include <algorithm>
 #include <memory>
 
-#include <zlib.h>
+#include <libdeflate.h>
 
 namespace murvo::service {
 
 namespace {
 
+// Of 58 KB each in the installed ones.
+constexpr std::size_t chunksAtHand = 64;
 // Longer entries than this are no entries: the longest of the installed ones has 60 KB.
 constexpr qint64 longestRead = qint64{4} * 1024 * 1024;
-constexpr int rawDeflate = -15;
+const QByteArray emptyLastBlock("\x03\x00", 2);
 
 // The header as RFC 1952 has it.
 constexpr qint64 fixedHeader = 10;
@@ -21,8 +23,8 @@ constexpr int hasExtra = 0x04;
 constexpr int hasName = 0x08;
 constexpr int hasComment = 0x10;
 
-struct InflateEnd {
-    void operator()(z_stream *stream) const { inflateEnd(stream); }
+struct DecompressorFree {
+    void operator()(libdeflate_decompressor *unpacker) const { libdeflate_free_decompressor(unpacker); }
 };
 
 /// Reads the header's fields and knows when the file ends within it.
@@ -107,38 +109,46 @@ bool Dictzip::readHeader() {
     return true;
 }
 
-std::optional<QByteArray> Dictzip::unpack(std::size_t number, qint64 length) const {
-    if (number + 1 >= _chunkStarts.size() || _chunkStarts[number + 1] > _file.size())
-        return std::nullopt;
-    z_stream stream{};
-    if (inflateInit2(&stream, rawDeflate) != Z_OK)
-        return std::nullopt;
-    const std::unique_ptr<z_stream, InflateEnd> end(&stream);
-    QByteArray text(std::min(length, _chunkLength), Qt::Uninitialized);
-    stream.next_in = const_cast<Bytef *>(_bytes + _chunkStarts[number]); // zlib reads it only
-    stream.avail_in = static_cast<uInt>(_chunkStarts[number + 1] - _chunkStarts[number]);
-    stream.next_out = reinterpret_cast<Bytef *>(text.data());
-    stream.avail_out = static_cast<uInt>(text.size());
-    const int status = inflate(&stream, Z_PARTIAL_FLUSH);
-    if (status != Z_OK && status != Z_STREAM_END && status != Z_BUF_ERROR)
-        return std::nullopt;
-    text.chop(static_cast<qsizetype>(stream.avail_out));
+QByteArray Dictzip::chunk(std::size_t number) const {
+    {
+        const std::lock_guard lock(_mutex);
+        const auto found = std::find_if(_recent.begin(), _recent.end(),
+                                        [number](const Chunk &each) { return each.number == number; });
+        if (found != _recent.end()) {
+            _recent.splice(_recent.begin(), _recent, found);
+            return found->text;
+        }
+    }
+    QByteArray text = unpack(number);
+    const std::lock_guard lock(_mutex);
+    _recent.push_front({number, text});
+    if (_recent.size() > chunksAtHand)
+        _recent.pop_back();
     return text;
 }
 
-bool Dictzip::bring(std::size_t number, qint64 length, LastChunk &last) const {
-    const bool isSame = last.number == number && !last.text.isEmpty();
-    if (isSame && last.text.size() >= std::min(length, _chunkLength))
-        return true;
-    // Asked for a second time, there is more to come from it.
-    std::optional<QByteArray> text = unpack(number, isSame ? _chunkLength : length);
-    if (!text || text->isEmpty())
-        return false;
-    last = {number, std::move(*text)};
-    return true;
+// A chunk ends where the packer was flushed, and is not the end of its stream: one that ends there follows.
+QByteArray Dictzip::unpack(std::size_t number) const {
+    if (number + 1 >= _chunkStarts.size() || _chunkStarts[number + 1] > _file.size())
+        return {};
+    static thread_local const std::unique_ptr<libdeflate_decompressor, DecompressorFree> unpacker(
+        libdeflate_alloc_decompressor());
+    if (!unpacker)
+        return {};
+    const QByteArray packed = QByteArray(reinterpret_cast<const char *>(_bytes) + _chunkStarts[number],
+                                         _chunkStarts[number + 1] - _chunkStarts[number]) +
+                              emptyLastBlock;
+    QByteArray text(_chunkLength, Qt::Uninitialized);
+    size_t length = 0;
+    if (libdeflate_deflate_decompress(unpacker.get(), packed.constData(), static_cast<size_t>(packed.size()),
+                                      text.data(), static_cast<size_t>(text.size()),
+                                      &length) != LIBDEFLATE_SUCCESS)
+        return {};
+    text.resize(static_cast<qsizetype>(length));
+    return text;
 }
 
-std::optional<QByteArray> Dictzip::read(qint64 offset, qint64 length, LastChunk &last) const {
+std::optional<QByteArray> Dictzip::read(qint64 offset, qint64 length) const {
     if (!isOpen() || offset < 0 || length < 0 || length > longestRead)
         return std::nullopt;
     if (_chunkLength == 0) {
@@ -149,10 +159,10 @@ std::optional<QByteArray> Dictzip::read(qint64 offset, qint64 length, LastChunk 
     QByteArray text;
     qint64 within = offset % _chunkLength;
     for (qint64 number = offset / _chunkLength; text.size() < length; ++number) {
-        if (!bring(static_cast<std::size_t>(number), within + length - text.size(), last) ||
-            last.text.size() <= within)
+        const QByteArray from = chunk(static_cast<std::size_t>(number));
+        if (from.size() <= within)
             return std::nullopt;
-        text += last.text.mid(within, length - text.size());
+        text += from.mid(within, length - text.size());
         within = 0;
     }
     return text;

@@ -2,6 +2,7 @@
 #include "Dictionary/SortedLines.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 
 namespace murvo::service {
@@ -37,8 +38,8 @@ std::string_view SortedLines::lineAt(std::size_t start) const {
 }
 
 std::size_t SortedLines::lineStart(std::size_t within) const {
-    const std::size_t end = within == 0 ? std::string_view::npos : _text.rfind('\n', within - 1);
-    return end == std::string_view::npos ? 0 : end + 1;
+    const auto *end = static_cast<const char *>(::memrchr(_text.data(), '\n', within));
+    return end == nullptr ? 0 : static_cast<std::size_t>(end - _text.data()) + 1;
 }
 
 // The start of the first line whose key is not below the given one; the place of it when there is an order.

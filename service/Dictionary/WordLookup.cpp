@@ -62,10 +62,11 @@ bool WordLookup::isKnown(const QString &word, const QString &language) {
                        [&word](const auto &dictionary) { return dictionary->has(word); });
 }
 
-int WordLookup::timesMet(const QString &word, const QString &part) const {
-    const auto found = std::find_if(partsOfSpeech.begin(), partsOfSpeech.end(),
-                                    [&part](PartOfSpeech each) { return nameOf(each) == part; });
-    return found == partsOfSpeech.end() ? 0 : _wordNet.timesMet(word.toUtf8(), *found);
+QHash<QString, int> WordLookup::timesMet(const QString &word) const {
+    QHash<QString, int> times;
+    for (const PartOfSpeech part : partsOfSpeech)
+        times.insert(nameOf(part), _wordNet.timesMet(word.toUtf8(), part));
+    return times;
 }
 
 std::vector<SourcedEntry> WordLookup::entries(const QString &word, const QString &language) {
@@ -75,11 +76,10 @@ std::vector<SourcedEntry> WordLookup::entries(const QString &word, const QString
     for (const auto &dictionary : dictionaries)
         ofEach.push_back(dictionary->entries(word));
 
-    const auto times = [&](const QString &part) { return timesMet(word, part); };
+    const auto times = [ofPart = timesMet(word)](const QString &part) { return ofPart.value(part); };
     SenseOrder order{{},
-                     timesMet(word, nameOf(PartOfSpeech::Verb)) >
-                         timesMet(word, nameOf(PartOfSpeech::Noun)) +
-                             timesMet(word, nameOf(PartOfSpeech::Adjective)),
+                     times(nameOf(PartOfSpeech::Verb)) >
+                         times(nameOf(PartOfSpeech::Noun)) + times(nameOf(PartOfSpeech::Adjective)),
                      language};
     for (std::size_t i = 0; i < dictionaries.size(); ++i) {
         if (dictionaries[i]->isReversed())

@@ -61,8 +61,8 @@ class WordLookup {
 
   private:
     [[nodiscard]] bool isKnown(const QString &word, const QString &language);
-    /// How often the word was met as a part of speech that entries name so.
-    [[nodiscard]] int timesMet(const QString &word, const QString &part) const;
+    /// How often the word was met, by the names that entries have for parts of speech.
+    [[nodiscard]] QHash<QString, int> timesMet(const QString &word) const;
     [[nodiscard]] std::vector<SourcedEntry> entries(const QString &word, const QString &language);
     [[nodiscard]] Headword headword(const QString &word, const QString &language, const Glosses &glosses);
     [[nodiscard]] QStringList near(const QString &form) const;
