@@ -31,4 +31,14 @@ struct Entry {
     bool isOfForm = false; ///< it translates a form of the headword: "gelaufen", said of the participle "run"
 };
 
+/// One meaning of an English word in English.
+struct EnglishSense {
+    QString partOfSpeech; ///< "noun", "pronoun" ...
+    QString definition;
+    QStringList examples;
+    QStringList synonyms;
+    QStringList antonyms;
+    bool isOwn = false; ///< of this program, not of WordNet
+};
+
 } // namespace murvo::service

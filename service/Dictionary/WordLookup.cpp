@@ -106,22 +106,29 @@ std::vector<SourcedEntry> WordLookup::entries(const QString &word, const QString
     return found;
 }
 
-Headword WordLookup::headword(const QString &word, const QString &language, const Glosses &glosses) {
-    Headword found;
-    found.word = word;
-    found.rank = _english.rank(word);
-    found.gloss = glosses.value(word);
-    found.entries = entries(word, language);
+std::vector<EnglishSense> WordLookup::senses(const QString &word) const {
     std::vector<std::pair<int, PartOfSpeech>> parts;
     parts.reserve(partsOfSpeech.size());
     for (const PartOfSpeech part : partsOfSpeech)
         parts.emplace_back(-_wordNet.timesMet(word.toUtf8(), part), part);
     std::stable_sort(parts.begin(), parts.end(),
                      [](const auto &left, const auto &right) { return left.first < right.first; });
+    std::vector<EnglishSense> found = _functionWords.senses(word);
     for (const auto &[times, part] : parts) {
         for (WordNetSense &sense : _wordNet.senses(word.toUtf8(), part, mostSensesOfAPart))
-            found.english.push_back(std::move(sense));
+            found.push_back({nameOf(part), std::move(sense.definition), std::move(sense.examples),
+                             std::move(sense.synonyms), std::move(sense.antonyms)});
     }
+    return found;
+}
+
+Headword WordLookup::headword(const QString &word, const QString &language, const Glosses &glosses) {
+    Headword found;
+    found.word = word;
+    found.rank = _english.rank(word);
+    found.gloss = glosses.value(word);
+    found.entries = entries(word, language);
+    found.english = senses(word);
     return found;
 }
 

@@ -3,6 +3,7 @@
 
 #include "Dictionary/Dictionaries.h"
 #include "Dictionary/English.h"
+#include "Dictionary/FunctionWords.h"
 #include "Dictionary/Phrases.h"
 #include "Dictionary/WordNet.h"
 
@@ -29,7 +30,7 @@ struct Headword {
     int rank = 0;                      ///< by use, as English tells it
     QString gloss;                     ///< the learner's own, empty when there is none
     std::vector<SourcedEntry> entries; ///< into the learner's language
-    std::vector<WordNetSense> english;
+    std::vector<EnglishSense> english;
 };
 
 /// The answer to a click on a word.
@@ -64,12 +65,14 @@ class WordLookup {
     /// How often the word was met, by the names that entries have for parts of speech.
     [[nodiscard]] QHash<QString, int> timesMet(const QString &word) const;
     [[nodiscard]] std::vector<SourcedEntry> entries(const QString &word, const QString &language);
+    [[nodiscard]] std::vector<EnglishSense> senses(const QString &word) const;
     [[nodiscard]] Headword headword(const QString &word, const QString &language, const Glosses &glosses);
     [[nodiscard]] QStringList near(const QString &form) const;
 
     const English &_english;
     const WordNet &_wordNet;
     Dictionaries &_dictionaries;
+    const FunctionWords _functionWords = FunctionWords::ofProgram();
 };
 
 } // namespace murvo::service

@@ -42,12 +42,15 @@ QJsonObject entryJson(const SourcedEntry &sourced) {
             {QStringLiteral("licence"), sourced.source->licence}};
 }
 
-QJsonObject englishJson(const WordNetSense &sense) {
-    return {{QStringLiteral("partOfSpeech"), nameOf(sense.partOfSpeech)},
+QJsonObject englishJson(const EnglishSense &sense) {
+    return {{QStringLiteral("partOfSpeech"), sense.partOfSpeech},
             {QStringLiteral("definition"), sense.definition},
             {QStringLiteral("examples"), QJsonArray::fromStringList(sense.examples)},
             {QStringLiteral("synonyms"), QJsonArray::fromStringList(sense.synonyms)},
-            {QStringLiteral("antonyms"), QJsonArray::fromStringList(sense.antonyms)}};
+            {QStringLiteral("antonyms"), QJsonArray::fromStringList(sense.antonyms)},
+            {QStringLiteral("source"), sense.isOwn ? QStringLiteral("Murvo") : QStringLiteral("WordNet 3.0")},
+            {QStringLiteral("licence"), sense.isOwn ? QStringLiteral("GNU General Public License 3 or later")
+                                                    : QStringLiteral("WordNet License")}};
 }
 
 QJsonObject headwordJson(const Headword &headword, std::optional<WordStatus> status) {
@@ -55,7 +58,7 @@ QJsonObject headwordJson(const Headword &headword, std::optional<WordStatus> sta
     for (const SourcedEntry &entry : headword.entries)
         entries.append(entryJson(entry));
     QJsonArray english;
-    for (const WordNetSense &sense : headword.english)
+    for (const EnglishSense &sense : headword.english)
         english.append(englishJson(sense));
     return {{QStringLiteral("word"), headword.word},
             {QStringLiteral("isPhrase"), headword.isPhrase},

@@ -110,6 +110,19 @@ TEST_F(WordLookupTest, HasAWordForWhatNothingKnows) {
     EXPECT_EQ(get(u"Api/Dictionary/Word?text=a&at=-1"_s).errorCode(), u"badParameter");
 }
 
+TEST_F(WordLookupTest, ExplainsTheWordsThatHoldSentencesTogether) {
+    speak(u"kor"_s); // no dictionary helps
+    const auto meaning = [this](const QString &marked) {
+        return click(marked)["headwords"_L1][0]["english"_L1][0].toObject();
+    };
+    EXPECT_EQ(meaning(u"[He] came"_s)["partOfSpeech"_L1], u"pronoun"_s) << "not helium";
+    EXPECT_EQ(meaning(u"[He] came"_s)["source"_L1], u"Murvo"_s);
+    EXPECT_EQ(meaning(u"a [helium] balloon"_s)["source"_L1], u"WordNet 3.0"_s);
+    for (const QString &word :
+         u"the of with them because unless whose huh yep would let's y'all I"_s.split(u' '))
+        EXPECT_EQ(meaning(u'[' + word + u']')["source"_L1], u"Murvo"_s) << word.toStdString();
+}
+
 TEST_F(WordLookupTest, PutsFirstWhatTheLearnerHasTaught) {
     speak(u"fra"_s);
     const auto teach = [this](const QString &lemma, const QString &gloss) {
