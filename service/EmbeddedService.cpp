@@ -85,6 +85,12 @@ struct EmbeddedService::Impl {
         addDictionaryRoutes(router, wordLookup, vocabulary);
         addSpeechRoutes(router, speaker);
         addExportRoutes(router, {words, settings, package, ankiSender, wordFacts()});
+        prepareDictionaries();
+    }
+
+    /// Those that the learner will need.
+    void prepareDictionaries() {
+        dictionaries.prepare([this] { return settings.nativeLanguage(); });
     }
 
     /// What works by itself on the store ends before another takes its place.
@@ -195,11 +201,7 @@ QString EmbeddedService::baseUrl() const {
 
 void EmbeddedService::filmIdentified(const QString &path, quint64 movieHash, quint64 fileSize) {
     _impl->paths.announce(path, movieHash, fileSize);
-    try {
-        _impl->dictionaries.prepare(_impl->settings.nativeLanguage());
-    } catch (const std::exception &failure) {
-        qCWarning(serviceLog) << "Dictionaries are opened at the first click only:" << failure.what();
-    }
+    _impl->prepareDictionaries();
 }
 
 void EmbeddedService::filmPending() {

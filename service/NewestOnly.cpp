@@ -34,8 +34,7 @@ void NewestOnly::cancel() {
     start(nullptr);
 }
 
-void NewestOnly::cancelAndWait() {
-    cancel();
+void NewestOnly::waitUntilIdle() {
     std::unique_lock lock(_mutex);
     _changed.wait(lock, [this] { return !_running && !_next; });
 }

@@ -31,8 +31,8 @@ class NewestOnly {
     void start(Work work);
     /// Ends what runs, and begins nothing.
     void cancel();
-    /// The same, and waits until the work has seen it. Not from the work itself.
-    void cancelAndWait();
+    /// Waits for what runs and what comes next. Not from the work itself.
+    void waitUntilIdle();
 
   private:
     void run(Priority priority);

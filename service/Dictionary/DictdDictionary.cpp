@@ -74,6 +74,33 @@ QString withoutMarks(const QString &word, bool hyphenIsSpace) {
     return key;
 }
 
+/// An ending as it is spelled on one side of the ocean, and on the other.
+struct Spelling {
+    QLatin1String british;
+    QLatin1String american;
+};
+
+// "colour" and "color": whichever it is, the other one may be the dictionary's.
+QStringList otherSpellings(const QString &word) {
+    static constexpr std::array endings{Spelling{QLatin1String("our"), QLatin1String("or")},
+                                        Spelling{QLatin1String("ours"), QLatin1String("ors")},
+                                        Spelling{QLatin1String("ourite"), QLatin1String("orite")},
+                                        Spelling{QLatin1String("ise"), QLatin1String("ize")},
+                                        Spelling{QLatin1String("yse"), QLatin1String("yze")},
+                                        Spelling{QLatin1String("tre"), QLatin1String("ter")},
+                                        Spelling{QLatin1String("ogue"), QLatin1String("og")},
+                                        Spelling{QLatin1String("ence"), QLatin1String("ense")},
+                                        Spelling{QLatin1String("grey"), QLatin1String("gray")}};
+    QStringList others;
+    for (const Spelling &ending : endings) {
+        if (word.endsWith(ending.british))
+            others.append(word.chopped(ending.british.size()) + ending.american);
+        if (word.endsWith(ending.american))
+            others.append(word.chopped(ending.american.size()) + ending.british);
+    }
+    return others;
+}
+
 } // namespace
 
 QList<QByteArray> dictionaryKeys(QStringView word) {
@@ -82,8 +109,12 @@ QList<QByteArray> dictionaryKeys(QStringView word) {
     // Some words are keys with a space beside them, which stood for something that the key left out.
     const QString behindSpace = u' ' + lower;
     const QString beforeSpace = lower + u' ';
-    for (const QString &key :
-         {lower, withoutMarks(lower, false), withoutMarks(lower, true), behindSpace, beforeSpace}) {
+    QStringList all{lower, withoutMarks(lower, false), withoutMarks(lower, true), behindSpace, beforeSpace};
+    all += otherSpellings(lower);
+    // Verbs that never stand alone: "avoid sth".
+    for (const char *object : {" sth", " sb", " sbsth", " sb sth"})
+        all.append(withoutMarks(lower, false) + QLatin1String(object));
+    for (const QString &key : all) {
         const QByteArray bytes = key.toUtf8();
         if (!lower.isEmpty() && !bytes.isEmpty() && bytes.size() <= longestWord && !keys.contains(bytes))
             keys.append(bytes);

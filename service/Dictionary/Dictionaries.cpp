@@ -99,9 +99,7 @@ class DirectDictionary : public BilingualDictionary {
     DirectDictionary(std::unique_ptr<DictdDictionary> dictionary, EntryReader reader)
         : BilingualDictionary(sourceOf(*dictionary))
         , _dictionary(std::move(dictionary))
-        , _reader(reader) {
-        _dictionary->makeSorted();
-    }
+        , _reader(reader) {}
 
     [[nodiscard]] std::vector<Entry> entries(const QString &word) const override {
         return _reader(*_dictionary, word);
@@ -116,12 +114,14 @@ class DirectDictionary : public BilingualDictionary {
 
 void addDirect(Dictionaries::List &list, const QString &path, EntryReader reader) {
     auto dictionary = std::make_unique<DictdDictionary>(path);
+    dictionary->makeSorted();
     if (dictionary->isOpen())
         list.push_back(std::make_unique<DirectDictionary>(std::move(dictionary), reader));
 }
 
 void addReversed(Dictionaries::List &list, const QString &path) {
     DictdDictionary dictionary(path);
+    dictionary.makeSorted();
     if (!dictionary.isOpen() || QFileInfo(path + QStringLiteral(".index")).size() > largestReversedIndex)
         return;
     DictionarySource source = sourceOf(dictionary);
@@ -135,23 +135,30 @@ Dictionaries::Dictionaries(const QString &folder)
     : _folder(folder) {}
 
 const Dictionaries::List &Dictionaries::of(const QString &language) {
+    const QString known = findLanguage(language) == nullptr ? QString() : language;
     const std::lock_guard lock(_mutex);
-    auto [place, isNew] = _byLanguage.try_emplace(findLanguage(language) == nullptr ? QString() : language);
-    if (isNew && !place->first.isEmpty()) {
-        addDirect(place->second, _folder + QStringLiteral("/freedict-eng-") + language, freeDictEntries);
-        if (language == QStringLiteral("rus"))
-            addDirect(place->second, _folder + QStringLiteral("/mueller7"), muellerEntries);
-        addReversed(place->second, _folder + QStringLiteral("/freedict-%1-eng").arg(language));
-    }
-    return place->second;
+    const auto opened = _byLanguage.find(known);
+    return opened != _byLanguage.end() ? opened->second
+                                       : _byLanguage.emplace(known, open(known)).first->second;
 }
 
-void Dictionaries::prepare(const QString &language) {
-    _preparing = std::jthread([this, language] {
+Dictionaries::List Dictionaries::open(const QString &language) const {
+    List list;
+    if (language.isEmpty())
+        return list;
+    addDirect(list, _folder + QStringLiteral("/freedict-eng-") + language, freeDictEntries);
+    if (language == QStringLiteral("rus"))
+        addDirect(list, _folder + QStringLiteral("/mueller7"), muellerEntries);
+    addReversed(list, _folder + QStringLiteral("/freedict-%1-eng").arg(language));
+    return list;
+}
+
+void Dictionaries::prepare(const std::function<QString()> &language) {
+    _preparing.start([this, language](const std::atomic<bool> &) {
         try {
-            std::ignore = of(language);
+            std::ignore = of(language());
         } catch (const std::exception &failure) {
-            qCWarning(serviceLog) << "Dictionaries cannot be opened:" << language << failure.what();
+            qCWarning(serviceLog) << "Dictionaries are opened at the first click only:" << failure.what();
         }
     });
 }

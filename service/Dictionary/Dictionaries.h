@@ -2,13 +2,14 @@
 #pragma once
 
 #include "Dictionary/BilingualDictionary.h"
+#include "NewestOnly.h"
 
 #include <QString>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
-#include <thread>
 #include <vector>
 
 namespace murvo::service {
@@ -26,14 +27,17 @@ class Dictionaries {
     /// The dictionaries of a language (ISO 639-2/T), those from English first; empty when none is installed
     /// that can be read.
     [[nodiscard]] const List &of(const QString &language);
-    /// Opens them in the background, so that the first look-up finds them ready. Returns at once; one thread.
-    void prepare(const QString &language);
+    /// Opens those of the language that it is told by the call, in the background, so that the first look-up
+    /// finds them ready. Returns at once; the call is made on that thread and may throw.
+    void prepare(const std::function<QString()> &language);
 
   private:
+    [[nodiscard]] List open(const QString &language) const;
+
     QString _folder;
     std::mutex _mutex;
     std::map<QString, List> _byLanguage; ///< never shrinks
-    std::jthread _preparing;             ///< last: it uses the others
+    NewestOnly _preparing;               ///< last: its thread uses the others
 };
 
 } // namespace murvo::service

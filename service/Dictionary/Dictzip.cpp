@@ -13,7 +13,7 @@ namespace {
 // Of 58 KB each in the installed ones.
 constexpr std::size_t chunksAtHand = 64;
 // Longer entries than this are no entries: the longest of the installed ones has 60 KB.
-constexpr qint64 longestRead = qint64{4} * 1024 * 1024;
+constexpr qint64 longestRead = qint64{256} * 1024;
 const QByteArray emptyLastBlock("\x03\x00", 2);
 
 // The header as RFC 1952 has it.
@@ -67,30 +67,35 @@ Dictzip::Dictzip(const QString &path)
     : _file(path) {
     if (!_file.open(QIODevice::ReadOnly) || _file.size() == 0)
         return;
-    _bytes = _file.map(0, _file.size());
-    const bool isPacked = _bytes != nullptr && _file.size() > 2 && _bytes[0] == 0x1F && _bytes[1] == 0x8B;
+    _size = _file.size();
+    _bytes = _file.map(0, _size);
+    const bool isPacked = _bytes != nullptr && _size > 2 && _bytes[0] == 0x1F && _bytes[1] == 0x8B;
     if (isPacked && !readHeader())
         _bytes = nullptr;
 }
 
 // The table of chunks stands in the extra field "RA": version, chunk length, number of chunks, their lengths.
 bool Dictzip::readHeader() {
-    HeaderReader header(_bytes, _file.size());
+    HeaderReader header(_bytes, _size);
     header.skip(3);
     const int flags = header.byte();
     header.skip(fixedHeader - header.position());
     if ((flags & hasExtra) == 0)
         return false;
-    const qint64 extraEnd = header.number() + header.position();
+    const qint64 extraLength = header.number();
+    const qint64 extraEnd = extraLength + header.position();
     std::vector<qint64> lengths;
     while (header.position() + 4 <= extraEnd && !header.isPastEnd()) {
-        const bool isTable = header.byte() == 'R' && header.byte() == 'A';
-        const qint64 end = header.number() + header.position();
+        const int first = header.byte();
+        const int second = header.byte();
+        const bool isTable = first == 'R' && second == 'A';
+        const qint64 length = header.number();
+        const qint64 end = length + header.position();
         if (isTable && header.number() == 1) {
             _chunkLength = header.number();
             lengths.resize(static_cast<std::size_t>(header.number()));
-            for (qint64 &length : lengths)
-                length = header.number();
+            for (qint64 &ofChunk : lengths)
+                ofChunk = header.number();
         }
         header.skip(end - header.position());
     }
@@ -129,7 +134,7 @@ QByteArray Dictzip::chunk(std::size_t number) const {
 
 // A chunk ends where the packer was flushed, and is not the end of its stream: one that ends there follows.
 QByteArray Dictzip::unpack(std::size_t number) const {
-    if (number + 1 >= _chunkStarts.size() || _chunkStarts[number + 1] > _file.size())
+    if (number + 1 >= _chunkStarts.size() || _chunkStarts[number + 1] > _size)
         return {};
     static thread_local const std::unique_ptr<libdeflate_decompressor, DecompressorFree> unpacker(
         libdeflate_alloc_decompressor());
@@ -152,7 +157,7 @@ std::optional<QByteArray> Dictzip::read(qint64 offset, qint64 length) const {
     if (!isOpen() || offset < 0 || length < 0 || length > longestRead)
         return std::nullopt;
     if (_chunkLength == 0) {
-        if (offset > _file.size() || length > _file.size() - offset)
+        if (offset > _size || length > _size - offset)
             return std::nullopt;
         return QByteArray(reinterpret_cast<const char *>(_bytes) + offset, length);
     }
@@ -160,7 +165,8 @@ std::optional<QByteArray> Dictzip::read(qint64 offset, qint64 length) const {
     qint64 within = offset % _chunkLength;
     for (qint64 number = offset / _chunkLength; text.size() < length; ++number) {
         const QByteArray from = chunk(static_cast<std::size_t>(number));
-        if (from.size() <= within)
+        const bool isLast = number + 2 == static_cast<qint64>(_chunkStarts.size());
+        if (from.size() <= within || (!isLast && from.size() != _chunkLength))
             return std::nullopt;
         text += from.mid(within, length - text.size());
         within = 0;

@@ -38,6 +38,7 @@ class Dictzip {
 
     QFile _file;
     const uchar *_bytes = nullptr;
+    qint64 _size = 0;                 ///< of the file, in bytes
     qint64 _chunkLength = 0;          ///< unpacked; 0 for a plain file
     std::vector<qint64> _chunkStarts; ///< in the file, and one past the last
     mutable std::mutex _mutex;        ///< guards the rest

@@ -3,6 +3,7 @@
 
 #include "Dictionary/WordNet.h"
 
+#include <QHash>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -113,15 +114,35 @@ constexpr Rule rules[] = {
 // "u".
 bool isFunctionWord(const QByteArray &form) {
     static const QSet<QByteArray> words{
-        "a",     "an",     "and",    "as",    "because", "during",    "for",      "her",        "hers",
-        "him",   "his",    "if",     "into",  "its",     "me",        "my",       "myself",     "of",
-        "off",   "or",     "our",    "ours",  "since",   "something", "than",     "that",       "the",
-        "their", "theirs", "them",   "these", "they",    "this",      "those",    "to",         "until",
-        "us",    "we",     "what",   "when",  "where",   "which",     "while",    "who",        "whose",
-        "with",  "you",    "your",   "yours", "he",      "she",       "it",       "i",          "and",
-        "but",   "yes",    "at",     "by",    "from",    "on",        "anything", "everything", "nothing",
-        "would", "could",  "should", "might", "must"};
+        "a",     "an",     "and",  "as",    "because", "during",    "for",      "her",        "hers",
+        "him",   "his",    "if",   "into",  "its",     "me",        "my",       "myself",     "of",
+        "off",   "or",     "our",  "ours",  "since",   "something", "than",     "that",       "the",
+        "their", "theirs", "them", "these", "they",    "this",      "those",    "to",         "until",
+        "us",    "we",     "what", "when",  "where",   "which",     "while",    "who",        "whose",
+        "with",  "you",    "your", "yours", "he",      "she",       "it",       "i",          "and",
+        "but",   "yes",    "at",   "by",    "from",    "on",        "anything", "everything", "nothing",
+        "must",  "mrs"};
     return words.contains(form);
+}
+
+// Forms of the commonest verbs, which the rules for endings would take for others, too: "was" for several
+// "wa".
+QStringList verbsOfForm(const QString &form) {
+    static const QHash<QString, QStringList> verbs{
+        {QStringLiteral("am"), {QStringLiteral("be")}},
+        {QStringLiteral("is"), {QStringLiteral("be")}},
+        {QStringLiteral("are"), {QStringLiteral("be")}},
+        {QStringLiteral("was"), {QStringLiteral("be")}},
+        {QStringLiteral("were"), {QStringLiteral("be")}},
+        {QStringLiteral("has"), {QStringLiteral("have")}},
+        {QStringLiteral("had"), {QStringLiteral("have")}},
+        {QStringLiteral("does"), {QStringLiteral("do")}},
+        {QStringLiteral("did"), {QStringLiteral("do")}},
+        {QStringLiteral("could"), {QStringLiteral("could"), QStringLiteral("can")}},
+        {QStringLiteral("might"), {QStringLiteral("might"), QStringLiteral("may")}},
+        {QStringLiteral("would"), {QStringLiteral("would"), QStringLiteral("will")}},
+        {QStringLiteral("should"), {QStringLiteral("should"), QStringLiteral("shall")}}};
+    return verbs.value(form);
 }
 
 /// A word that a form can be, and how likely that is.
@@ -241,6 +262,8 @@ QStringList English::lemmas(QStringView form) const {
         return {};
     if (const Contraction *contraction = findContraction(text))
         return {contraction->word.toString()};
+    if (const QStringList verbs = verbsOfForm(text); !verbs.isEmpty())
+        return verbs;
     if (isFunctionWord(text.toUtf8()))
         return {text};
     QStringList words = knownWords(text.toUtf8());

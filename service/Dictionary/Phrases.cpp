@@ -25,6 +25,25 @@ bool isPossessive(const QString &word) {
     return isOneOf({u"my", u"your", u"his", u"her", u"its", u"our", u"their"}, word);
 }
 
+bool isSubject(const QString &word) {
+    return isOneOf({u"i", u"you", u"he", u"she", u"it", u"we", u"they"}, word);
+}
+
+bool beginsNounPhrase(const QString &word) {
+    return isPossessive(word) || isOneOf({u"the", u"a", u"an", u"this", u"that", u"these", u"those", u"him",
+                                          u"me", u"us", u"them", u"it", u"you"},
+                                         word);
+}
+
+// Two words that only meet: who does it and the verb ("I break"), "be" or "go" and where ("be in", "go to").
+bool isChanceMeeting(const QStringList &words) {
+    if (words.size() != 2)
+        return false;
+    const bool isPlace =
+        isOneOf({u"about", u"at", u"by", u"for", u"from", u"in", u"of", u"on", u"to", u"with"}, words[1]);
+    return isSubject(words[0]) || (isPlace && isOneOf({u"be", u"go"}, words[0]));
+}
+
 Phrase phraseOf(const QString &headword, const EnglishWord &first, const EnglishWord &last) {
     return {headword, first.start, last.start + last.length - first.start};
 }
@@ -47,7 +66,7 @@ class PhraseSearch {
             const std::size_t earliest = clicked + 1 > count ? clicked + 1 - count : 0;
             for (std::size_t first = earliest; first <= clicked && first + count <= _words.size(); ++first) {
                 for (const QString &headword : headwords(first, count)) {
-                    if (_isKnown(headword))
+                    if (!isChanceMeeting(headword.split(u' ')) && _isKnown(headword))
                         return phraseOf(headword, _words[first], _words[first + count - 1]);
                 }
             }
@@ -59,7 +78,8 @@ class PhraseSearch {
         for (std::size_t verb = 0; verb < _words.size(); ++verb) {
             for (std::size_t particle = verb + 2; particle < std::min(_words.size(), verb + 2 + mostBetween);
                  ++particle) {
-                if ((clicked != verb && clicked != particle) || !isParticle(form(particle)))
+                if ((clicked != verb && clicked != particle) || !isParticle(form(particle)) ||
+                    isPreposition(particle) || lemma(verb) == u"be" || isSubject(form(verb)))
                     continue;
                 const QString headword = lemma(verb) + u' ' + form(particle);
                 if (_isKnown(headword))
@@ -72,6 +92,13 @@ class PhraseSearch {
   private:
     [[nodiscard]] const QString &form(std::size_t at) const { return _forms[static_cast<qsizetype>(at)]; }
     [[nodiscard]] const QString &lemma(std::size_t at) const { return _lemmas[static_cast<qsizetype>(at)]; }
+
+    // "Took the dog off the couch": it belongs to what follows. So do most often those that are seldom else.
+    [[nodiscard]] bool isPreposition(std::size_t at) const {
+        return at + 1 < _words.size() &&
+               (beginsNounPhrase(form(at + 1)) ||
+                isOneOf({u"in", u"on", u"by", u"about", u"across", u"along"}, form(at)));
+    }
 
     // Its first word in its dictionary form, its last word too, none, the last alone; each also with "one's".
     [[nodiscard]] QStringList headwords(std::size_t first, std::size_t count) const {

@@ -18,7 +18,8 @@ constexpr qsizetype longestKey = 60;
 // No more are kept of one key than would be read.
 constexpr int mostEntriesOfAKey = 10;
 // A click is answered without the reversed dictionary rather than late.
-constexpr std::chrono::milliseconds longestWait{80};
+// A click without it would get the wrong answer, and a card keep it. The slowest takes three.
+constexpr std::chrono::seconds longestWait{5};
 
 // Takes the remarks in brackets out of a text and returns them.
 QString takeRemarks(QString &text) {

@@ -13,17 +13,9 @@ namespace {
 constexpr std::size_t mostEntries = 12;
 constexpr std::size_t mostSensesOfAPart = 6;
 constexpr qsizetype mostNear = 6;
+constexpr int oftenerThanAll = 1'000'000; // WordNet met "be" 10,000 times
 constexpr std::size_t wordsAround = 12;
 constexpr qsizetype longestMisspelt = 24;
-
-// The clicked word with those around it, and its place among them.
-std::vector<EnglishWord> wordsNear(const std::vector<EnglishWord> &words, std::size_t &clicked) {
-    const std::size_t first = clicked > wordsAround ? clicked - wordsAround : 0;
-    const std::size_t end = std::min(words.size(), clicked + wordsAround + 1);
-    clicked -= first;
-    return {words.begin() + static_cast<std::ptrdiff_t>(first),
-            words.begin() + static_cast<std::ptrdiff_t>(end)};
-}
 
 // All that one wrong, missing, needless or exchanged letter makes of a word.
 QList<QByteArray> misspelt(const QByteArray &form) {
@@ -53,6 +45,45 @@ void leaveOut(const QStringList &said, Entry &entry) {
     std::erase_if(entry.senses, [](const Sense &sense) { return sense.translations.isEmpty(); });
 }
 
+bool tellsAnything(const Headword &headword) {
+    return !headword.entries.empty() || !headword.english.empty() || !headword.gloss.isEmpty();
+}
+
+// What is a word by itself comes before those that it can be a form of; what is a form only, after them.
+QStringList candidatesOf(const QString &form, const QStringList &lemmas, bool isWordItself) {
+    QStringList candidates = lemmas;
+    if (isWordItself)
+        candidates.prepend(form);
+    else
+        candidates.append(form);
+    candidates.removeDuplicates();
+    return candidates;
+}
+
+// Whether two words that follow each other are of one sentence, and of one speaker.
+bool areTogether(const QString &text, const EnglishWord &word, const EnglishWord &next) {
+    const qsizetype end = word.start + word.length;
+    const QStringView between = QStringView(text).sliced(end, next.start - end);
+    return std::none_of(between.begin(), between.end(),
+                        [](QChar sign) { return QStringView(u".!?:;\u2026\u2013\u2014").contains(sign); }) &&
+           !between.contains(QStringLiteral("\n-"));
+}
+
+// The clicked word with those around it in its sentence, and its place among them.
+std::vector<EnglishWord> wordsNear(const QString &text, const std::vector<EnglishWord> &words,
+                                   std::size_t &clicked) {
+    std::size_t first = clicked;
+    while (first > 0 && clicked - first < wordsAround && areTogether(text, words[first - 1], words[first]))
+        --first;
+    std::size_t end = clicked + 1;
+    while (end < words.size() && end - clicked <= wordsAround &&
+           areTogether(text, words[end - 1], words[end]))
+        ++end;
+    clicked -= first;
+    return {words.begin() + static_cast<std::ptrdiff_t>(first),
+            words.begin() + static_cast<std::ptrdiff_t>(end)};
+}
+
 } // namespace
 
 bool WordLookup::isKnown(const QString &word, const QString &language) {
@@ -66,6 +97,9 @@ QHash<QString, int> WordLookup::timesMet(const QString &word) const {
     QHash<QString, int> times;
     for (const PartOfSpeech part : partsOfSpeech)
         times.insert(nameOf(part), _wordNet.timesMet(word.toUtf8(), part));
+    int next = oftenerThanAll;
+    for (const EnglishSense &sense : _functionWords.senses(word))
+        times[sense.partOfSpeech] = next--;
     return times;
 }
 
@@ -162,7 +196,7 @@ LookedUp WordLookup::lookUp(const QString &text, int at, const QString &language
     if (clickedWord == all.end())
         return found;
     auto clicked = static_cast<std::size_t>(clickedWord - all.begin());
-    const std::vector<EnglishWord> words = wordsNear(all, clicked);
+    const std::vector<EnglishWord> words = wordsNear(text, all, clicked);
     const EnglishWord &word = words[clicked];
     found.form = word.form;
     found.whole = uncontracted(word.form);
@@ -176,16 +210,16 @@ LookedUp WordLookup::lookUp(const QString &text, int at, const QString &language
         entry.start = phrase->start;
         entry.length = phrase->length;
         entry.isPhrase = true;
-        found.headwords.push_back(std::move(entry));
+        if (tellsAnything(entry))
+            found.headwords.push_back(std::move(entry));
     }
-    QStringList candidates{word.form.toLower()};
-    candidates += found.lemmas;
-    candidates.removeDuplicates();
-    for (const QString &candidate : candidates) {
+    const QString form = word.form.toLower();
+    const bool isWordItself = found.lemmas.contains(form) || !_functionWords.senses(form).empty();
+    for (const QString &candidate : candidatesOf(form, found.lemmas, isWordItself)) {
         Headword entry = headword(candidate, language, glosses);
         entry.start = word.start;
         entry.length = word.length;
-        if (!entry.entries.empty() || !entry.english.empty() || !entry.gloss.isEmpty())
+        if (tellsAnything(entry))
             found.headwords.push_back(std::move(entry));
     }
     std::stable_partition(found.headwords.begin(), found.headwords.end(),

@@ -108,7 +108,7 @@ WordNetSense readSynset(std::string_view line, std::string_view data, const QByt
             QString::fromUtf8(line.substr(bar + 3).data(), static_cast<qsizetype>(line.size() - bar - 3)),
             sense);
     const QList<QByteArray> field = fields(line.substr(0, bar));
-    const int words = field.value(3).toInt(nullptr, 16);
+    const int words = std::min(field.value(3).toInt(nullptr, 16), static_cast<int>(field.size() / 2));
     int own = 0;
     for (int i = 0; i < words; ++i) {
         const QString other = readable(field.value(4 + 2 * i));

@@ -166,7 +166,7 @@ AnkiProblem AnkiSender::send() {
     AnkiConnect anki(settings.ankiConnectPort, settings.ankiConnectKey);
     const auto talk = [this](AnkiConnect *with) {
         const std::lock_guard lock(_mutex);
-        _talking = with;
+        _talking = _isEnding ? nullptr : with; // what ends must not be left a pointer to
         return !_isEnding;
     };
     if (!talk(&anki))
@@ -187,7 +187,9 @@ void AnkiSender::sendAll(AnkiConnect &anki, const QList<Waiting> &waitingNow) {
     for (const Waiting &next : waitingNow) {
         if (_isEnding || !_settings.all().sendsToAnki)
             return;
-        const WordCard card = cardsOf({next.word}, _facts).value(0);
+        const WordCard card = cardsOf({next.word}, _facts, _isEnding).value(0);
+        if (_isEnding)
+            return;
         const AnkiNote note = ankiNote(card, clips.clip(card));
         if (_isEnding)
             return;

@@ -53,20 +53,16 @@ void PackageExport::begin(bool withClips) {
     auto job = std::make_shared<Job>();
     job->withClips = withClips;
     job->state.stage = PackageState::Stage::Running;
-    {
-        const std::lock_guard lock(_mutex);
-        _job = job;
-    }
+    const std::lock_guard lock(_mutex);
+    _job = job;
     _worker.start([this, job](const std::atomic<bool> &isCancelled) {
-        bool isDone = false;
         try {
             run(*job, isCancelled);
-            isDone = true;
         } catch (const std::exception &error) {
             qCWarning(serviceLog) << "The words could not be exported:" << error.what();
         }
-        const std::lock_guard lock(_mutex);
-        job->state.stage = isDone ? PackageState::Stage::Done : PackageState::Stage::Failed;
+        const std::lock_guard atEnd(_mutex);
+        job->state.stage = job->package ? PackageState::Stage::Done : PackageState::Stage::Failed;
     });
 }
 
@@ -74,8 +70,9 @@ void PackageExport::cancel() {
     {
         const std::lock_guard lock(_mutex);
         _job = nullptr;
+        _worker.cancel();
     }
-    _worker.cancelAndWait();
+    _worker.waitUntilIdle();
 }
 
 PackageState PackageExport::state() const {
@@ -92,7 +89,7 @@ std::shared_ptr<QFile> PackageExport::package() const {
 }
 
 void PackageExport::run(Job &job, const std::atomic<bool> &isCancelled) {
-    const QList<WordCard> cards = cardsOf(_words.learned(_settings.nativeLanguage()), _facts);
+    const QList<WordCard> cards = cardsOf(_words.learned(_settings.nativeLanguage()), _facts, isCancelled);
     {
         const std::lock_guard lock(_mutex);
         job.state.wordCount = static_cast<int>(cards.size());

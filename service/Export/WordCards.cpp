@@ -5,10 +5,13 @@
 
 namespace murvo::service {
 
-QList<WordCard> cardsOf(const QList<SavedWord> &words, const WordFacts &facts) {
+QList<WordCard> cardsOf(const QList<SavedWord> &words, const WordFacts &facts,
+                        const std::atomic<bool> &isCancelled) {
     QList<WordCard> cards;
     cards.reserve(words.size());
     for (const SavedWord &word : words) {
+        if (isCancelled)
+            return cards;
         WordCard card;
         card.guid = word.guid;
         card.word = word.lemma;

@@ -5,6 +5,7 @@
 
 #include <QList>
 
+#include <atomic>
 #include <functional>
 
 namespace murvo::service {
@@ -19,7 +20,8 @@ struct WordFacts {
 };
 
 /// The card of each word, in their order. Only those that are being learned are looked up: of known words
-/// there may be thousands. Throws what the facts throw.
-[[nodiscard]] QList<WordCard> cardsOf(const QList<SavedWord> &words, const WordFacts &facts);
+/// there may be thousands. Throws what the facts throw; cancelled, it ends early.
+[[nodiscard]] QList<WordCard> cardsOf(const QList<SavedWord> &words, const WordFacts &facts,
+                                      const std::atomic<bool> &isCancelled);
 
 } // namespace murvo::service

@@ -10,11 +10,14 @@
 
 #include <QJsonArray>
 
+#include <atomic>
+
 namespace murvo::service {
 
 namespace {
 
 constexpr qsizetype mostRefusalsTold = 50;
+const std::atomic<bool> isNeverCancelled{false};
 
 Response list(const Request &request, const ExportRouteParts &parts) {
     const QString format = request.parameters.value(QStringLiteral("format"), QStringLiteral("csv"));
@@ -22,7 +25,8 @@ Response list(const Request &request, const ExportRouteParts &parts) {
     if (!isCsv && format != QLatin1String("tsv"))
         throw RouteError(400, QStringLiteral("badParameter"),
                          QStringLiteral("The parameter \"format\" must be csv or tsv."));
-    const auto cards = cardsOf(parts.words.all(parts.settings.nativeLanguage()), parts.facts);
+    const auto cards =
+        cardsOf(parts.words.all(parts.settings.nativeLanguage()), parts.facts, isNeverCancelled);
     if (isCsv)
         return {200, QByteArrayLiteral("text/csv; charset=utf-8"), csvOf(cards),
                 QByteArrayLiteral("murvo-words.csv")};

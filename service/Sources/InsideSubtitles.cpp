@@ -86,9 +86,12 @@ void InsideSubtitles::begin(const Film &film) {
 }
 
 void InsideSubtitles::stop() {
-    _worker.cancelAndWait();
-    const std::lock_guard lock(_mutex);
-    _reading = nullptr;
+    {
+        const std::lock_guard lock(_mutex);
+        _reading = nullptr;
+        _worker.cancel();
+    }
+    _worker.waitUntilIdle();
 }
 
 InsideProgress InsideSubtitles::progress(qint32 filmId) const {

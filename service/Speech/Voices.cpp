@@ -28,7 +28,7 @@ const char *voiceOf(QStringView language, QStringView accent) {
 
 bool canRead(QStringView language, const QString &text) {
     const auto letters = text.toUcs4();
-    return language != QLatin1String("jpn") ||
+    return (language != QLatin1String("jpn") && language != QLatin1String("zho")) ||
            std::none_of(letters.begin(), letters.end(),
                         [](char32_t letter) { return QChar::script(letter) == QChar::Script_Han; });
 }

@@ -10,7 +10,8 @@ namespace murvo::service {
 [[nodiscard]] const char *voiceOf(QStringView language, QStringView accent);
 
 /// Whether the voice knows the letters of the text. The Japanese one reads each Chinese character as what it
-/// is: "Chinese letter".
+/// is: "Chinese letter"; the Chinese one reads how
+/// they are written in Latin letters, in English.
 [[nodiscard]] bool canRead(QStringView language, const QString &text);
 
 } // namespace murvo::service

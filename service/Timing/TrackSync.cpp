@@ -32,9 +32,12 @@ void TrackSync::cancel(qint32 subtitleId) {
 }
 
 void TrackSync::stop() {
-    _worker.cancelAndWait();
-    const std::lock_guard lock(_mutex);
-    _job = nullptr;
+    {
+        const std::lock_guard lock(_mutex);
+        _job = nullptr;
+        _worker.cancel();
+    }
+    _worker.waitUntilIdle();
 }
 
 SyncState TrackSync::state(qint32 subtitleId) const {

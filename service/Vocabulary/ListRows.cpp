@@ -84,12 +84,12 @@ class Reader {
 
 } // namespace
 
-QList<QStringList> listRows(const QString &text) {
+QList<QStringList> listRows(const QString &text, qsizetype mostRows) {
     QString plain = text;
     plain.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(u'\r', u'\n');
     Reader reader(plain);
     QList<QStringList> rows;
-    while (!reader.isAtEnd()) {
+    while (!reader.isAtEnd() && rows.size() < mostRows) {
         const QStringList row = reader.row();
         if (std::any_of(row.begin(), row.end(), [](const QString &cell) { return !cell.isEmpty(); }))
             rows.append(row);

@@ -6,6 +6,7 @@
 #include "Vocabulary/Lexicon.h"
 #include "Vocabulary/ListRows.h"
 
+#include <QRegularExpression>
 #include <QSet>
 
 namespace murvo::service {
@@ -21,16 +22,22 @@ struct List {
 };
 
 List readList(const QByteArray &bytes) {
-    List list{listRows(QString::fromUtf8(toUtf8(bytes)))};
-    const bool hasHeadings = !list.rows.isEmpty() && list.rows[0].size() > 1 &&
-                             list.rows[0][0].compare(QLatin1String("word"), Qt::CaseInsensitive) == 0;
+    List list{listRows(QString::fromUtf8(toUtf8(bytes)), mostRows + 2)};
+    const bool hasHeadings =
+        list.rows.size() > 1 && list.rows[0][0].compare(QLatin1String("word"), Qt::CaseInsensitive) == 0;
     if (hasHeadings)
         list.statusColumn = list.rows.takeFirst().indexOf(QLatin1String("Status"));
     return list;
 }
 
+// Without the mark or number that a list puts before it; none for a sentence, and for what no English word is
+// made of.
 std::optional<QString> lemmaIn(const QStringList &row, const Lexicon &lexicon) {
-    return row[0].contains(QChar::ReplacementCharacter) ? std::nullopt : lexicon.lemma(row[0]);
+    static const QRegularExpression mark(QStringLiteral(R"(^([-*\x{2022}\x{2013}]|\d+[.)])\s+)"));
+    static const QRegularExpression words(QStringLiteral(
+        R"(^[\p{Latin}\p{Mn}.,'\x{2018}\x{2019}-]+( [\p{Latin}\p{Mn}.,'\x{2018}\x{2019}-]+){0,4}$)"));
+    const QString word = QString(row[0]).remove(mark).simplified();
+    return words.match(word).hasMatch() ? lexicon.lemma(word) : std::nullopt;
 }
 
 } // namespace

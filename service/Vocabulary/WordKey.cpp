@@ -29,6 +29,8 @@ std::optional<QString> wordKey(const QString &text) {
         return std::nullopt;
     QString key = text.normalized(QString::NormalizationForm_C).removeIf(isFormat).toLower().simplified();
     key.replace(QChar(u'\u2019'), u'\'').replace(QChar(u'\u2018'), u'\'');
+    if (key.count(u'.') == 1 && key.endsWith(u'.')) // "Mr."; not "p.m."
+        key.chop(1);
     const auto letters = key.toUcs4();
     const bool isWord =
         key.size() <= longestWord && std::none_of(letters.begin(), letters.end(), isUnseen) &&

@@ -13,6 +13,9 @@
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
+#include <thread>
+#include <vector>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace murvo::service::test {
@@ -259,6 +262,22 @@ TEST_F(ExportTest, AnExportCanBeEndedAndHasNoFileBeforeItIsDone) {
     clock.start();
     service.reset();
     EXPECT_LT(clock.elapsed(), 10'000);
+}
+
+TEST_F(ExportTest, ExportsThatAreBegunAndEndedAtOnceLeaveOneThatIsTrue) {
+    store.add({.lemma = u"word"_s});
+    std::vector<std::thread> pages;
+    for (int page = 0; page < 4; ++page)
+        pages.emplace_back([&, page] {
+            for (int i = 0; i < 40; ++i) {
+                (void)(page == 3 ? ask("DELETE", route) : post(route + u"?clips=false"_s, {}, "text/plain"));
+                const int status = get(route + u"/File"_s).status;
+                EXPECT_TRUE(status == 200 || status == 409) << status;
+            }
+        });
+    for (std::thread &page : pages)
+        page.join();
+    EXPECT_EQ(waitForPackage(u"?clips=false"_s)["stage"_L1], u"done"_s);
 }
 
 /// What a spreadsheet makes of a file: rows of fields.

@@ -136,7 +136,7 @@ TEST_F(ReversedDictionaryTest, IsNotWaitedForAndGivenUpWhenNobodyNeedsItAnyMore)
         entries.append("ord" + QByteArray::number(i) + "\n1. word " + QByteArray::number(i) + "\n2. other\n");
     make(entries);
     Dictionaries dictionaries(folder.path());
-    dictionaries.prepare(u"dan"_s);
+    dictionaries.prepare([] { return u"dan"_s; });
     std::vector<std::jthread> askers;
     askers.reserve(4);
     for (int i = 0; i < 4; ++i) {

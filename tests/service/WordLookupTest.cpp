@@ -94,6 +94,38 @@ TEST_F(WordLookupTest, FindsTheLongestPhraseAroundTheWord) {
     EXPECT_FALSE(click(u"the [zebra] sneezed"_s)["headwords"_L1][0]["isPhrase"_L1].toBool(true));
 }
 
+TEST_F(WordLookupTest, TakesNoWordsForAPhraseThatOnlyMeet) {
+    speak(u"deu"_s);
+    for (const QString &marked :
+         {u"We [ran] home"_s, u"I [broke] the cup"_s, u"I [saw] the knife in it"_s, u"I was [about] sixty"_s,
+          u"He [took] the dog off the couch"_s, u"You [know] him"_s, u"[Look]! Up there."_s,
+          u"[Come]. On the table"_s, u"[Take] it. Off we go."_s, u"- [Look]\n- Up!"_s})
+        EXPECT_FALSE(click(marked)["headwords"_L1][0]["isPhrase"_L1].toBool(true)) << marked.toStdString();
+    EXPECT_EQ(words(click(u"[Pick] me up at six"_s)).first(), u"pick up");
+    EXPECT_EQ(words(click(u"[Take] it off!"_s)).first(), u"take off");
+}
+
+TEST_F(WordLookupTest, PutsAFormThatIsNoWordByItselfBehindItsWord) {
+    speak(u"deu"_s);
+    EXPECT_EQ(words(click(u"She [gave] it"_s)).first(), u"give");
+    EXPECT_EQ(words(click(u"two [geese]"_s)).first(), u"goose");
+    EXPECT_EQ(words(click(u"I [won't]"_s)).first(), u"will");
+    EXPECT_EQ(words(click(u"I [saw] Tom"_s)).first(), u"saw") << "it may be a tool";
+    EXPECT_EQ(words(click(u"It [was] Tom"_s)), (QStringList{u"was"_s, u"be"_s})) << "not several of WA";
+    EXPECT_THAT(words(click(u"You [could]"_s)), testing::Contains(u"can"_s));
+}
+
+TEST_F(WordLookupTest, FindsWhatADictionarySpellsOtherwise) {
+    speak(u"deu"_s);
+    EXPECT_THAT(translations(click(u"You cannot [avoid] him"_s)["headwords"_L1][0]),
+                testing::Contains(u"etw. vermeiden"_s));
+    speak(u"fra"_s);
+    EXPECT_EQ(translations(click(u"a [color]"_s)["headwords"_L1][0]),
+              translations(click(u"a [colour]"_s)["headwords"_L1][0]));
+    speak(u"spa"_s);
+    EXPECT_FALSE(translations(click(u"I [realise] it"_s)["headwords"_L1][0]).isEmpty());
+}
+
 TEST_F(WordLookupTest, HasAWordForWhatNothingKnows) {
     const QJsonObject misspelt = click(u"my [freind]"_s);
     EXPECT_THAT(words(misspelt), testing::IsEmpty());

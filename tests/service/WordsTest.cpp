@@ -141,6 +141,13 @@ TEST_F(WordsTest, AListOfKnownWordsIsTakenInAnyOfItsForms) {
                            "c\0a\0t\0\n\0d\0o\0g\0",
                            16);
     EXPECT_EQ(post(u"Api/Words/Import"_s, utf16, "text/plain").json()["added"_L1], 2);
+    const QByteArray odd =
+        "word\n1. apple\n- dear\n* Mr.\nhé‹\nI love you very much indeed\n{\"a\":1}\nслово\n";
+    const QJsonObject read = post(u"Api/Words/Import"_s, odd, "text/plain").json();
+    EXPECT_EQ(read["added"_L1], 3);
+    EXPECT_EQ(read["unreadable"_L1], 4) << "neither garbage nor sentences nor other languages";
+    EXPECT_EQ(word(u"apple"_s)["status"_L1], u"known"_s);
+    EXPECT_EQ(word(u"mr"_s)["status"_L1], u"known"_s);
     EXPECT_EQ(post(u"Api/Words/Import"_s, QByteArray("ab\n").repeated(50'001), "text/plain").status, 413);
 }
 
