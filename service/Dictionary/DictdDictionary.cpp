@@ -109,7 +109,9 @@ QList<QByteArray> dictionaryKeys(QStringView word) {
     // Some words are keys with a space beside them, which stood for something that the key left out.
     const QString behindSpace = u' ' + lower;
     const QString beforeSpace = lower + u' ';
-    QStringList all{lower, withoutMarks(lower, false), withoutMarks(lower, true), behindSpace, beforeSpace};
+    QStringList all{lower, behindSpace, beforeSpace};
+    if (!lower.contains(u'.')) // "u.s." is not "us"
+        all += {withoutMarks(lower, false), withoutMarks(lower, true)};
     all += otherSpellings(lower);
     // Verbs that never stand alone: "avoid sth".
     for (const char *object : {" sth", " sb", " sbsth", " sb sth"})

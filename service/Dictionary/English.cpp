@@ -179,6 +179,16 @@ void addItself(std::vector<Candidate> &sorted, Candidate itself, const WordRank 
     sorted.insert(std::find_if(sorted.begin(), sorted.end(), goesBehind), std::move(itself));
 }
 
+// "U.S.", "p.m.": letters by themselves, each with its full stop. The place itself when there is none.
+qsizetype abbreviationEnd(QStringView line, qsizetype at) {
+    qsizetype end = at;
+    while (end + 1 < line.size() && line[end].isLetter() && line[end + 1] == u'.' &&
+           (end == at ? at == 0 || !line[at - 1].isLetterOrNumber() : true))
+        end += 2;
+    const bool isCutOff = end < line.size() && line[end].isLetterOrNumber();
+    return end - at >= 4 && !isCutOff ? end : at;
+}
+
 } // namespace
 
 std::vector<EnglishWord> englishWords(QStringView line) {
@@ -192,6 +202,12 @@ std::vector<EnglishWord> englishWords(QStringView line) {
             isApostrophe(line[at]) && isInner(at) && (at == 0 || !line[at - 1].isLetterOrNumber());
         if (!line[at].isLetter() && !opens) {
             ++at;
+            continue;
+        }
+        if (const qsizetype abbreviation = abbreviationEnd(line, at); abbreviation > at) {
+            words.push_back({static_cast<int>(at), static_cast<int>(abbreviation - at),
+                             line.sliced(at, abbreviation - at).toString()});
+            at = abbreviation;
             continue;
         }
         qsizetype end = at + 1;

@@ -60,6 +60,24 @@ QStringList candidatesOf(const QString &form, const QStringList &lemmas, bool is
     return candidates;
 }
 
+// A click on "3" in "3 dogs" does not mean the dogs.
+bool isOtherWord(const QString &text, int at, int wordStart) {
+    return at < wordStart && text[at].isLetterOrNumber();
+}
+
+/// The part of a compound ("six-year-old") at that place of it, and where it begins.
+EnglishWord partAt(const EnglishWord &compound, int at) {
+    int start = 0;
+    const QStringList parts = compound.form.split(u'-');
+    for (const QString &part : parts) {
+        const int end = start + static_cast<int>(part.size());
+        if (at <= compound.start + end || &part == &parts.last())
+            return {compound.start + start, static_cast<int>(part.size()), part};
+        start = end + 1;
+    }
+    return compound;
+}
+
 // Whether two words that follow each other are of one sentence, and of one speaker.
 bool areTogether(const QString &text, const EnglishWord &word, const EnglishWord &next) {
     const qsizetype end = word.start + word.length;
@@ -187,13 +205,27 @@ QStringList WordLookup::near(const QString &form) const {
     return words;
 }
 
+void WordLookup::addWord(LookedUp &found, const EnglishWord &word, const QString &language,
+                         const Glosses &glosses) {
+    const QString form = word.form.toLower();
+    const QStringList lemmas = _english.lemmas(form);
+    const bool isWordItself = lemmas.contains(form) || !_functionWords.senses(form).empty();
+    for (const QString &candidate : candidatesOf(form, lemmas, isWordItself)) {
+        Headword entry = headword(candidate, language, glosses);
+        entry.start = word.start;
+        entry.length = word.length;
+        if (tellsAnything(entry))
+            found.headwords.push_back(std::move(entry));
+    }
+}
+
 LookedUp WordLookup::lookUp(const QString &text, int at, const QString &language, const Glosses &glosses) {
     LookedUp found;
     found.hasDictionary = !_dictionaries.of(language).empty();
     const std::vector<EnglishWord> all = englishWords(text);
     const auto clickedWord = std::find_if(
         all.begin(), all.end(), [at](const EnglishWord &word) { return at < word.start + word.length; });
-    if (clickedWord == all.end())
+    if (clickedWord == all.end() || isOtherWord(text, at, clickedWord->start))
         return found;
     auto clicked = static_cast<std::size_t>(clickedWord - all.begin());
     const std::vector<EnglishWord> words = wordsNear(text, all, clicked);
@@ -213,15 +245,9 @@ LookedUp WordLookup::lookUp(const QString &text, int at, const QString &language
         if (tellsAnything(entry))
             found.headwords.push_back(std::move(entry));
     }
-    const QString form = word.form.toLower();
-    const bool isWordItself = found.lemmas.contains(form) || !_functionWords.senses(form).empty();
-    for (const QString &candidate : candidatesOf(form, found.lemmas, isWordItself)) {
-        Headword entry = headword(candidate, language, glosses);
-        entry.start = word.start;
-        entry.length = word.length;
-        if (tellsAnything(entry))
-            found.headwords.push_back(std::move(entry));
-    }
+    addWord(found, word, language, glosses);
+    if (found.headwords.empty() && word.form.contains(u'-'))
+        addWord(found, partAt(word, at), language, glosses);
     std::stable_partition(found.headwords.begin(), found.headwords.end(),
                           [](const Headword &each) { return each.isPhrase || !each.gloss.isEmpty(); });
     if (found.headwords.empty())

@@ -67,6 +67,7 @@ class WordLookup {
     [[nodiscard]] std::vector<SourcedEntry> entries(const QString &word, const QString &language);
     [[nodiscard]] std::vector<EnglishSense> senses(const QString &word) const;
     [[nodiscard]] Headword headword(const QString &word, const QString &language, const Glosses &glosses);
+    void addWord(LookedUp &found, const EnglishWord &word, const QString &language, const Glosses &glosses);
     [[nodiscard]] QStringList near(const QString &form) const;
 
     const English &_english;

@@ -10,6 +10,7 @@
 #include "Store/WordTable.h"
 
 #include <QJsonArray>
+#include <QMap>
 
 namespace murvo::service {
 
@@ -38,8 +39,14 @@ QJsonObject entryJson(const SourcedEntry &sourced) {
             {QStringLiteral("pronunciation"), sourced.entry.pronunciation},
             {QStringLiteral("partOfSpeech"), sourced.entry.partOfSpeech},
             {QStringLiteral("senses"), senses},
-            {QStringLiteral("source"), sourced.source->name},
-            {QStringLiteral("licence"), sourced.source->licence}};
+            {QStringLiteral("source"), sourced.source->name}};
+}
+
+const DictionarySource &sourceOf(const EnglishSense &sense) {
+    static const DictionarySource own{QStringLiteral("Murvo"),
+                                      QStringLiteral("GNU General Public License 3 or later")};
+    static const DictionarySource wordNet{QStringLiteral("WordNet 3.0"), QStringLiteral("WordNet License")};
+    return sense.isOwn ? own : wordNet;
 }
 
 QJsonObject englishJson(const EnglishSense &sense) {
@@ -48,9 +55,23 @@ QJsonObject englishJson(const EnglishSense &sense) {
             {QStringLiteral("examples"), QJsonArray::fromStringList(sense.examples)},
             {QStringLiteral("synonyms"), QJsonArray::fromStringList(sense.synonyms)},
             {QStringLiteral("antonyms"), QJsonArray::fromStringList(sense.antonyms)},
-            {QStringLiteral("source"), sense.isOwn ? QStringLiteral("Murvo") : QStringLiteral("WordNet 3.0")},
-            {QStringLiteral("licence"), sense.isOwn ? QStringLiteral("GNU General Public License 3 or later")
-                                                    : QStringLiteral("WordNet License")}};
+            {QStringLiteral("source"), sourceOf(sense).name}};
+}
+
+// Each once, however many entries it has.
+QJsonArray sourcesJson(const std::vector<Headword> &headwords) {
+    QMap<QString, QString> licences;
+    for (const Headword &headword : headwords) {
+        for (const SourcedEntry &entry : headword.entries)
+            licences.insert(entry.source->name, entry.source->licence);
+        for (const EnglishSense &sense : headword.english)
+            licences.insert(sourceOf(sense).name, sourceOf(sense).licence);
+    }
+    QJsonArray list;
+    for (auto each = licences.begin(); each != licences.end(); ++each)
+        list.append(
+            QJsonObject{{QStringLiteral("name"), each.key()}, {QStringLiteral("licence"), each.value()}});
+    return list;
 }
 
 QJsonObject headwordJson(const Headword &headword, std::optional<WordStatus> status) {
@@ -89,6 +110,7 @@ Response lookUp(const Request &request, WordLookup &lookup, const VocabularyPart
                          {QStringLiteral("language"), language},
                          {QStringLiteral("hasDictionary"), found.hasDictionary},
                          {QStringLiteral("headwords"), headwords},
+                         {QStringLiteral("sources"), sourcesJson(found.headwords)},
                          {QStringLiteral("near"), QJsonArray::fromStringList(found.near)}});
 }
 

@@ -48,7 +48,7 @@ TEST_F(WordLookupTest, AnswersAClickOnAnyFormInTheLearnersLanguage) {
     EXPECT_EQ(child["start"_L1].toInt(), 4);
     EXPECT_TRUE(child["rank"_L1].toInt() > 0 && child["rank"_L1].toInt() < 500) << "a common word";
     EXPECT_EQ(child["english"_L1][0]["definition"_L1].toString(), u"a young person of either sex");
-    EXPECT_THAT(child["entries"_L1][0]["licence"_L1].toString().toStdString(),
+    EXPECT_THAT(children["sources"_L1][0]["licence"_L1].toString().toStdString(),
                 testing::HasSubstr("General Public License"));
 
     EXPECT_THAT(words(click(u"I [saw] it"_s)), testing::ElementsAre(u"saw"_s, u"see"_s)) << "all that fit";
@@ -124,6 +124,16 @@ TEST_F(WordLookupTest, FindsWhatADictionarySpellsOtherwise) {
               translations(click(u"a [colour]"_s)["headwords"_L1][0]));
     speak(u"spa"_s);
     EXPECT_FALSE(translations(click(u"I [realise] it"_s)["headwords"_L1][0]).isEmpty());
+}
+
+TEST_F(WordLookupTest, TellsWhichWordIsClickedBetweenSigns) {
+    speak(u"deu"_s);
+    EXPECT_EQ(click(u"We have [3] dogs"_s)["form"_L1], u""_s);
+    EXPECT_EQ(click(u"We have 3[ ]dogs"_s)["form"_L1], u"dogs"_s);
+    EXPECT_EQ(words(click(u"the [U].S. army"_s)), QStringList{u"u.s."_s});
+    EXPECT_EQ(click(u"at 10 p.[m]."_s)["form"_L1], u"p.m."_s);
+    EXPECT_EQ(click(u"It was [I]. You"_s)["form"_L1], u"I"_s);
+    EXPECT_EQ(words(click(u"a nine-[dog]-sled"_s)).first(), u"dog");
 }
 
 TEST_F(WordLookupTest, HasAWordForWhatNothingKnows) {
