@@ -121,7 +121,7 @@ QString takeRemarks(QString &text) {
         return {};
     QStringList remarks;
     for (const QRegularExpressionMatch &match : remark.globalMatch(text)) {
-        const QString told = match.captured(1).trimmed();
+        const QString told = match.captured(1).replace(u'~', u' ').trimmed();
         if (!told.startsWith(u'<') && !told.startsWith(u':'))
             remarks.append(told);
     }
@@ -153,7 +153,7 @@ QString takeRunningText(QString &text) {
     static const QRegularExpression forms(
         QStringLiteral("^\\((?:-[a-z]+|[a-z]+,)[a-z, -]*\\)\\s*|^\\(çoğ\\.\\)\\s*[a-z -]+\\)\\s*"));
     static const QRegularExpression label(QStringLiteral("^\\(([^()]*\\.[^()]*|argo|slang|eski)\\)\\s*"));
-    static const QRegularExpression phrases(QStringLiteral("(?<=[\\p{L})]{3})[.!?]+(?:\\s.*)?$"));
+    static const QRegularExpression phrases(QStringLiteral("(?<=[\\p{Latin})]{3})[.!?]+(?:\\s.*)?$"));
     static const QRegularExpression latinName(QStringLiteral("\\((?:zool|bot)\\.\\)\\s*\\p{Lu}[a-z ]*"));
     text.remove(reference).remove(forms);
     QString told;
@@ -165,11 +165,13 @@ QString takeRunningText(QString &text) {
     return told;
 }
 
-// Such dictionaries have nothing but numbered senses and end their entries with a full stop.
+// Such entries have nothing but numbered senses and end with a full stop, or go on behind one.
 bool isRunningText(const QStringList &lines) {
-    const QString last = QStringList(lines.mid(1)).join(u'\n').trimmed();
-    return lines.value(1).startsWith(QStringLiteral("1. ")) && !lines.first().contains(u'<') &&
-           (last.endsWith(u'.') || last.endsWith(u'!') || last.endsWith(u'?'));
+    static const QRegularExpression goesOn(QStringLiteral("\\p{Latin}{3}\\. \\p{Latin}"));
+    const QString all = QStringList(lines.mid(1)).join(u'\n').trimmed();
+    const bool isEnded = all.endsWith(u'.') && !all.endsWith(QStringLiteral(".."));
+    return all.startsWith(QStringLiteral("1. ")) && !lines.first().contains(u'<') &&
+           (isEnded || goesOn.match(all).hasMatch());
 }
 
 /// Reads the lines below the head, one after the other.
@@ -184,7 +186,7 @@ class SenseReader {
         static const QRegularExpression number(QStringLiteral("^(\\d+)\\.\\s*(.*)$"));
         static const QRegularExpression bareNumber(QStringLiteral("^\\s+\\d+\\.\\s*$"));
         static const QRegularExpression remark(
-            QStringLiteral("^\\s*(Note|Synonym|Synonyms|see|see also):\\s*(.*)$"));
+            QStringLiteral("^\\s*(Note|Synonym|Synonyms|see|see also|See also):\\s*(.*)$"));
         static const QRegularExpression letter(QStringLiteral("^[a-h]\\.(?:\\s+|$)"));
         const QString text = line.trimmed().remove(letter);
         // Whole dictionaries are read by this: no expression is tried that cannot match.
@@ -238,14 +240,17 @@ class SenseReader {
         if (_entry.partOfSpeech.isEmpty() && _translations == Translations::Foreign)
             _entry.partOfSpeech = partOfTranslation(text);
         static const QRegularExpression letter(QStringLiteral("^[a-h]\\.(?:\\s+|$)"));
+        static const QRegularExpression blank(QStringLiteral("(?<=\\p{L}|\\p{M})_(?=\\p{L})"));
         Sense sense;
         if (_translations == Translations::Foreign) {
-            text.remove(letter).replace(u'_', u' ');
+            text.replace(blank, QStringLiteral(" "));
             removeSpokenAbbreviations(text);
             removeReadings(text);
         }
         const QString label = _isRunning ? takeRunningText(text) : QString();
         sense.definition = takeRemarks(text);
+        if (_translations == Translations::Foreign)
+            text = text.trimmed().remove(letter);
         if (!label.isEmpty())
             sense.definition =
                 label + (sense.definition.isEmpty() ? QString() : QStringLiteral("; ") + sense.definition);

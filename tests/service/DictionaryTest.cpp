@@ -160,6 +160,7 @@ TEST_F(DictionaryTest, KeepsTheLayoutOfADictionaryOutOfTheTranslations) {
               QStringList{u"görmek"_s});
     EXPECT_EQ(first(u"goose /ɡ/\n1. (çoğ.) geese)  kaz, (zool.) Anser\n2. kaz eti.\n"_s),
               QStringList{u"kaz"_s});
+    EXPECT_EQ(first(u"why?\n1. hoezo?, waarom?\n"_s), (QStringList{u"hoezo?"_s, u"waarom?"_s}));
     EXPECT_TRUE(readFreeDictEntry(u"geese /ɡ/\n1. (bak.) goose.\n"_s).senses.empty());
     EXPECT_EQ(first(u"lost <adj>\n失った (うしなった, ushinatta), 負けた (まけた, maketa)\n"_s),
               (QStringList{u"失った"_s, u"負けた"_s}));
