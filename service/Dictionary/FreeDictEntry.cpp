@@ -10,6 +10,9 @@ namespace murvo::service {
 
 namespace {
 
+// Rarer meanings follow behind; the commonest words have dozens.
+constexpr std::size_t mostSenses = 12;
+
 struct PartName {
     QStringView sign;
     QStringView name;
@@ -96,7 +99,8 @@ QStringList bracedWords(const QString &text) {
 }
 
 bool isEnglishText(const QString &text) {
-    return std::all_of(text.begin(), text.end(), [](QChar sign) { return sign.unicode() < 0x80; });
+    return std::none_of(text.begin(), text.end(),
+                        [](QChar sign) { return sign.unicode() >= 0x80 && !sign.isPunct(); });
 }
 
 // "Haus <neut>" is a noun, "laufen <v, intr>" a verb: the translation's is the headword's.
@@ -109,32 +113,82 @@ QString partOfTranslation(const QString &text) {
     return isGender ? QStringLiteral("noun") : partNamed(sign);
 }
 
-// Takes the remarks in square brackets, "[Am.]", "[textil.]", out of translations and returns them.
+// Takes the remarks in brackets, "[Am.]", "[textil.]", "{स्थिति}", out of translations and returns them;
+// "[<जाना]" tells of what the translation is made.
 QString takeRemarks(QString &text) {
-    static const QRegularExpression remark(QStringLiteral("\\[([^\\[\\]]*)\\]"));
-    if (!text.contains(u'['))
+    static const QRegularExpression remark(QStringLiteral("[\\[{]([^\\[\\]{}]*)[\\]}]"));
+    if (!text.contains(u'[') && !text.contains(u'{'))
         return {};
     QStringList remarks;
-    for (const QRegularExpressionMatch &match : remark.globalMatch(text))
-        remarks.append(match.captured(1).trimmed());
+    for (const QRegularExpressionMatch &match : remark.globalMatch(text)) {
+        const QString told = match.captured(1).replace(u'~', u' ').trimmed();
+        if (!told.startsWith(u'<') && !told.startsWith(u':'))
+            remarks.append(told);
+    }
     text.remove(remark);
     remarks.removeDuplicates();
     return remarks.join(QStringLiteral("; "));
 }
 
+// "Seite <fem>S.,  /ˈɛs/ , Blatt": an abbreviation and how it is spoken, in English.
+void removeSpokenAbbreviations(QString &text) {
+    static const QRegularExpression abbreviation(
+        QStringLiteral("(?:(?<=[>\\]])\\s*[^<>\\[\\],;]*|[^\\s<>\\[\\],;]*\\.)?,\\s+/[^/]*(?:/|$)"));
+    if (text.contains(u'/'))
+        text.remove(abbreviation);
+}
+
+// "失った (うしなった, ushinatta)": how it is read.
+void removeReadings(QString &text) {
+    static const QRegularExpression reading(
+        QStringLiteral("\\s*\\([\\p{Hiragana}\\p{Katakana}ー\\s]+(?:,[^()]*)?\\)"));
+    if (text.contains(u'('))
+        text.remove(reading);
+}
+
+// "(saw, seen) görmek", "(k.dili) işemek. go a long way çok iş görmek": forms of the headword, labels, and
+// behind a full stop phrases whose translations nothing parts from them. Returns the label.
+QString takeRunningText(QString &text) {
+    static const QRegularExpression reference(QStringLiteral("^\\(bak\\.\\).*$"));
+    static const QRegularExpression forms(
+        QStringLiteral("^\\((?:-[a-z]+|[a-z]+,)[a-z, -]*\\)\\s*|^\\(çoğ\\.\\)\\s*[a-z -]+\\)\\s*"));
+    static const QRegularExpression label(QStringLiteral("^\\(([^()]*\\.[^()]*|argo|slang|eski)\\)\\s*"));
+    static const QRegularExpression phrases(QStringLiteral("(?<=[\\p{Latin})]{3})[.!?]+(?:\\s.*)?$"));
+    static const QRegularExpression latinName(QStringLiteral("\\((?:zool|bot)\\.\\)\\s*\\p{Lu}[a-z ]*"));
+    text.remove(reference).remove(forms);
+    QString told;
+    if (const auto match = label.match(text); match.hasMatch()) {
+        told = match.captured(1);
+        text = text.sliced(match.capturedEnd());
+    }
+    text.remove(phrases).remove(latinName);
+    return told;
+}
+
+// Such entries have nothing but numbered senses and end with a full stop, or go on behind one.
+bool isRunningText(const QStringList &lines) {
+    static const QRegularExpression goesOn(QStringLiteral("\\p{Latin}{3}\\. \\p{Latin}"));
+    const QString all = QStringList(lines.mid(1)).join(u'\n').trimmed();
+    const bool isEnded = all.endsWith(u'.') && !all.endsWith(QStringLiteral(".."));
+    return all.startsWith(QStringLiteral("1. ")) && !lines.first().contains(u'<') &&
+           (isEnded || goesOn.match(all).hasMatch());
+}
+
 /// Reads the lines below the head, one after the other.
 class SenseReader {
   public:
-    SenseReader(Entry &entry, Translations translations)
+    SenseReader(Entry &entry, Translations translations, bool isRunning)
         : _entry(entry)
-        , _translations(translations) {}
+        , _translations(translations)
+        , _isRunning(isRunning) {}
 
     void read(const QString &line) {
         static const QRegularExpression number(QStringLiteral("^(\\d+)\\.\\s*(.*)$"));
         static const QRegularExpression bareNumber(QStringLiteral("^\\s+\\d+\\.\\s*$"));
         static const QRegularExpression remark(
-            QStringLiteral("^\\s*(Note|Synonym|Synonyms|see|see also):\\s*(.*)$"));
-        const QString text = line.trimmed();
+            QStringLiteral("^\\s*(Note|Synonym|Synonyms|see|see also|See also):\\s*(.*)$"));
+        static const QRegularExpression letter(QStringLiteral("^[a-h]\\.(?:\\s+|$)"));
+        const QString text = line.trimmed().remove(letter);
         // Whole dictionaries are read by this: no expression is tried that cannot match.
         const bool isIndented = line.startsWith(u' ');
         if (text.isEmpty() || (isIndented && bareNumber.match(line).hasMatch()))
@@ -155,6 +209,27 @@ class SenseReader {
             define(text);
     }
 
+    // "go broke (go V: :broke)" with "- bankrutować" below: an example, and where nothing else is told, what
+    // the translations are of.
+    bool readPhrase(const QString &line, const QString &next) {
+        static const QRegularExpression number(QStringLiteral("^\\s*\\d+\\.\\s+|^\\s+"));
+        static const QRegularExpression pattern(QStringLiteral("\\s*\\([^()]*:[^()]*\\)"));
+        static const QRegularExpression marks(QStringLiteral("``|''|,,|\\*"));
+        if (!next.startsWith(QStringLiteral(" - ")) || line.contains(u'"'))
+            return false;
+        QString phrase = line;
+        phrase = phrase.remove(number).remove(pattern).remove(marks).simplified();
+        QString meaning = next.sliced(3);
+        meaning = meaning.remove(marks).simplified();
+        if (phrase.isEmpty() || !isEnglishText(phrase))
+            return false;
+        if (_entry.senses.empty())
+            _entry.senses.push_back({parted(meaning), phrase, {}, {}});
+        else
+            _entry.senses.back().examples.push_back({phrase, meaning});
+        return true;
+    }
+
   private:
     // A number at its end begins the list of definitions that follow.
     void begin(QString text) {
@@ -164,8 +239,21 @@ class SenseReader {
             text.remove(innerNumber);
         if (_entry.partOfSpeech.isEmpty() && _translations == Translations::Foreign)
             _entry.partOfSpeech = partOfTranslation(text);
+        static const QRegularExpression letter(QStringLiteral("^[a-h]\\.(?:\\s+|$)"));
+        static const QRegularExpression blank(QStringLiteral("(?<=\\p{L}|\\p{M})_(?=\\p{L})"));
         Sense sense;
+        if (_translations == Translations::Foreign) {
+            text.replace(blank, QStringLiteral(" "));
+            removeSpokenAbbreviations(text);
+            removeReadings(text);
+        }
+        const QString label = _isRunning ? takeRunningText(text) : QString();
         sense.definition = takeRemarks(text);
+        if (_translations == Translations::Foreign)
+            text = text.trimmed().remove(letter);
+        if (!label.isEmpty())
+            sense.definition =
+                label + (sense.definition.isEmpty() ? QString() : QStringLiteral("; ") + sense.definition);
         sense.translations = parted(readable(std::move(text)));
         _entry.senses.push_back(std::move(sense));
     }
@@ -209,6 +297,7 @@ class SenseReader {
 
     Entry &_entry;
     Translations _translations;
+    bool _isRunning;
     bool _isNumbered = false;
 };
 
@@ -222,12 +311,20 @@ Entry readFreeDictEntry(const QString &text, Translations translations) {
     Entry entry;
     const QStringList lines = text.split(u'\n');
     readHead(lines.first(), entry);
-    SenseReader reader(entry, translations);
-    for (qsizetype i = 1; i < lines.size(); ++i)
-        reader.read(lines[i]);
-    std::erase_if(entry.senses, [](const Sense &sense) {
-        return sense.translations.isEmpty() && sense.definition.isEmpty();
+    const bool isForeign = translations == Translations::Foreign;
+    const bool isRunning = isForeign && isRunningText(lines);
+    SenseReader reader(entry, translations, isRunning);
+    for (qsizetype i = 1; i < lines.size(); ++i) {
+        if (isForeign && reader.readPhrase(lines[i], lines.value(i + 1)))
+            ++i;
+        else
+            reader.read(lines[i]);
+    }
+    std::erase_if(entry.senses, [isRunning](const Sense &sense) {
+        return sense.translations.isEmpty() && (sense.definition.isEmpty() || isRunning);
     });
+    if (isForeign && entry.senses.size() > mostSenses)
+        entry.senses.resize(mostSenses);
     return entry;
 }
 

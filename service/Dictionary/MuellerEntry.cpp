@@ -119,7 +119,7 @@ qsizetype beginningOfRussian(const QString &text) {
     int depth = 0;
     for (qsizetype at = 0; at < text.size(); ++at) {
         const QChar sign = text[at];
-        depth += sign == u'(' ? 1 : sign == u')' ? -1 : 0;
+        depth += QStringView(u"({").contains(sign) ? 1 : QStringView(u")}").contains(sign) ? -1 : 0;
         if (depth > 0 || (sign != u'_' && !isRussian(sign)))
             continue;
         while (at > 0 && QStringView(u"\"«").contains(text[at - 1]))
@@ -270,7 +270,12 @@ class UnitReader {
 
     void readSense(QString text) {
         Sense sense;
+        // "(s [z])" is how the plural is made.
+        static const QRegularExpression ending(QStringLiteral("^\\(-?s\\s*(?:\\[[^\\[\\]]*\\])?\\)\\s*"));
         QStringList labels = _labels + takeLabels(text);
+        text.remove(ending);
+        _entries.back().isOfForm =
+            _entries.back().senses.empty() && !labels.isEmpty() && text.startsWith(QStringLiteral("от "));
         labels.removeIf([](const QString &label) { return !renamed(partNames, label).isEmpty(); });
         for (QString &label : labels) {
             const QString name = renamed(labelNames, label);

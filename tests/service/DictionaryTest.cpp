@@ -151,6 +151,34 @@ TEST_F(DictionaryTest, PartsATextWithSections) {
     EXPECT_EQ(sectionsOf(u"run /r/\nI. biec\n"_s).size(), 1) << "no section";
 }
 
+TEST_F(DictionaryTest, KeepsTheLayoutOfADictionaryOutOfTheTranslations) {
+    const auto first = [](const QString &text) { return readFreeDictEntry(text).senses.at(0).translations; };
+    EXPECT_EQ(first(u"page /pˈeɪdʒ/ (p. /pˈiː/)\nSeite <fem>S.,  /ˈɛs/ , Blatt <neut> [print]\n"_s),
+              (QStringList{u"Seite"_s, u"Blatt"_s}));
+    EXPECT_EQ(first(u"number /n/\nZahl <fem> [math.] Z.,  /zˈɛd/\n"_s), QStringList{u"Zahl"_s});
+    EXPECT_EQ(first(u"see /sˈiː/\n1. (saw, seen) görmek\n2. geçirmek. see about icabına bakmak, bulmak.\n"_s),
+              QStringList{u"görmek"_s});
+    EXPECT_EQ(first(u"goose /ɡ/\n1. (çoğ.) geese)  kaz, (zool.) Anser\n2. kaz eti.\n"_s),
+              QStringList{u"kaz"_s});
+    EXPECT_EQ(first(u"why?\n1. hoezo?, waarom?\n"_s), (QStringList{u"hoezo?"_s, u"waarom?"_s}));
+    EXPECT_TRUE(readFreeDictEntry(u"geese /ɡ/\n1. (bak.) goose.\n"_s).senses.empty());
+    EXPECT_EQ(first(u"lost <adj>\n失った (うしなった, ushinatta), 負けた (まけた, maketa)\n"_s),
+              (QStringList{u"失った"_s, u"負けた"_s}));
+    EXPECT_EQ(first(u"think <v>\n1. 考える, 思考\ncommunicate to oneself in one’s mind\n"_s),
+              (QStringList{u"考える"_s, u"思考"_s}));
+    EXPECT_EQ(first(u"go <V>\n1. हो_जाना{स्थिति}\n"_s), QStringList{u"हो जाना"_s});
+    EXPECT_EQ(first(u"should <V Mod>\n 1.  a. powinien, powinna  [w liczbach]\n b.\n"_s),
+              (QStringList{u"powinien"_s, u"powinna"_s}));
+    const Entry broke = readFreeDictEntry(
+        u"broke /b/ <Adj>\n 1.  [nieform]  goły\n 2.  go broke (go V: :broke)\n - bankrutować\n"_s);
+    ASSERT_EQ(broke.senses.size(), 1U);
+    EXPECT_EQ(broke.senses[0].examples.at(0).text, u"go broke");
+    EXPECT_EQ(broke.senses[0].examples.at(0).translation, u"bankrutować");
+    EXPECT_LE(readFreeDictEntry(DictdDictionary(installed(u"freedict-eng-tur"_s)).entries(u"go"_s).value(0))
+                  .senses.size(),
+              12U);
+}
+
 TEST_F(DictionaryTest, LeavesOutEntriesOfLongerWordsThatWereCutShort) {
     std::vector<Entry> entries;
     for (const QString &text : DictdDictionary(installed(u"freedict-eng-spa"_s)).entries(u"child"))

@@ -50,6 +50,9 @@ TEST(MuellerEntryTest, MakesEachPartOfSpeechOfEachHomonymAnEntry) {
 TEST(MuellerEntryTest, SaysOfWhichWordAFormIs) {
     EXPECT_EQ(told(readMuellerEntries(u"went\n   [wɛnt] _p. от go 1\n"_s)),
               QStringList{u" /went/  {прош. время от go}"_s});
+    EXPECT_TRUE(readMuellerEntries(u"flew\n   [flʊ:] _p. от fly II, 2\n"_s).at(0).isOfForm);
+    EXPECT_EQ(told(readMuellerEntries(u"money\n   [m] _n.\n   1) деньги\n   2) _pl. (s [z]) валюты\n"_s)),
+              QStringList{u"noun /m/ деньги | валюты {мн. ч.}"_s});
     EXPECT_EQ(told(readMuellerEntries(u"school-marm\n   [↗skʊ:lmɑ:m] = school-ma'am\n"_s)),
               QStringList{u" /ˈskuːlmɑːm/  {= school-ma'am}"_s});
 }
