@@ -10,9 +10,6 @@ namespace murvo::service {
 
 namespace {
 
-// Rarer meanings follow behind; the commonest words have dozens.
-constexpr std::size_t mostSenses = 12;
-
 struct PartName {
     QStringView sign;
     QStringView name;
@@ -323,8 +320,6 @@ Entry readFreeDictEntry(const QString &text, Translations translations) {
     std::erase_if(entry.senses, [isRunning](const Sense &sense) {
         return sense.translations.isEmpty() && (sense.definition.isEmpty() || isRunning);
     });
-    if (isForeign && entry.senses.size() > mostSenses)
-        entry.senses.resize(mostSenses);
     return entry;
 }
 

@@ -11,6 +11,7 @@ namespace murvo::service {
 namespace {
 
 constexpr std::size_t mostEntries = 12;
+constexpr std::size_t mostSenses = 12; // of an entry
 constexpr std::size_t mostSensesOfAPart = 6;
 constexpr qsizetype mostNear = 6;
 constexpr int oftenerThanAll = 1'000'000; // WordNet met "be" 10,000 times
@@ -150,6 +151,7 @@ std::vector<SourcedEntry> WordLookup::entries(const QString &word, const QString
                 orderSenses(entry, order);
             if (entry.senses.empty() || found.size() == mostEntries)
                 continue;
+            entry.senses.resize(std::min(entry.senses.size(), mostSenses)); // the likeliest are first now
             if (!isReversed)
                 said += translationsOf(entry);
             found.push_back({std::move(entry), &dictionaries[i]->source()});

@@ -124,6 +124,9 @@ TEST_F(WordLookupTest, FindsWhatADictionarySpellsOtherwise) {
               translations(click(u"a [colour]"_s)["headwords"_L1][0]));
     speak(u"spa"_s);
     EXPECT_FALSE(translations(click(u"I [realise] it"_s)["headwords"_L1][0]).isEmpty());
+    speak(u"tur"_s);
+    EXPECT_EQ(click(u"[go]"_s)["headwords"_L1][0]["entries"_L1][0]["senses"_L1].toArray().size(), 12)
+        << "of more than ninety";
 }
 
 TEST_F(WordLookupTest, TellsWhichWordIsClickedBetweenSigns) {
