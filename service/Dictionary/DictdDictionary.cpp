@@ -11,7 +11,7 @@ namespace murvo::service {
 namespace {
 
 // The commonest words have dozens in the largest dictionary, each a place of its own to be unpacked.
-constexpr std::size_t mostEntries = 16;
+constexpr std::size_t mostEntries = 12;
 constexpr qsizetype longestWord = 200;
 
 constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
