@@ -3,6 +3,7 @@
 // without films, and one of 40 words whose lines lie all over the film, of five minutes, written to the file
 // PACKAGE.
 
+#include "ServiceClient.h"
 #include "service/EmbeddedService.h"
 #include "service/SavedWords.h"
 
@@ -10,13 +11,10 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QSet>
 #include <QTemporaryDir>
 #include <QUrl>
-
-#include <httplib.h>
 
 #include <algorithm>
 #include <chrono>
@@ -26,26 +24,14 @@
 
 namespace {
 
+using murvo::bench::ServiceClient;
 using murvo::service::EmbeddedService;
 using murvo::service::test::SavedWordsStore;
 using murvo::service::test::WordRow;
 
-class Page {
+class Page : public ServiceClient {
   public:
-    explicit Page(const QUrl &base)
-        : _client("127.0.0.1", base.port())
-        , _path(base.path().toStdString()) {
-        _client.set_read_timeout(60);
-    }
-
-    QByteArray get(const std::string &route) { return bytes(_client.Get(_path + "Api/" + route)); }
-    QByteArray post(const std::string &route, const std::string &body = {}) {
-        return bytes(_client.Post(_path + "Api/" + route, body, "text/plain"));
-    }
-
-    void put(const std::string &route, const std::string &body) {
-        (void)_client.Put(_path + "Api/" + route, body, "text/plain");
-    }
+    using ServiceClient::ServiceClient;
 
     double speakMs(const QString &text) {
         QElapsedTimer clock;
@@ -71,14 +57,6 @@ class Page {
         std::printf("    %s\n", state.constData());
         return file;
     }
-
-  private:
-    static QByteArray bytes(const httplib::Result &result) {
-        return result ? QByteArray::fromStdString(result->body) : QByteArray();
-    }
-
-    httplib::Client _client;
-    std::string _path;
 };
 
 void measureSpeech(Page &page) {
@@ -183,10 +161,10 @@ int main(int argc, char *argv[]) {
     if (!QFileInfo(film).isFile())
         return 0;
     service->filmIdentified(film, 1, 1);
-    const QByteArray found = page.post("MovieFile/GetSubtitlesToDownload",
-                                       "fileSize=1&movieHash=1&fileName=Film.mkv&targetLanguageCode=eng&"
-                                       "nativeLanguageCode=fra");
-    const int filmId = QJsonDocument::fromJson(found).object()[QLatin1String("videoId")].toInt();
+    const QJsonObject found = page.postJson("MovieFile/GetSubtitlesToDownload",
+                                            "fileSize=1&movieHash=1&fileName=Film.mkv&targetLanguageCode=eng&"
+                                            "nativeLanguageCode=fra");
+    const int filmId = found[QLatin1String("videoId")].toInt();
     constexpr qint64 lengthMs = 5 * 60'000;
     measureClips(page, store, filmId, lengthMs, application.arguments().value(2));
     return 0;

@@ -3,6 +3,7 @@
 // and all of them, from the lookup on, and how much memory that takes. Compare with
 //   time ffmpeg -i FILM -map 0:s:0 -c copy out.srt
 
+#include "ServiceClient.h"
 #include "service/EmbeddedService.h"
 
 #include <QCoreApplication>
@@ -15,35 +16,12 @@
 #include <QTemporaryDir>
 #include <QUrl>
 
-#include <httplib.h>
-
 #include <cstdio>
 
 namespace {
 
+using murvo::bench::ServiceClient;
 using murvo::service::EmbeddedService;
-
-/// Asks the service as the page does.
-class Page {
-  public:
-    explicit Page(const QUrl &base)
-        : _client("127.0.0.1", base.port())
-        , _path(base.path().toStdString()) {}
-
-    QJsonObject get(const std::string &route) { return json(_client.Get(_path + "Api/MovieFile/" + route)); }
-    QJsonObject post(const std::string &route, const std::string &body) {
-        return json(_client.Post(_path + "Api/MovieFile/" + route, body, "text/plain"));
-    }
-
-  private:
-    static QJsonObject json(const httplib::Result &result) {
-        return result ? QJsonDocument::fromJson(QByteArray::fromStdString(result->body)).object()
-                      : QJsonObject();
-    }
-
-    httplib::Client _client;
-    std::string _path;
-};
 
 // Kilobytes; "VmRSS" for now, "VmHWM" for the most since forgetPeak().
 int memoryKb(const QByteArray &name) {
@@ -76,27 +54,27 @@ int main(int argc, char *argv[]) {
         std::fprintf(stderr, "Usage: extraction_bench FILM %s\n", error.toUtf8().constData());
         return 2;
     }
-    Page page{QUrl(service->baseUrl())};
+    ServiceClient page{QUrl(service->baseUrl())};
     forgetPeak();
     const int beforeKb = memoryKb("VmRSS");
     QElapsedTimer clock;
     clock.start();
     service->filmIdentified(film, 1, 1);
-    const int videoId =
-        page.post("GetSubtitlesToDownload", "fileSize=1&movieHash=1&fileName=f&targetLanguageCode=eng")
-            .value(QLatin1String("videoId"))
-            .toInt();
+    const int videoId = page.postJson("MovieFile/GetSubtitlesToDownload",
+                                      "fileSize=1&movieHash=1&fileName=f&targetLanguageCode=eng")
+                            .value(QLatin1String("videoId"))
+                            .toInt();
     const std::string query = "?videoId=" + std::to_string(videoId);
     qint64 firstMs = -1;
     int replies = 0;
-    QJsonObject state = page.get("Changes" + query);
-    QJsonObject lines = page.get("Lines" + query);
+    QJsonObject state = page.getJson("MovieFile/Changes" + query);
+    QJsonObject lines = page.getJson("MovieFile/Lines" + query);
     for (; state[QLatin1String("isReadingFilm")].toBool(); ++replies) {
         if (firstMs < 0 && cuesOf(lines) > 0)
             firstMs = clock.elapsed();
-        state = page.get("Changes" + query +
-                         "&after=" + std::to_string(state[QLatin1String("revision")].toInt()));
-        lines = page.get("Lines" + query);
+        state = page.getJson("MovieFile/Changes" + query +
+                             "&after=" + std::to_string(state[QLatin1String("revision")].toInt()));
+        lines = page.getJson("MovieFile/Lines" + query);
     }
     const qint64 allMs = clock.elapsed();
     std::printf(

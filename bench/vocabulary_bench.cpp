@@ -4,6 +4,7 @@
 // store is then. The text is made of WordNet's words by how often they were met, so that the figures are like
 // those of real films.
 
+#include "ServiceClient.h"
 #include "service/EmbeddedService.h"
 
 #include <QCoreApplication>
@@ -11,13 +12,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTime>
 #include <QUrl>
-
-#include <httplib.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -26,33 +24,10 @@
 
 namespace {
 
+using murvo::bench::ServiceClient;
 using murvo::service::EmbeddedService;
 
 constexpr int linesOfFilm = 1500;
-
-/// Asks the service as the pages and the player do.
-class Client {
-  public:
-    explicit Client(const QUrl &base)
-        : _client("127.0.0.1", base.port())
-        , _path(base.path().toStdString()) {
-        _client.set_read_timeout(60);
-    }
-
-    QJsonObject get(const std::string &route) { return json(_client.Get(_path + route)); }
-    QJsonObject post(const std::string &route, const std::string &body) {
-        return json(_client.Post(_path + route, body, "text/plain"));
-    }
-
-  private:
-    static QJsonObject json(const httplib::Result &result) {
-        return result ? QJsonDocument::fromJson(QByteArray::fromStdString(result->body)).object()
-                      : QJsonObject();
-    }
-
-    httplib::Client _client;
-    std::string _path;
-};
 
 /// Lines of words that come as often as in real text.
 class Texts {
@@ -110,13 +85,13 @@ double msOf(const QElapsedTimer &clock) {
 }
 
 /// The median and the longest of some runs, in milliseconds.
-void measure(Client &client, const char *what, const std::string &route) {
+void measure(ServiceClient &client, const char *what, const std::string &route) {
     std::vector<double> times;
     qsizetype lines = 0;
     for (int i = 0; i < 21; ++i) {
         QElapsedTimer clock;
         clock.start();
-        lines = client.get(route).value(QLatin1String("lines")).toArray().size();
+        lines = client.getJson(route).value(QLatin1String("lines")).toArray().size();
         times.push_back(msOf(clock));
     }
     std::sort(times.begin(), times.end());
@@ -124,16 +99,16 @@ void measure(Client &client, const char *what, const std::string &route) {
     std::printf(lines > 0 ? " (%lld lines)\n" : "\n", static_cast<long long>(lines));
 }
 
-int addFilm(Client &client, int number, const QByteArray &english, const QByteArray &french) {
+int addFilm(ServiceClient &client, int number, const QByteArray &english, const QByteArray &french) {
     const std::string size = std::to_string(number + 1);
     const int videoId = client
-                            .post("Api/MovieFile/GetSubtitlesToDownload",
-                                  "fileSize=" + size + "&movieHash=" + size + "&fileName=Film" + size +
-                                      ".mkv&targetLanguageCode=eng")
+                            .postJson("MovieFile/GetSubtitlesToDownload",
+                                      "fileSize=" + size + "&movieHash=" + size + "&fileName=Film" + size +
+                                          ".mkv&targetLanguageCode=eng")
                             .value(QLatin1String("videoId"))
                             .toInt();
     const std::string add =
-        "Api/MovieFile/AddSubtitle?videoId=" + std::to_string(videoId) + "&fileName=Film" + size;
+        "MovieFile/AddSubtitle?videoId=" + std::to_string(videoId) + "&fileName=Film" + size;
     client.post(add + ".en.srt", english.toStdString());
     client.post(add + ".fr.srt", french.toStdString());
     return videoId;
@@ -158,14 +133,14 @@ int main(int argc, char *argv[]) {
         std::fprintf(stderr, "%s\n", error.toUtf8().constData());
         return 2;
     }
-    Client client{QUrl(service->baseUrl())};
+    ServiceClient client{QUrl(service->baseUrl())};
     Texts texts;
 
     QElapsedTimer clock;
     const int first = addFilm(client, 0, texts.srt(linesOfFilm), texts.srt(linesOfFilm));
-    const std::string words = "Api/MovieFile/Words?videoId=" + std::to_string(first);
+    const std::string words = "MovieFile/Words?videoId=" + std::to_string(first);
     clock.start();
-    const QJsonObject answer = client.get(words);
+    const QJsonObject answer = client.getJson(words);
     std::printf("%-44s %7.1f ms (%d words, %lld forms)\n", "Words, its two subtitles indexed in it",
                 msOf(clock), answer[QLatin1String("runningWords")].toInt(),
                 static_cast<long long>(answer[QLatin1String("words")].toArray().size()));
@@ -178,21 +153,21 @@ int main(int argc, char *argv[]) {
     std::printf("%-44s %7.1f ms each\n", "films added", msOf(clock) / films);
     const QString lastWords = QString::fromUtf8(last.split('\n').at(2)).section(u' ', 0, 1);
     clock.start();
-    const std::string rare = "Api/Lines/Search?text=" + QUrl::toPercentEncoding(lastWords).toStdString();
+    const std::string rare = "Lines/Search?text=" + QUrl::toPercentEncoding(lastWords).toStdString();
     for (int videoId = 1; videoId <= films; ++videoId)
-        client.get("Api/MovieFile/Words?videoId=" + std::to_string(videoId));
+        client.getJson("MovieFile/Words?videoId=" + std::to_string(videoId));
     std::printf("%-44s %7.1f ms\n", "Words of them all", msOf(clock));
     std::printf("%-44s %7.1f MB for %d lines\n", "store", static_cast<double>(storeBytes(data)) / 1e6,
                 films * linesOfFilm * 2);
 
     measure(client, "Words of the first film", words);
     measure(client, "Search for a phrase", rare);
-    measure(client, "Search for \"government\"", "Api/Lines/Search?text=government");
-    measure(client, "Search for \"the\"", "Api/Lines/Search?text=the");
-    measure(client, "Search for \"th\"", "Api/Lines/Search?text=th");
-    measure(client, "Search for \"t\", 100 lines", "Api/Lines/Search?text=t&count=100");
-    measure(client, "Search for what there is not", "Api/Lines/Search?text=the+the+xyz");
-    measure(client, "Level", "Api/Home/Level");
+    measure(client, "Search for \"government\"", "Lines/Search?text=government");
+    measure(client, "Search for \"the\"", "Lines/Search?text=the");
+    measure(client, "Search for \"th\"", "Lines/Search?text=th");
+    measure(client, "Search for \"t\", 100 lines", "Lines/Search?text=t&count=100");
+    measure(client, "Search for what there is not", "Lines/Search?text=the+the+xyz");
+    measure(client, "Level", "Home/Level");
     clock.start();
     service.reset();
     std::printf("%-44s %7.1f ms\n", "the service ended in", msOf(clock));

@@ -80,7 +80,8 @@ struct Spelling {
     QLatin1String american;
 };
 
-// "colour" and "color": whichever it is, the other one may be the dictionary's.
+// "colour" and "color": whichever it is, the other one may be the dictionary's. Short words are left alone:
+// "for" is no "four", and "our" no "or".
 QStringList otherSpellings(const QString &word) {
     static constexpr std::array endings{Spelling{QLatin1String("our"), QLatin1String("or")},
                                         Spelling{QLatin1String("ours"), QLatin1String("ors")},
@@ -89,14 +90,16 @@ QStringList otherSpellings(const QString &word) {
                                         Spelling{QLatin1String("yse"), QLatin1String("yze")},
                                         Spelling{QLatin1String("tre"), QLatin1String("ter")},
                                         Spelling{QLatin1String("ogue"), QLatin1String("og")},
-                                        Spelling{QLatin1String("ence"), QLatin1String("ense")},
-                                        Spelling{QLatin1String("grey"), QLatin1String("gray")}};
+                                        Spelling{QLatin1String("ence"), QLatin1String("ense")}};
+    constexpr qsizetype shortestStem = 3;
     QStringList others;
+    const auto exchange = [&](QLatin1String from, QLatin1String to) {
+        if (word.endsWith(from) && word.size() >= from.size() + shortestStem)
+            others.append(word.chopped(from.size()) + to);
+    };
     for (const Spelling &ending : endings) {
-        if (word.endsWith(ending.british))
-            others.append(word.chopped(ending.british.size()) + ending.american);
-        if (word.endsWith(ending.american))
-            others.append(word.chopped(ending.american.size()) + ending.british);
+        exchange(ending.british, ending.american);
+        exchange(ending.american, ending.british);
     }
     return others;
 }

@@ -25,8 +25,9 @@ class DictdDictionary {
 
     [[nodiscard]] bool isOpen() const { return !_index.isEmpty() && _text.isOpen(); }
 
-    /// The entries of a word, in the order of the index. A word is looked for as written, then as the keys of
-    /// such files are written: in lower case, without marks, with a hyphen as a space.
+    /// The entries of a word, in the order of the index. A word is looked for in lower case as written, then
+    /// as the keys of such files are: without marks, with a hyphen as a space; then as it is spelled
+    /// elsewhere, and with an object ("avoid sth").
     [[nodiscard]] QStringList entries(QStringView word) const;
     [[nodiscard]] bool has(QStringView word) const;
 

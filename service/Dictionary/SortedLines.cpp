@@ -63,30 +63,18 @@ std::size_t SortedLines::lowerBound(std::string_view key) const {
     return std::min(low, _text.size());
 }
 
-template<typename Matches>
-std::vector<std::string_view> SortedLines::collect(std::string_view key, std::size_t most,
-                                                   Matches &&matches) const {
+std::vector<std::string_view> SortedLines::find(std::string_view key) const {
     std::vector<std::string_view> lines;
     std::size_t at = lowerBound(key);
     const std::size_t end = _order.empty() ? _text.size() : _order.size();
-    while (at < end && lines.size() < most) {
+    while (at < end) {
         const std::string_view line = lineAt(_order.empty() ? at : _order[at]);
-        if (!matches(keyOf(line)))
+        if (keyOf(line) != key)
             break;
         lines.push_back(line);
         at += _order.empty() ? line.size() + 1 : 1;
     }
     return lines;
-}
-
-std::vector<std::string_view> SortedLines::find(std::string_view key) const {
-    return collect(key, std::numeric_limits<std::size_t>::max(),
-                   [key](std::string_view other) { return other == key; });
-}
-
-std::vector<std::string_view> SortedLines::findPrefix(std::string_view prefix, std::size_t most) const {
-    return collect(prefix, most,
-                   [prefix](std::string_view other) { return other.substr(0, prefix.size()) == prefix; });
 }
 
 void SortedLines::makeSorted() {

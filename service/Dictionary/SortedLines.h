@@ -27,8 +27,6 @@ class SortedLines {
 
     /// The lines with exactly this key, in the file's order, without their ends.
     [[nodiscard]] std::vector<std::string_view> find(std::string_view key) const;
-    /// The lines whose key begins so, in the file's order; at most so many.
-    [[nodiscard]] std::vector<std::string_view> findPrefix(std::string_view prefix, std::size_t most) const;
     /// Calls visit(key, line) for every line.
     template<typename Visit>
     void each(Visit &&visit) const {
@@ -48,9 +46,6 @@ class SortedLines {
     [[nodiscard]] std::string_view lineAt(std::size_t start) const;
     [[nodiscard]] std::size_t lineStart(std::size_t within) const;
     [[nodiscard]] std::size_t lowerBound(std::string_view key) const;
-    template<typename Matches>
-    [[nodiscard]] std::vector<std::string_view> collect(std::string_view key, std::size_t most,
-                                                        Matches &&matches) const;
 
     QFile _file;
     QByteArray _own; ///< the lines when there is no file

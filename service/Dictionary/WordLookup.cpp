@@ -122,14 +122,14 @@ QHash<QString, int> WordLookup::timesMet(const QString &word) const {
     return times;
 }
 
-std::vector<SourcedEntry> WordLookup::entries(const QString &word, const QString &language) {
+std::vector<SourcedEntry> WordLookup::entries(const QString &word, const QString &language,
+                                              const TimesMet &times) {
     const Dictionaries::List &dictionaries = _dictionaries.of(language);
     std::vector<std::vector<Entry>> ofEach;
     ofEach.reserve(dictionaries.size());
     for (const auto &dictionary : dictionaries)
         ofEach.push_back(dictionary->entries(word));
 
-    const auto times = [ofPart = timesMet(word)](const QString &part) { return ofPart.value(part); };
     SenseOrder order{{},
                      times(nameOf(PartOfSpeech::Verb)) >
                          times(nameOf(PartOfSpeech::Noun)) + times(nameOf(PartOfSpeech::Adjective)),
@@ -160,15 +160,13 @@ std::vector<SourcedEntry> WordLookup::entries(const QString &word, const QString
     return found;
 }
 
-std::vector<EnglishSense> WordLookup::senses(const QString &word) const {
-    std::vector<std::pair<int, PartOfSpeech>> parts;
-    parts.reserve(partsOfSpeech.size());
-    for (const PartOfSpeech part : partsOfSpeech)
-        parts.emplace_back(-_wordNet.timesMet(word.toUtf8(), part), part);
-    std::stable_sort(parts.begin(), parts.end(),
-                     [](const auto &left, const auto &right) { return left.first < right.first; });
+std::vector<EnglishSense> WordLookup::senses(const QString &word, const TimesMet &times) const {
+    std::array parts = partsOfSpeech;
+    std::stable_sort(parts.begin(), parts.end(), [&times](PartOfSpeech left, PartOfSpeech right) {
+        return times(nameOf(left)) > times(nameOf(right));
+    });
     std::vector<EnglishSense> found = _functionWords.senses(word);
-    for (const auto &[times, part] : parts) {
+    for (const PartOfSpeech part : parts) {
         for (WordNetSense &sense : _wordNet.senses(word.toUtf8(), part, mostSensesOfAPart))
             found.push_back({nameOf(part), std::move(sense.definition), std::move(sense.examples),
                              std::move(sense.synonyms), std::move(sense.antonyms)});
@@ -177,12 +175,13 @@ std::vector<EnglishSense> WordLookup::senses(const QString &word) const {
 }
 
 Headword WordLookup::headword(const QString &word, const QString &language, const Glosses &glosses) {
+    const TimesMet times = [ofPart = timesMet(word)](const QString &part) { return ofPart.value(part); };
     Headword found;
     found.word = word;
     found.rank = _english.rank(word);
     found.gloss = glosses.value(word);
-    found.entries = entries(word, language);
-    found.english = senses(word);
+    found.entries = entries(word, language, times);
+    found.english = senses(word, times);
     return found;
 }
 

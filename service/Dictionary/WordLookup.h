@@ -3,6 +3,7 @@
 
 #include "Dictionary/Dictionaries.h"
 #include "Dictionary/English.h"
+#include "Dictionary/EntryOrder.h"
 #include "Dictionary/FunctionWords.h"
 #include "Dictionary/Phrases.h"
 #include "Dictionary/WordNet.h"
@@ -64,8 +65,9 @@ class WordLookup {
     [[nodiscard]] bool isKnown(const QString &word, const QString &language);
     /// How often the word was met, by the names that entries have for parts of speech.
     [[nodiscard]] QHash<QString, int> timesMet(const QString &word) const;
-    [[nodiscard]] std::vector<SourcedEntry> entries(const QString &word, const QString &language);
-    [[nodiscard]] std::vector<EnglishSense> senses(const QString &word) const;
+    [[nodiscard]] std::vector<SourcedEntry> entries(const QString &word, const QString &language,
+                                                    const TimesMet &times);
+    [[nodiscard]] std::vector<EnglishSense> senses(const QString &word, const TimesMet &times) const;
     [[nodiscard]] Headword headword(const QString &word, const QString &language, const Glosses &glosses);
     void addWord(LookedUp &found, const EnglishWord &word, const QString &language, const Glosses &glosses);
     [[nodiscard]] QStringList near(const QString &form) const;

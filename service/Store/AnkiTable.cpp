@@ -13,11 +13,9 @@ QHash<QString, SentNote> AnkiTable::all() {
                                 "JOIN words USING (guid)");
         QHash<QString, SentNote> notes;
         while (query.executeStep()) {
-            const SQLite::Column digest = query.getColumn(3);
             notes.insert(textOf(query.getColumn(0)),
                          {textOf(query.getColumn(1)), query.getColumn(2).getInt64(),
-                          QByteArray(static_cast<const char *>(digest.getBlob()), digest.getBytes()),
-                          textOf(query.getColumn(4))});
+                          blobOf(query.getColumn(3)), textOf(query.getColumn(4))});
         }
         return notes;
     });

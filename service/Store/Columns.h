@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -10,6 +11,10 @@ namespace murvo::service {
 /// Empty for NULL.
 [[nodiscard]] inline QString textOf(const SQLite::Column &column) {
     return QString::fromStdString(column.getString());
+}
+
+[[nodiscard]] inline QByteArray blobOf(const SQLite::Column &column) {
+    return {static_cast<const char *>(column.getBlob()), column.getBytes()};
 }
 
 } // namespace murvo::service

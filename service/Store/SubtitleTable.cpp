@@ -30,10 +30,6 @@ SubtitleSource sourceNamed(const std::string &name) {
                                       : static_cast<SubtitleSource>(found - sourceNames.begin());
 }
 
-QByteArray blobOf(const SQLite::Column &column) {
-    return {static_cast<const char *>(column.getBlob()), column.getBytes()};
-}
-
 Subtitle subtitleOfRow(SQLite::Statement &row) {
     Subtitle subtitle;
     subtitle.id = row.getColumn(0).getInt();

@@ -124,6 +124,10 @@ TEST_F(WordLookupTest, FindsWhatADictionarySpellsOtherwise) {
               translations(click(u"a [colour]"_s)["headwords"_L1][0]));
     speak(u"spa"_s);
     EXPECT_FALSE(translations(click(u"I [realise] it"_s)["headwords"_L1][0]).isEmpty());
+    for (const QString &marked : {u"[our] house"_s, u"[for] you"_s})
+        EXPECT_THAT(translations(click(marked)["headwords"_L1][0]),
+                    testing::Not(testing::AnyOf(testing::Contains(u"o"_s), testing::Contains(u"cuatro"_s))))
+            << marked.toStdString();
     speak(u"tur"_s);
     EXPECT_EQ(click(u"[go]"_s)["headwords"_L1][0]["entries"_L1][0]["senses"_L1].toArray().size(), 12)
         << "of more than ninety";
