@@ -54,7 +54,7 @@ TEST_F(PageLoading, IsTriedOnceMoreWhenAScriptOrStyleDoesNotArrive) {
         int failures;
     };
     for (const Case &each : {Case{"Player/Play", QStringLiteral("play/play.mjs"), "text/javascript", 1},
-                             Case{"Player/Play", QStringLiteral("play/clock.mjs"), "text/javascript", 1},
+                             Case{"Player/Play", QStringLiteral("play/film/clock.mjs"), "text/javascript", 1},
                              Case{"Player/Play", QStringLiteral("lib/jquery.min.js"), "text/javascript", 1},
                              Case{"Player/Home", QStringLiteral("home/home.css"), "text/css", 1},
                              Case{"Player/Home", QStringLiteral("home/home.mjs"), "text/javascript", 99}}) {

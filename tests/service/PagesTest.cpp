@@ -46,7 +46,7 @@ TEST_F(PagesTest, EveryFileThatAPageNamesIsServedWithItsType) {
     for (const char *page : {"Player/Home", "Player/Play?videoId=1", "Account/Register"})
         follow(QLatin1String(page), QStringLiteral("text/html"));
     EXPECT_TRUE(_seen.contains(QStringLiteral("Web/lib/jquery.min.js")));
-    EXPECT_TRUE(_seen.contains(QStringLiteral("Web/play/clock.mjs")));
+    EXPECT_TRUE(_seen.contains(QStringLiteral("Web/play/film/clock.mjs")));
     EXPECT_TRUE(_seen.contains(QStringLiteral("Web/shared/flags/fra.svg")));
 }
 

@@ -2,7 +2,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 
-import { PlaybackClock } from '../../web/play/clock.mjs';
+import { PlaybackClock } from '../../web/play/film/clock.mjs';
 
 /** Reports every 250 ms, each late by what lateness says, from film time start at clock time 0. */
 function playing({ start = 10_000, reports = 8, speed = 1, lateness = () => 0 } = {}) {

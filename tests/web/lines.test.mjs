@@ -2,11 +2,11 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 
-import { CueIndex } from '../../web/play/cueindex.mjs';
-import { Film } from '../../web/play/film.mjs';
-import { LineSteps, secondsBefore } from '../../web/play/linesteps.mjs';
-import { LinesDriver } from '../../web/play/linesdriver.mjs';
-import { LinesView } from '../../web/play/linesview.mjs';
+import { CueIndex } from '../../web/play/lines/cueindex.mjs';
+import { Film } from '../../web/play/film/film.mjs';
+import { LineSteps, secondsBefore } from '../../web/play/lines/linesteps.mjs';
+import { LinesDriver } from '../../web/play/lines/linesdriver.mjs';
+import { LinesView } from '../../web/play/lines/linesview.mjs';
 import { FakeTimers } from './faketimers.mjs';
 
 const cue = (startMs, endMs, ...lines) => ({ startMs, endMs, lines });

@@ -4,8 +4,8 @@ import { existsSync, readFileSync } from 'node:fs';
 import { test } from 'node:test';
 
 import { flagClass } from '../../web/home/flagclass.mjs';
-import { audioTrackName } from '../../web/play/audiomenu.mjs';
-import { waitingText } from '../../web/play/notice.mjs';
+import { audioTrackName } from '../../web/play/bar/audiomenu.mjs';
+import { waitingText } from '../../web/play/bar/notice.mjs';
 import { ServiceApi } from '../../web/shared/api.mjs';
 import { PlayerBridge, requestUrl } from '../../web/shared/bridge.mjs';
 import { FakeTimers } from './faketimers.mjs';

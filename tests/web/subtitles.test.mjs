@@ -2,16 +2,15 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 
-import { fitText } from '../../web/play/filmfit.mjs';
-import { actionOfKey } from '../../web/play/keys.mjs';
-import { firstAround } from '../../web/play/linepicker.mjs';
-import { noticeOf } from '../../web/play/notice.mjs';
-import { runsOf } from '../../web/play/runs.mjs';
-import { Subtitles, trackDetails } from '../../web/play/subtitles.mjs';
+import { fitText } from '../../web/play/panels/filmfit.mjs';
+import { firstAround } from '../../web/play/panels/linepicker.mjs';
+import { noticeOf } from '../../web/play/bar/notice.mjs';
+import { runsOf } from '../../web/play/lines/runs.mjs';
+import { Subtitles, trackDetails } from '../../web/play/lines/subtitles.mjs';
 import {
   filmTime, frameRates, isSameRate, offsetText, retimed, shifted, startingAt, timingText, unmoved, withRate,
-} from '../../web/play/timing.mjs';
-import { TimingKeys } from '../../web/play/timingkeys.mjs';
+} from '../../web/play/lines/timing.mjs';
+import { TimingKeys } from '../../web/play/lines/timingkeys.mjs';
 
 const cue = (startMs, endMs, ...lines) => ({ startMs, endMs, lines });
 const [ntscFilm, film, pal] = frameRates;
@@ -71,17 +70,6 @@ test('the lines to pick from lie around the moment', () => {
   assert.equal(firstAround(cues, unmoved, -1), 0);
   assert.equal(firstAround(cues, unmoved, 90_000), 21);
   assert.equal(firstAround(cues.slice(0, 3), unmoved, 90_000), 0);
-});
-
-test('the keys of timing are told from the plain ones', () => {
-  const press = (key, rest = {}) => actionOfKey({ key, ...rest });
-  assert.equal(press('z'), 'linesEarlier');
-  assert.equal(press('Z', { shiftKey: true }), 'linesLater');
-  assert.equal(press('я', { shiftKey: true, code: 'KeyZ' }), 'linesLater');
-  assert.equal(press('ArrowLeft', { ctrlKey: true, shiftKey: true }), 'previousLineIsNow');
-  assert.equal(press('ArrowLeft'), 'back');
-  assert.equal(press('z', { ctrlKey: true }), null);
-  assert.equal(press('o', { ctrlKey: true, shiftKey: true }), null);
 });
 
 /** A service of one film; its replies are as it was told, what it is asked is kept. */

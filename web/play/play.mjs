@@ -4,18 +4,21 @@
 
 import { ServiceApi } from '../shared/api.mjs';
 import { PlayerBridge, hiddenFrameNavigation } from '../shared/bridge.mjs';
-import { AudioMenu } from './audiomenu.mjs';
-import { Controls } from './controls.mjs';
-import { Film } from './film.mjs';
-import { actionOfKey } from './keys.mjs';
-import { noticeOf, waitingText } from './notice.mjs';
-import { PictureClick } from './pictureclick.mjs';
-import { PointerRest } from './rest.mjs';
-import { SavedVolume } from './savedvolume.mjs';
-import { ShownLines } from './shownlines.mjs';
-import { SubtitlePanel } from './subtitlepanel.mjs';
-import { Subtitles, lineNames } from './subtitles.mjs';
-import { TimingKeys } from './timingkeys.mjs';
+import { Preferences } from '../shared/preferences.mjs';
+import { speak, translate } from '../shared/texts.mjs';
+import { AudioMenu } from './bar/audiomenu.mjs';
+import { Controls } from './bar/controls.mjs';
+import { Film } from './film/film.mjs';
+import { playDefaults } from './defaults.mjs';
+import { Keymap } from './keys/keymap.mjs';
+import { noticeOf, waitingText } from './bar/notice.mjs';
+import { PictureClick } from './bar/pictureclick.mjs';
+import { PointerRest } from './bar/rest.mjs';
+import { SavedVolume } from './film/savedvolume.mjs';
+import { ShownLines } from './lines/shownlines.mjs';
+import { SubtitlePanel } from './panels/subtitlepanel.mjs';
+import { Subtitles, lineNames } from './lines/subtitles.mjs';
+import { TimingKeys } from './lines/timingkeys.mjs';
 
 const { $ } = globalThis;
 const now = () => performance.now();
@@ -31,6 +34,8 @@ const api = ServiceApi.ofPage(document);
 const bridge = new PlayerBridge(hiddenFrameNavigation(document), $(window));
 const element = (id) => document.getElementById(id);
 
+const preferences = new Preferences(api, playDefaults);
+const keymap = new Keymap();
 const film = new Film(bridge, now, () => show());
 const subtitles = new Subtitles(api, videoId, () => showSubtitles());
 const shownLines = new ShownLines(document, film, subtitles, now);
@@ -44,14 +49,20 @@ const actions = {
   previousLine: () => film.stepLine(-1),
   nextLine: () => film.stepLine(1),
   replayLine: () => { film.stepLine(0); if (!film.playing) film.setPlaying(true); },
-  back: () => film.seekBy(-1),
-  forward: () => film.seekBy(1),
+  back: () => film.seekBy(-5),
+  forward: () => film.seekBy(5),
+  backSecond: () => film.seekBy(-1),
+  forwardSecond: () => film.seekBy(1),
+  backMinute: () => film.seekBy(-60),
+  forwardMinute: () => film.seekBy(60),
   louder: () => film.changeVolume(1),
   softer: () => film.changeVolume(-1),
   toggleMute: () => film.toggleMute(),
   slower: () => film.changeSpeed(-1),
   faster: () => film.changeSpeed(1),
   normalSpeed: () => film.setSpeed(1),
+  halfSpeed: () => film.setSpeed(0.5),
+  doubleSpeed: () => film.setSpeed(2),
   audioMenu: () => audioMenu.toggle(),
   subtitlePanel: () => panel.toggle(),
   nextSubtitle: () => timingKeys.nextSubtitle(),
@@ -110,6 +121,18 @@ async function loadAudioTracks() {
   }
 }
 
+async function loadLearner() {
+  // Without the one or the other the defaults do.
+  preferences.load().catch((error) => console.warn(error.message));
+  try {
+    await speak((await api.settings()).nativeLanguage);
+    translate(document);
+    show();
+  } catch (error) {
+    console.warn(error.message);
+  }
+}
+
 async function askPlayer() {
   bridge.request('IsFullscreen').then((on) => controls.fullScreen(on === true));
   bridge.request('Volume', longestWaitForFilmMs).then(() => volume.playerReady());
@@ -118,8 +141,8 @@ async function askPlayer() {
 }
 
 function keyPressed(event) {
-  const action = actionOfKey(event);
-  if (action === null) return;
+  const action = keymap.actionOf(event);
+  if (!actions[action]) return;
   // Space and the arrows keep their meaning in what the keyboard has gone to.
   const focused = document.activeElement;
   if (action === 'togglePlay' && focused?.matches('button')) return;
@@ -138,7 +161,10 @@ document.addEventListener('contextmenu', (event) => event.preventDefault());
 let pressClosesMenu = false;
 // Before the menus close, for which they look at the same press.
 element('picture').addEventListener('pointerdown', () => { pressClosesMenu = audioMenu.open || panel.open; }, true);
-addEventListener('pagehide', () => subtitles.saveNow());
+addEventListener('pagehide', () => {
+  subtitles.saveNow();
+  preferences.saveNow();
+});
 element('picture').addEventListener('click', (event) => {
   if (!event.ctrlKey && !pressClosesMenu) pictureClick.clicked();
 });
@@ -150,7 +176,9 @@ setInterval(() => {
   showWaiting();
 }, silenceWatchMs);
 
+translate(document);
 show();
+loadLearner();
 askPlayer();
 subtitles.follow();
 loadAudioTracks();

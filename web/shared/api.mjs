@@ -85,6 +85,65 @@ export class ServiceApi {
     return this.#ask(`MovieFile/AudioTracks?videoId=${videoId}`).then((reply) => reply.audioTracks);
   }
 
+  /** What the pages keep of this learner: any object. */
+  pageSettings() {
+    return this.#ask('Pages/Settings').then((reply) => reply.settings);
+  }
+
+  /** changes: each name of it takes the place of the one there; null takes it away. */
+  changePageSettings(changes) {
+    return this.#put('Pages/Settings', changes, { keepalive: true });
+  }
+
+  /** Where the learner is in the film, and with which speed and sound track. */
+  watching(videoId) {
+    return this.#ask(`MovieFile/Watching?videoId=${videoId}`);
+  }
+
+  changeWatching(videoId, changes) {
+    return this.#put(`MovieFile/Watching?videoId=${videoId}`, changes, { keepalive: true });
+  }
+
+  /** What the word at a place (in UTF-16 units) of a text means. */
+  lookUp(text, at) {
+    return this.#ask(`Dictionary/Word?text=${encodeURIComponent(text)}&at=${at}`);
+  }
+
+  pronunciation(text) {
+    return this.#ask(`Speech/Pronunciation?text=${encodeURIComponent(text)}`);
+  }
+
+  filmWords(videoId) {
+    return this.#ask(`MovieFile/Words?videoId=${videoId}`);
+  }
+
+  word(lemma) {
+    return this.#ask(`Words/Word?lemma=${encodeURIComponent(lemma)}`);
+  }
+
+  /** changes: { status, gloss }, either or both. */
+  changeWord(lemma, changes) {
+    return this.#put('Words/Word', { lemma, ...changes });
+  }
+
+  forgetWord(lemma) {
+    return this.#ask(`Words/Word?lemma=${encodeURIComponent(lemma)}`, { method: 'DELETE' });
+  }
+
+  /** sighting: { form, line, lemma, translation, videoId, subtitleId, startMs, endMs, status, gloss }, as far as known. */
+  saveWord(sighting) {
+    return this.#post('Words/Save', sighting);
+  }
+
+  searchLines(text, { below, count = 30 } = {}) {
+    const from = below === undefined ? '' : `&below=${below}`;
+    return this.#ask(`Lines/Search?text=${encodeURIComponent(text)}&count=${count}${from}`);
+  }
+
+  #post(path, body) {
+    return this.#ask(path, { method: 'POST', body: JSON.stringify(body) });
+  }
+
   #put(path, body, options) {
     return this.#ask(path, { ...options, method: 'PUT', body: JSON.stringify(body) });
   }

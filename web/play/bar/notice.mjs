@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { trackName } from './subtitles.mjs';
+import { trackName } from '../lines/subtitles.mjs';
 
 /** What to tell the learner about the film's subtitles; empty when all is well. */
 export function noticeOf({ fileName, tracks, trouble, isLoaded, isReadingFilm, readPercent }, shownLines) {

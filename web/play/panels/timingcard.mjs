@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { button, create } from './elements.mjs';
+import { button, create } from '../../shared/elements.mjs';
 import { FilmFit } from './filmfit.mjs';
 import { LetterChoice } from './letterchoice.mjs';
 import { LinePicker } from './linepicker.mjs';
-import { trackName } from './subtitles.mjs';
-import { frameRates, isSameRate, isUnmoved, offsetText, shifted, startingAt, timingText, unmoved, withRate } from './timing.mjs';
+import { trackName } from '../lines/subtitles.mjs';
+import { frameRates, isSameRate, isUnmoved, offsetText, shifted, startingAt, timingText, unmoved, withRate } from '../lines/timing.mjs';
 
 export const stepMs = 100;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { button, create } from './elements.mjs';
-import { filmTime } from './timing.mjs';
+import { button, create } from '../../shared/elements.mjs';
+import { filmTime } from '../lines/timing.mjs';
 
 const linesBefore = 4;
 const linesAfter = 5;

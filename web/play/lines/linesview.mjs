@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { create } from './elements.mjs';
+import { create } from '../../shared/elements.mjs';
 import { runsOf } from './runs.mjs';
 
 /** One track's place over the picture: draws the lines that it is given, and nothing when they are the same. */

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { button, create } from './elements.mjs';
+import { button, create } from '../../shared/elements.mjs';
 
 /** "Wrong letters?": how the file's bytes can also be read, each with a line of it. */
 export class LetterChoice {

@@ -4,9 +4,8 @@
 // whether it plays; the page's own commands are all there is. No element is touched here.
 
 import { PlaybackClock } from './clock.mjs';
-import { LineSteps, secondsBefore } from './linesteps.mjs';
+import { LineSteps, secondsBefore } from '../lines/linesteps.mjs';
 
-const stepSeconds = 5;
 const volumeStepPercent = 5;
 const loudestPercent = 200;
 const slowest = 0.5;
@@ -130,8 +129,8 @@ export class Film {
     this.#changed();
   }
 
-  seekBy(direction) {
-    if (this.positionMs !== null) this.seekToSecond(Math.round(this.positionMs / 1000) + direction * stepSeconds);
+  seekBy(seconds) {
+    if (this.positionMs !== null) this.seekToSecond(Math.round(this.positionMs / 1000) + seconds);
   }
 
   stepLine(step) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { timeText } from './timetext.mjs';
+import { timeText } from '../../shared/timetext.mjs';
+import { t } from '../../shared/texts.mjs';
 
 const seekStepsPerSecond = 4;
 
@@ -34,19 +35,19 @@ export class Controls {
     const film = this.#film;
     this.#showTime();
     this.#mark('play', film.playing && !film.ended ? 'playing' : 'paused');
-    this.#element('play').setAttribute('aria-label', film.playing ? 'Pause' : 'Play');
+    this.#element('play').setAttribute('aria-label', t(film.playing ? 'bar.pause' : 'bar.play'));
     this.#mark('mute', film.muted || film.volumePercent === 0 ? 'muted' : 'loud');
     this.#element('mute').setAttribute('aria-pressed', String(film.muted));
     const volume = this.#element('volume');
     volume.value = film.muted ? 0 : film.volumePercent;
-    volume.setAttribute('aria-valuetext', film.muted ? 'muted' : `${film.volumePercent} %`);
+    volume.setAttribute('aria-valuetext', film.muted ? t('bar.muted') : `${film.volumePercent} %`);
     this.#text('speed', `${film.speed.toFixed(1)}×`);
     for (const button of this.#document.querySelectorAll('.line-step')) button.disabled = !film.canStepLines;
     this.#fill(volume);
   }
 
   fullScreen(on) {
-    this.#text('screen-hint', on ? 'Esc leaves full screen' : 'Double-click for full screen');
+    this.#text('screen-hint', t(on ? 'bar.fromFullScreen' : 'bar.toFullScreen'));
   }
 
   #showTime() {

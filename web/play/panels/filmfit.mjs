@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { button, create } from './elements.mjs';
-import { timingText } from './timing.mjs';
+import { button, create } from '../../shared/elements.mjs';
+import { timingText } from '../lines/timing.mjs';
 
 const askAgainMs = 300;
 // Of the evidence that is needed to be sure, 50 is just enough.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { button, create } from './elements.mjs';
-import { lineNames, trackDetails, trackName } from './subtitles.mjs';
+import { button, create } from '../../shared/elements.mjs';
+import { lineNames, trackDetails, trackName } from '../lines/subtitles.mjs';
 import { TimingCard } from './timingcard.mjs';
 
 const lineTitles = { learned: 'Upper line', native: 'Lower line' };

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import assert from 'node:assert/strict';
+import { test } from 'node:test';
+import { Keymap, actionGroups, groupOf, keyText } from '../../web/play/keys/keymap.mjs';
+
+const keymap = new Keymap();
+const press = (key, more = {}, isCardOpen = false) => keymap.actionOf({ key, ...more }, isCardOpen);
+
+test('keys mean what they say, whatever the keyboard writes', () => {
+  assert.equal(press(' '), 'togglePlay');
+  assert.equal(press('A'), 'previousLine'); // with the capitals locked
+  assert.equal(press('ф', { code: 'KeyA' }), 'previousLine');
+  assert.equal(press('q', { code: 'KeyA' }), 'autoPause'); // a French keyboard's q is not an a
+  assert.equal(press('ü', { code: 'BracketLeft' }), 'slower');
+  assert.equal(press('&', { code: 'Digit1' }), 'toggleLearned'); // a French keyboard's digits lie under Shift
+  assert.equal(press('ArrowLeft'), 'back');
+  assert.equal(press('Z', { shiftKey: true }), 'linesLater');
+  assert.equal(press('Я', { shiftKey: true, code: 'KeyZ' }), 'linesLater');
+  assert.equal(press('ArrowLeft', { ctrlKey: true, shiftKey: true }), 'previousLineIsNow');
+  assert.equal(press('?', { shiftKey: true }), 'keySheet'); // Shift is part of the sign
+  assert.equal(press('{', {}), 'halfSpeed');
+  assert.equal(press('a', { ctrlKey: true }), null);
+  assert.equal(press('Escape'), null);
+  assert.equal(press('Shift', { shiftKey: true }), null);
+  assert.equal(press('constructor'), null);
+});
+
+test('while a card is open its keys come first, and the others stay', () => {
+  assert.equal(press('1', {}, true), 'grade1');
+  assert.equal(press('1'), 'toggleLearned');
+  assert.equal(press('ArrowRight', { shiftKey: true }, true), 'longerPhrase');
+  assert.equal(press(' ', {}, true), 'togglePlay');
+});
+
+test('no key has two meanings at first', () => {
+  for (const layer of [['card'], actionGroups.map(([name]) => name).filter((name) => name !== 'card')]) {
+    const keys = actionGroups.filter(([name]) => layer.includes(name)).flatMap(([, actions]) => Object.values(actions).flat());
+    assert.deepEqual(keys.filter((key, i) => keys.indexOf(key) !== i), []);
+  }
+});
+
+test('own keys take the place of the defaults, and a key that is taken is told', () => {
+  const own = new Keymap({ togglePlay: ['k'], wordColours: [], broken: 5, louder: 'x' });
+  assert.equal(own.actionOf({ key: 'k' }), 'togglePlay');
+  assert.equal(own.actionOf({ key: ' ' }), null);
+  assert.equal(own.actionOf({ key: 'ArrowUp' }), 'louder');
+  assert.equal(own.conflict('replayLine', 'k'), 'togglePlay');
+  assert.equal(own.conflict('togglePlay', 'k'), null);
+  assert.equal(own.conflict('replayLine', '1'), 'toggleLearned');
+  assert.equal(own.conflict('grade1', 'v'), null); // the card's keys may hide others
+  assert.equal(groupOf('grade1'), 'card');
+});
+
+test('keys are written as people read them', () => {
+  const text = (key) => keyText(key, 'Space');
+  assert.deepEqual(['space', 'Ctrl+arrowleft', 'Shift+a', 'f11', ',', 'Ctrl+='].map(text),
+    ['Space', 'Ctrl+←', 'Shift+A', 'F11', ',', 'Ctrl+=']);
+});

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The words of the interface. One file a language in web/texts, all with the same keys; a text has places for values
+// in braces, and forms by number where it needs them: { one: '{count} line', other: '{count} lines' }.
+
+import english from '../texts/en.mjs';
+
+/** Two-letter codes of the languages that the pages speak, by the code of the learner's language. */
+export const interfaceLanguages = new Map([['eng', 'en']]);
+const fromRightToLeft = new Set(['ar']);
+
+let texts = english;
+let language = 'en';
+let plurals = new Intl.PluralRules('en');
+let numbers = new Intl.NumberFormat('en');
+
+/** code: of the learner's language ("fra"); English where the pages do not speak it. */
+export async function speak(code) {
+  const wanted = interfaceLanguages.get(code) ?? 'en';
+  if (wanted === language) return;
+  texts = wanted === 'en' ? english : (await import(`../texts/${wanted}.mjs`)).default;
+  language = wanted;
+  plurals = new Intl.PluralRules(wanted);
+  numbers = new Intl.NumberFormat(wanted);
+}
+
+/** The two-letter code of what the pages speak now. */
+export const spokenLanguage = () => language;
+
+export const number = (value) => numbers.format(value);
+
+/** A text with its values; of several forms the one for values.count. */
+export function t(key, values = {}) {
+  const found = texts[key] ?? english[key];
+  if (found === undefined) throw new Error(`There is no text "${key}".`);
+  const text = typeof found === 'string' ? found : found[plurals.select(values.count)] ?? found.other;
+  return text.replace(/\{(\w+)\}/g, (place, name) => {
+    const value = values[name];
+    return typeof value === 'number' ? number(value) : value ?? place;
+  });
+}
+
+const places = [
+  ['text', (element, text) => { element.textContent = text; }],
+  ['label', (element, text) => { element.setAttribute('aria-label', text); }],
+  ['title', (element, text) => { element.title = text; }],
+  ['placeholder', (element, text) => { element.placeholder = text; }],
+];
+
+/** Fills what names its text by data-text, data-label (for screen readers), data-title or data-placeholder. */
+export function translate(document) {
+  document.documentElement.lang = language;
+  document.documentElement.dir = fromRightToLeft.has(language) ? 'rtl' : 'ltr';
+  for (const [name, put] of places) {
+    for (const element of document.querySelectorAll(`[data-${name}]`)) put(element, t(element.dataset[name]));
+  }
+}
