@@ -16,6 +16,7 @@ import { PictureClick } from './bar/pictureclick.mjs';
 import { PointerRest } from './bar/rest.mjs';
 import { SavedVolume } from './film/savedvolume.mjs';
 import { ShownLines } from './lines/shownlines.mjs';
+import { SidePanels } from './panels/sidepanels.mjs';
 import { SubtitlePanel } from './panels/subtitlepanel.mjs';
 import { Subtitles, lineNames } from './lines/subtitles.mjs';
 import { TimingKeys } from './lines/timingkeys.mjs';
@@ -39,7 +40,8 @@ const keymap = new Keymap();
 const film = new Film(bridge, now, () => show());
 const subtitles = new Subtitles(api, videoId, () => showSubtitles());
 const shownLines = new ShownLines(document, film, subtitles, now);
-const panel = new SubtitlePanel(document, subtitles, film);
+const panels = new SidePanels(document);
+const subtitlePanel = new SubtitlePanel(document, panels, subtitles, film);
 const timingKeys = new TimingKeys(subtitles, film, say);
 const volume = new SavedVolume(film, api);
 const audioMenu = new AudioMenu(document, (trackId) => film.setAudioTrack(trackId));
@@ -64,7 +66,7 @@ const actions = {
   halfSpeed: () => film.setSpeed(0.5),
   doubleSpeed: () => film.setSpeed(2),
   audioMenu: () => audioMenu.toggle(),
-  subtitlePanel: () => panel.toggle(),
+  subtitlePanel: () => panels.toggle('subtitles'),
   nextSubtitle: () => timingKeys.nextSubtitle(),
   linesEarlier: () => timingKeys.move(-1),
   linesLater: () => timingKeys.move(1),
@@ -76,7 +78,7 @@ const actions = {
 };
 
 const controls = new Controls(document, film, actions);
-const rest = new PointerRest(document.body, () => film.playing && !film.ended && !controls.busy && !audioMenu.open && !panel.open);
+const rest = new PointerRest(document.body, () => film.playing && !film.ended && !controls.busy && !audioMenu.open && !panels.closesByPress);
 const pictureClick = new PictureClick(() => film.togglePlay(), now);
 
 function show() {
@@ -107,7 +109,7 @@ const countShownLines = () => lineNames.filter((name) => subtitles.line(name)).l
 
 function showSubtitles() {
   shownLines.load();
-  panel.show();
+  subtitlePanel.show();
   const notice = noticeOf(subtitles, countShownLines());
   if (notice && notice !== lastNotice) say(notice);
   lastNotice = notice;
@@ -160,7 +162,7 @@ document.addEventListener('keydown', keyPressed);
 document.addEventListener('contextmenu', (event) => event.preventDefault());
 let pressClosesMenu = false;
 // Before the menus close, for which they look at the same press.
-element('picture').addEventListener('pointerdown', () => { pressClosesMenu = audioMenu.open || panel.open; }, true);
+element('picture').addEventListener('pointerdown', () => { pressClosesMenu = audioMenu.open || panels.closesByPress; }, true);
 addEventListener('pagehide', () => {
   subtitles.saveNow();
   preferences.saveNow();

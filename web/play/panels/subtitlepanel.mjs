@@ -4,74 +4,44 @@ import { button, create } from '../../shared/elements.mjs';
 import { lineNames, trackDetails, trackName } from '../lines/subtitles.mjs';
 import { TimingCard } from './timingcard.mjs';
 
+const panelName = 'subtitles';
 const lineTitles = { learned: 'Upper line', native: 'Lower line' };
 
 /** The panel of subtitles: which track is which line, files of the learner's own, and the timing of what is shown. */
 export class SubtitlePanel {
   #document;
   #subtitles;
+  #panels;
   #panel;
-  #button;
   #body;
   #reading;
   #said;
   #cards;
-  #opener = null; // what had the focus before
   #listed = '';
 
-  /** film: for its time, and to hold it while a line is picked. */
-  constructor(document, subtitles, film) {
+  /** panels: a SidePanels. film: for its time, and to hold it while a line is picked. */
+  constructor(document, panels, subtitles, film) {
     this.#document = document;
     this.#subtitles = subtitles;
     this.#panel = document.getElementById('subtitles-panel');
-    this.#button = document.getElementById('subtitles');
+    this.#panels = panels;
     this.#reading = create(document, 'p', { className: 'reading', role: 'status' });
     this.#said = create(document, 'p', { className: 'said', role: 'alert' });
     this.#body = create(document, 'tbody');
     this.#cards = lineNames.map((name) => new TimingCard(document, lineTitles[name], name, subtitles, film));
     this.#panel.append(this.#heading(), this.#table(), this.#adder(), this.#said,
       ...this.#cards.map((card) => card.element));
-    this.#panel.addEventListener('keydown', (event) => {
-      // Space and the arrows belong to what has the focus here; the player's own keys go on to it.
-      if (event.target !== this.#panel && /^(Arrow| |Enter)/.test(event.key)) event.stopPropagation();
+    panels.add(panelName, {
+      element: this.#panel,
+      button: document.getElementById('subtitles'),
+      opened: () => { this.#said.textContent = ''; this.show(); },
+      closed: () => { for (const card of this.#cards) card.closed(); },
     });
-    document.getElementById('picture').addEventListener('pointerdown', () => this.close());
-  }
-
-  get open() {
-    return !this.#panel.hidden;
-  }
-
-  toggle() {
-    if (this.open) {
-      this.close();
-      return;
-    }
-    this.#opener = this.#document.activeElement;
-    this.#panel.hidden = false;
-    this.#document.body.classList.add('subtitles-open'); // the lines make room
-    this.#button.setAttribute('aria-expanded', 'true');
-    this.#said.textContent = '';
-    this.show();
-    this.#panel.focus({ focusVisible: false });
-  }
-
-  close() {
-    if (!this.open) return;
-    this.#panel.hidden = true;
-    this.#document.body.classList.remove('subtitles-open');
-    this.#button.setAttribute('aria-expanded', 'false');
-    for (const card of this.#cards) card.closed();
-    const focused = this.#document.activeElement;
-    if (!this.#panel.contains(focused)) return;
-    // Back to where the keyboard was; a button that was clicked never had it.
-    if (this.#opener && this.#opener !== this.#document.body) this.#opener.focus();
-    else focused.blur();
   }
 
   /** To be called after changes of the subtitles. Draws nothing while the panel is closed. */
   show() {
-    if (!this.open) return;
+    if (!this.#panels.isOpen(panelName)) return;
     const { isReadingFilm, readPercent, tracks } = this.#subtitles;
     const reading = isReadingFilm ? `Reading the film’s own subtitles… ${readPercent} %` : '';
     if (this.#reading.textContent !== reading) this.#reading.textContent = reading;
@@ -86,7 +56,7 @@ export class SubtitlePanel {
     return create(this.#document, 'header', {},
       create(this.#document, 'h2', { id: 'subtitles-title', textContent: 'Subtitles' }),
       this.#reading,
-      button(this.#document, { className: 'close', title: 'Close', ariaLabel: 'Close' }, () => this.close(), '×'));
+      button(this.#document, { className: 'close', title: 'Close', ariaLabel: 'Close' }, () => this.#panels.close(), '×'));
   }
 
   #table() {
