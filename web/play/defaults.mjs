@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-/** What holds in the player page until the learner sets it otherwise; see Preferences. */
+/** What holds in the player page until the learner sets it otherwise; see Preferences and looks. */
 export const playDefaults = {
   // Own keys by action: { togglePlay: ['space'] }.
   keys: {},
-  // How the upper and the lower line look. show: always, pause, hover, key, never.
-  learned: { show: 'always', sizePercent: 100, font: 'sans', edge: 'outline' },
-  native: { show: 'always', sizePercent: 100, font: 'sans', edge: 'outline' },
+  learned: { show: 'always', sizePercent: 100, font: 'sans', edge: 'outline', colour: 'white', place: 'below' },
+  native: { show: 'always', sizePercent: 100, font: 'sans', edge: 'outline', colour: 'warm', place: 'below' },
   // Of both: how far above the bar (per cent of the height), whether words are coloured by status.
   lines: { raisedPercent: 0, colours: true, arrowsStepLines: false, pausesOnHover: false },
+  // The language of the buttons, two letters; empty: the learner's own.
+  interface: { language: '' },
 };

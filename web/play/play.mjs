@@ -5,12 +5,12 @@
 import { ServiceApi } from '../shared/api.mjs';
 import { PlayerBridge, hiddenFrameNavigation } from '../shared/bridge.mjs';
 import { Preferences } from '../shared/preferences.mjs';
-import { speak, translate } from '../shared/texts.mjs';
+import { interfaceLanguages, speak, t, translate } from '../shared/texts.mjs';
 import { AudioMenu } from './bar/audiomenu.mjs';
 import { Controls } from './bar/controls.mjs';
 import { Film } from './film/film.mjs';
 import { playDefaults } from './defaults.mjs';
-import { Keymap } from './keys/keymap.mjs';
+import { Keyboard } from './keys/keyboard.mjs';
 import { noticeOf, waitingText } from './bar/notice.mjs';
 import { PictureClick } from './bar/pictureclick.mjs';
 import { PointerRest } from './bar/rest.mjs';
@@ -20,6 +20,13 @@ import { SidePanels } from './panels/sidepanels.mjs';
 import { SubtitlePanel } from './panels/subtitlepanel.mjs';
 import { Subtitles, lineNames } from './lines/subtitles.mjs';
 import { TimingKeys } from './lines/timingkeys.mjs';
+import { KeySheet } from './settings/keysheet.mjs';
+import { LinesLook } from './settings/lineslook.mjs';
+import { SettingsPanel } from './settings/settingspanel.mjs';
+import { FilmWords } from './words/filmwords.mjs';
+import { HoverPause } from './words/hoverpause.mjs';
+import { WordCard } from './words/wordcard.mjs';
+import { WordPicker } from './words/wordpicker.mjs';
 
 const { $ } = globalThis;
 const now = () => performance.now();
@@ -27,21 +34,32 @@ const silenceWatchMs = 300;
 const noticeMs = 9000;
 const longestWaitForFilmMs = 120_000;
 
-// What a held key must not do again and again.
-const onePress = new Set(['subtitlePanel', 'nextSubtitle']);
-
 const videoId = new URLSearchParams(location.search).get('videoId');
 const api = ServiceApi.ofPage(document);
 const bridge = new PlayerBridge(hiddenFrameNavigation(document), $(window));
 const element = (id) => document.getElementById(id);
 
+let isFullScreen = false;
+let learnerLanguage = '';
+let interfaceLanguage = ''; // the learner's own choice; empty: as the learner's language
 const preferences = new Preferences(api, playDefaults);
-const keymap = new Keymap();
 const film = new Film(bridge, now, () => show());
 const subtitles = new Subtitles(api, videoId, () => showSubtitles());
 const shownLines = new ShownLines(document, film, subtitles, now);
 const panels = new SidePanels(document);
 const subtitlePanel = new SubtitlePanel(document, panels, subtitles, film);
+const look = new LinesLook(document, preferences);
+const keySheet = new KeySheet(document, panels, preferences);
+const settingsPanel = new SettingsPanel(document, panels, preferences, () => panels.open('keys'));
+const words = new FilmWords(api, videoId, () => shownLines.view('learned').colour());
+const card = new WordCard(document, {
+  api, lines: shownLines, words, subtitles, videoId,
+  goTo: (cue) => { picker.leave(); film.seekToSecond(Math.floor(cue.startMs / 1000)); film.setPlaying(true); },
+  playSound: (url) => bridge.execute('PlayAudio', { audioUrl: encodeURIComponent(url) }),
+});
+const hover = new HoverPause(film, lineNames.map((name) => element(name)), () => preferences.get('lines').pausesOnHover);
+const picker = new WordPicker(film, { lines: shownLines, words, hover, card, say: (key) => say(t(key)) });
+card.onClose(() => picker.close());
 const timingKeys = new TimingKeys(subtitles, film, say);
 const volume = new SavedVolume(film, api);
 const audioMenu = new AudioMenu(document, (trackId) => film.setAudioTrack(trackId));
@@ -75,13 +93,34 @@ const actions = {
   nextLineIsNow: () => timingKeys.lineIsNow(1),
   playAgain: () => film.playAgain(),
   home: () => film.home(),
+  fullScreen: () => say(t(isFullScreen ? 'bar.fromFullScreen' : 'bar.toFullScreen')),
+  saveWord: () => (picker.isOpen ? card.actions.saveWord() : picker.actions.nextUnknown()),
+  peek: () => look.peek(true),
+  copyLine: () => copy('learned'),
+  copyTranslation: () => copy('native'),
+  ...look.actions,
+  ...keySheet.actions,
+  ...settingsPanel.actions,
+  ...picker.actions,
 };
+const keyboard = new Keyboard(document, {
+  actions,
+  cardActions: { ...card.actions, ...picker.actions },
+  isCardOpen: () => picker.isOpen,
+  released: (action) => { if (action === 'peek') look.peek(false); },
+});
+preferences.onChange(() => {
+  keyboard.set(preferences.get('keys'), preferences.get('lines').arrowsStepLines);
+  if (preferences.get('interface').language !== interfaceLanguage) speakAsChosen();
+});
 
 const controls = new Controls(document, film, actions);
 const rest = new PointerRest(document.body, () => film.playing && !film.ended && !controls.busy && !audioMenu.open && !panels.closesByPress);
 const pictureClick = new PictureClick(() => film.togglePlay(), now);
 
 function show() {
+  document.body.classList.toggle('paused', !film.playing);
+  picker.update();
   shownLines.update();
   volume.update();
   element('end').hidden = !film.ended;
@@ -109,6 +148,10 @@ const countShownLines = () => lineNames.filter((name) => subtitles.line(name)).l
 
 function showSubtitles() {
   shownLines.load();
+  const learned = subtitles.line('learned');
+  const isEnglish = learned && ['eng', ''].includes(learned.language);
+  shownLines.view('learned').setWords(isEnglish ? (word) => words.classOf(word) : null);
+  if (learned && learned.subtitleId !== words.subtitleId) loadWords();
   subtitlePanel.show();
   const notice = noticeOf(subtitles, countShownLines());
   if (notice && notice !== lastNotice) say(notice);
@@ -127,38 +170,56 @@ async function loadLearner() {
   // Without the one or the other the defaults do.
   preferences.load().catch((error) => console.warn(error.message));
   try {
-    await speak((await api.settings()).nativeLanguage);
-    translate(document);
-    show();
+    learnerLanguage = (await api.settings()).nativeLanguage;
+    await speakAsChosen();
   } catch (error) {
     console.warn(error.message);
   }
 }
 
+async function speakAsChosen() {
+  interfaceLanguage = preferences.get('interface').language;
+  await speak(interfaceLanguage || learnerLanguage);
+  translate(document);
+  settingsPanel.translate();
+  show();
+}
+
+async function loadWords() {
+  try {
+    await words.load();
+  } catch (error) {
+    console.warn(error.message); // words answer all the same, only without colours
+  }
+}
+
+function showScreen(isFull) {
+  isFullScreen = isFull;
+  pictureClick.screenChanged();
+  controls.fullScreen(isFull);
+}
+
+async function copy(name) {
+  const { text } = shownLines.view(name).text;
+  if (!text) return;
+  await navigator.clipboard.writeText(text);
+  say(t('words.copied'));
+}
+
 async function askPlayer() {
-  bridge.request('IsFullscreen').then((on) => controls.fullScreen(on === true));
+  bridge.request('IsFullscreen').then((on) => {
+    isFullScreen = on === true;
+    controls.fullScreen(isFullScreen);
+  });
   bridge.request('Volume', longestWaitForFilmMs).then(() => volume.playerReady());
   film.durationMs = (await bridge.request('Duration', longestWaitForFilmMs)) || null;
   show();
 }
 
-function keyPressed(event) {
-  const action = keymap.actionOf(event);
-  if (!actions[action]) return;
-  // Space and the arrows keep their meaning in what the keyboard has gone to.
-  const focused = document.activeElement;
-  if (action === 'togglePlay' && focused?.matches('button')) return;
-  if (event.repeat && onePress.has(action)) return;
-  if (focused?.matches('input[type="range"]') && event.key.startsWith('Arrow')) return;
-  event.preventDefault();
-  actions[action]();
-}
-
 $(window)
   .on('timeUpdate', (_, positionMs) => film.reported(positionMs))
-  .on('nativeApp:enteredFullscreen', () => { pictureClick.screenChanged(); controls.fullScreen(true); })
-  .on('nativeApp:leftFullscreen', () => { pictureClick.screenChanged(); controls.fullScreen(false); });
-document.addEventListener('keydown', keyPressed);
+  .on('nativeApp:enteredFullscreen', () => showScreen(true))
+  .on('nativeApp:leftFullscreen', () => showScreen(false));
 document.addEventListener('contextmenu', (event) => event.preventDefault());
 let pressClosesMenu = false;
 // Before the menus close, for which they look at the same press.
