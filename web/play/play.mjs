@@ -3,6 +3,7 @@
 // The player page: brings its parts together and connects them to the player's events.
 
 import { ServiceApi } from '../shared/api.mjs';
+import { copyText } from '../shared/clipboard.mjs';
 import { PlayerBridge, hiddenFrameNavigation } from '../shared/bridge.mjs';
 import { Preferences } from '../shared/preferences.mjs';
 import { interfaceLanguages, speak, t, translate } from '../shared/texts.mjs';
@@ -31,7 +32,8 @@ import { WordPicker } from './words/wordpicker.mjs';
 const { $ } = globalThis;
 const now = () => performance.now();
 const silenceWatchMs = 300;
-const noticeMs = 9000;
+// Long enough to be read.
+const noticeMs = (text) => 1800 + 70 * text.length;
 const longestWaitForFilmMs = 120_000;
 
 const videoId = new URLSearchParams(location.search).get('videoId');
@@ -141,7 +143,7 @@ let lastNotice = '';
 function say(text) {
   clearTimeout(noticeTimer);
   element('notice').textContent = text;
-  noticeTimer = setTimeout(() => { element('notice').textContent = ''; }, noticeMs);
+  noticeTimer = setTimeout(() => { element('notice').textContent = ''; }, noticeMs(text));
 }
 
 const countShownLines = () => lineNames.filter((name) => subtitles.line(name)).length;
@@ -199,11 +201,9 @@ function showScreen(isFull) {
   controls.fullScreen(isFull);
 }
 
-async function copy(name) {
+function copy(name) {
   const { text } = shownLines.view(name).text;
-  if (!text) return;
-  await navigator.clipboard.writeText(text);
-  say(t('words.copied'));
+  if (text && copyText(document, text)) say(t('words.copied'));
 }
 
 async function askPlayer() {

@@ -15,7 +15,9 @@ export function occurrences(cues, forms, except, atMost) {
     const text = ` ${words.join(' ')} `;
     return phrases.some((phrase) => text.includes(` ${phrase} `));
   };
-  const found = cues.filter((cue) => cue !== except && has(cue));
+  const texts = new Set([except.lines.join()]);
+  const isNew = (cue) => !texts.has(cue.lines.join()) && texts.add(cue.lines.join()); // a refrain is told once
+  const found = cues.filter((cue) => cue !== except && has(cue) && isNew(cue));
   const after = found.filter((cue) => cue.startMs >= except.startMs);
   const before = found.filter((cue) => cue.startMs < except.startMs);
   return { count: found.length, cues: [...after, ...before].slice(0, atMost) };
