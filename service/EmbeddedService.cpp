@@ -21,6 +21,7 @@
 #include "Http/SettingsRoutes.h"
 #include "Http/SpeechRoutes.h"
 #include "Http/SubtitleRoutes.h"
+#include "Http/WatchingRoutes.h"
 #include "Http/WordRoutes.h"
 #include "Log.h"
 #include "Sources/FilmPaths.h"
@@ -35,9 +36,11 @@
 #include "Store/GlossTable.h"
 #include "Store/LearnerFile.h"
 #include "Store/LineTable.h"
+#include "Store/PageSettings.h"
 #include "Store/SettingsTable.h"
 #include "Store/SubtitleTable.h"
 #include "Store/TimingTable.h"
+#include "Store/WatchingTable.h"
 #include "Store/WordTable.h"
 #include "Subtitles/FilmLines.h"
 #include "Timing/TrackSync.h"
@@ -76,8 +79,10 @@ struct EmbeddedService::Impl {
         addPageRoutes(router);
         addHomeRoutes(router, pendingFilms);
         addSettingsRoutes(router, settings, [this] { ankiSender.tryNow(); });
+        addPageSettingsRoutes(router, pageSettings);
         addFilmRoutes(router,
                       {films, subtitles, choices, timings, settings, lookup, inside, lines, filmChanges});
+        addWatchingRoutes(router, films, watching);
         addSubtitleRoutes(router, {films, subtitles, timings, lines, sync, filmChanges});
         addWordRoutes(router, vocabulary);
         addFilmWordRoutes(router, vocabulary);
@@ -135,6 +140,8 @@ struct EmbeddedService::Impl {
     ChoiceTable choices{database};
     TimingTable timings{database};
     SettingsTable settings{database};
+    PageSettings pageSettings{database};
+    WatchingTable watching{database};
     FilmPaths paths;
     ChangeCounts pendingFilms;
     ChangeCounts filmChanges;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Http/WordRoutes.h"
 
+#include "Http/RequestedFilm.h"
 #include "Http/Router.h"
 #include "Http/VocabularyJson.h"
 #include "Store/FilmTable.h"
@@ -103,8 +104,8 @@ Sighting checkedSighting(const QJsonObject &body, const VocabularyParts &parts) 
     sighting.endMs = std::max(sighting.startMs, givenTime(body, "endMs"));
     sighting.filmId = givenId(body, "videoId");
     sighting.subtitleId = givenId(body, "subtitleId");
-    if (sighting.filmId != 0 && !parts.lines.films.find(sighting.filmId))
-        throw RouteError(404, QStringLiteral("unknownFilm"), QStringLiteral("No film has this number."));
+    if (sighting.filmId != 0)
+        std::ignore = filmNumbered(sighting.filmId, parts.lines.films);
     if (sighting.subtitleId != 0) {
         const auto subtitle = parts.lines.subtitles.find(sighting.subtitleId);
         if (!subtitle || subtitle->filmId != sighting.filmId)

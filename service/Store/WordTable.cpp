@@ -4,6 +4,7 @@
 #include "Store/Columns.h"
 #include "Store/Database.h"
 #include "Store/GlossTable.h"
+#include "Vocabulary/ReviewPlan.h"
 
 #include <QDateTime>
 #include <QUuid>
@@ -79,19 +80,21 @@ std::string guidOf(const QString &lemma) {
 class WordWriter {
   public:
     explicit WordWriter(SQLite::Database &connection)
-        : _add(connection, "INSERT INTO words (lemma, guid, status, added_ms, changed_ms) "
-                           "VALUES (?1, ?2, ?3, ?4, ?4) ON CONFLICT (lemma) DO NOTHING")
-        , _change(connection, "UPDATE words SET status = ?2, changed_ms = ?3 "
+        : _add(connection, "INSERT INTO words (lemma, guid, status, added_ms, changed_ms, due_ms) "
+                           "VALUES (?1, ?2, ?3, ?4, ?4, ?5) ON CONFLICT (lemma) DO NOTHING")
+        , _change(connection, "UPDATE words SET status = ?2, changed_ms = ?3, due_ms = ?4 "
                               "WHERE lemma = ?1 AND status <> ?2") {}
 
     /// Without a status: as new, unless it is marked already. True when that changed something.
     bool write(const QString &lemma, std::optional<WordStatus> status) {
         const std::string name = nameOf(status.value_or(WordStatus::New)).toString().toStdString();
+        const auto interval = reviewInterval(status.value_or(WordStatus::New));
         _add.reset();
         _add.bind(1, lemma.toStdString());
         _add.bind(2, guidOf(lemma));
         _add.bind(3, name);
         _add.bind(4, _nowMs);
+        bindDue(_add, 5, interval);
         if (_add.exec() == 1)
             return true;
         if (!status)
@@ -100,10 +103,19 @@ class WordWriter {
         _change.bind(1, lemma.toStdString());
         _change.bind(2, name);
         _change.bind(3, _nowMs);
+        bindDue(_change, 4, interval);
         return _change.exec() == 1;
     }
 
   private:
+    void bindDue(SQLite::Statement &statement, int place,
+                 std::optional<std::chrono::milliseconds> interval) const {
+        if (interval)
+            statement.bind(place, _nowMs + static_cast<int64_t>(interval->count()));
+        else
+            statement.bind(place);
+    }
+
     SQLite::Statement _add;
     SQLite::Statement _change;
     int64_t _nowMs = QDateTime::currentMSecsSinceEpoch();

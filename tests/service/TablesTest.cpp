@@ -278,6 +278,10 @@ QStringList TablesTest::seenFields() {
         see(u"GET Api/Subtitles/Cues?subtitleId=N"_s, get(ofSubtitle(u"Cues"_s, language)));
     see(u"GET Api/MovieFile/Changes?videoId=N&after=N"_s, get(ofFilm(u"Changes"_s) + u"&after=0"_s));
     see(u"GET Api/MovieFile/AudioTracks?videoId=N"_s, get(ofFilm(u"AudioTracks"_s)));
+    const QString watching = u"GET, PUT Api/MovieFile/Watching?videoId=N"_s;
+    see(watching, get(ofFilm(u"Watching"_s)));
+    see(watching, put(ofFilm(u"Watching"_s), {{u"positionMs"_s, 1}, {u"audioTrackId"_s, 2}}));
+    see(u"GET, PUT Api/Pages/Settings"_s, get(u"Api/Pages/Settings"_s));
     see(u"GET, PUT Api/Subtitles/Encoding?subtitleId=N"_s, get(ofSubtitle(u"Encoding"_s, u"fr"_s)));
     see(u"GET Api/Settings/Languages"_s, get(u"Api/Settings/Languages"_s));
     see(u"GET Api/Home/PendingFilms?after=N"_s, get(u"Api/Home/PendingFilms?after=9"_s));
