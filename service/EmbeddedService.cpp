@@ -9,6 +9,7 @@
 #include "Export/AnkiSender.h"
 #include "Export/PackageExport.h"
 #include "Export/ShortMeaning.h"
+#include "FilmHandover.h"
 #include "Http/DictionaryRoutes.h"
 #include "Http/ExportRoutes.h"
 #include "Http/FilmRoutes.h"
@@ -19,6 +20,7 @@
 #include "Http/PageRoutes.h"
 #include "Http/Router.h"
 #include "Http/SettingsRoutes.h"
+#include "Http/ShelfRoutes.h"
 #include "Http/SpeechRoutes.h"
 #include "Http/SubtitleRoutes.h"
 #include "Http/WatchingRoutes.h"
@@ -72,8 +74,9 @@ bool makePrivateFolder(const QString &folder) {
 
 /// Everything in the order in which it is built on: the server comes last and so stops first.
 struct EmbeddedService::Impl {
-    explicit Impl(const QString &databasePath)
-        : database(databasePath, Database::builtInSteps())
+    Impl(const QString &databasePath, const OpenFilm &openFilm)
+        : handover(openFilm)
+        , database(databasePath, Database::builtInSteps())
         , learnerFile(database, databasePath, Database::builtInSteps()) {
         learnerFile.removeLeftovers();
         addPageRoutes(router);
@@ -83,6 +86,7 @@ struct EmbeddedService::Impl {
         addFilmRoutes(router,
                       {films, subtitles, choices, timings, settings, lookup, inside, lines, filmChanges});
         addWatchingRoutes(router, films, watching);
+        addShelfRoutes(router, {films, watching, filmWords, handover});
         addSubtitleRoutes(router, {films, subtitles, timings, lines, sync, filmChanges});
         addWordRoutes(router, vocabulary);
         addFilmWordRoutes(router, vocabulary);
@@ -132,6 +136,7 @@ struct EmbeddedService::Impl {
         return spoken.result;
     }
 
+    FilmHandover handover;
     Database database;
     LearnerFile learnerFile;
     ChangeCounts contentChanges;
@@ -169,7 +174,8 @@ struct EmbeddedService::Impl {
     std::unique_ptr<HttpServer> server;
 };
 
-std::unique_ptr<EmbeddedService> EmbeddedService::start(const QString &dataFolder, QString &error) {
+std::unique_ptr<EmbeddedService> EmbeddedService::start(const QString &dataFolder, QString &error,
+                                                        const OpenFilm &openFilm) {
     if (!makePrivateFolder(dataFolder)) {
         error = QStringLiteral("The folder %1 for your data cannot be made or written to.").arg(dataFolder);
         return nullptr;
@@ -178,7 +184,7 @@ std::unique_ptr<EmbeddedService> EmbeddedService::start(const QString &dataFolde
     av_log_set_level(AV_LOG_QUIET);
     const QString databasePath = QDir(dataFolder).filePath(QStringLiteral("murvo.sqlite"));
     try {
-        auto impl = std::make_unique<Impl>(databasePath);
+        auto impl = std::make_unique<Impl>(databasePath, openFilm);
         impl->server = HttpServer::start(impl->router, dataFolder);
         if (!impl->server) {
             error = QStringLiteral("No port could be opened on this computer for the subtitle service.");
@@ -196,10 +202,11 @@ EmbeddedService::EmbeddedService(std::unique_ptr<Impl> impl)
     : _impl(std::move(impl)) {}
 
 EmbeddedService::~EmbeddedService() {
-    // The server waits for the requests that wait for changes.
+    // The server waits for the requests that wait for something.
     _impl->pendingFilms.close();
     _impl->filmChanges.close();
     _impl->speaker.close();
+    _impl->handover.close();
 }
 
 QString EmbeddedService::baseUrl() const {

@@ -44,14 +44,13 @@ Response words(const Request &request, const VocabularyParts &parts) {
                                  {QStringLiteral("rank"), each.word.rank},
                                  {QStringLiteral("status"), statusJson(each.word.status)},
                                  {QStringLiteral("line"), lineJson(each.line)}});
-    const bool isCounted = answer.running > 0;
     return jsonResponse(
         {{QStringLiteral("videoId"), filmId},
          {QStringLiteral("subtitleId"), answer.subtitleId == 0 ? QJsonValue() : answer.subtitleId},
-         {QStringLiteral("runningWords"), answer.running},
-         {QStringLiteral("knownWords"), answer.known},
+         {QStringLiteral("runningWords"), answer.share.running},
+         {QStringLiteral("knownWords"), answer.share.known},
          {QStringLiteral("knownPercent"),
-          isCounted ? QJsonValue(100 * answer.known / answer.running) : QJsonValue()},
+          answer.share.percent() ? QJsonValue(*answer.share.percent()) : QJsonValue()},
          {QStringLiteral("words"), list},
          {QStringLiteral("learnFirst"), first}});
 }

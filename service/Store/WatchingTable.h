@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QtGlobal>
+#include <QList>
+#include <QString>
 
 #include <functional>
 #include <optional>
@@ -24,6 +25,19 @@ struct Watching {
     std::optional<qint64> watchedAtMs; ///< since 1970, UTC; none: not among the watched films
 };
 
+struct WatchedFilm {
+    qint32 filmId = 0;
+    QString name;
+    QString path; ///< where it lay last; empty when never told
+    Watching watching;
+    qint32 savedWords = 0; ///< in it
+};
+
+struct WatchedPage {
+    qint32 total = 0; ///< of all pages
+    QList<WatchedFilm> films;
+};
+
 /// The table of how films were watched. Any thread; borrows the database. Every call may throw
 /// SQLite::Exception.
 class WatchingTable {
@@ -36,6 +50,12 @@ class WatchingTable {
 
     /// Keeps what change() makes of it, and returns that; when it throws, nothing. The film must exist.
     Watching update(qint32 filmId, const std::function<void(Watching &)> &change);
+
+    /// The watched films, the newest first.
+    [[nodiscard]] WatchedPage list(qint32 offset, qint32 count);
+
+    /// Has the film no longer among the watched, with its position. Its speed and sound stay.
+    void takeOff(qint32 filmId);
 
   private:
     Database &_database;

@@ -7,6 +7,7 @@
 #include "app/Classes/MKeyableWindow.h"
 #include "app/Media/VLCMediaPlayer.h"
 #include "app/Platform/MainWindow.h"
+#include "app/Platform/TaskQueue.h"
 #include "app/ViewControllers/WebViewController.h"
 #include "service/EmbeddedService.h"
 #include "support/DesktopEnvironment.h"
@@ -51,7 +52,14 @@ class Learner : public testing::Test {
   protected:
     Learner() {
         QString error;
-        service = service::EmbeddedService::start(_data.filePath(QStringLiteral("murvo")), error);
+        service =
+            service::EmbeddedService::start(_data.filePath(QStringLiteral("murvo")), error,
+                                            [this](const QString &path, const std::function<void()> &taken) {
+                                                TaskQueue::mainQueue().async([this, path, taken] {
+                                                    delegate->applicationOpenFile(path);
+                                                    taken();
+                                                });
+                                            });
         if (!service)
             throw std::runtime_error(error.toStdString());
         MConstants::setMurvoBaseUrl(service->baseUrl());
@@ -182,6 +190,20 @@ TEST_F(Learner, ChoosesTheirLanguageByKeyboard) {
     EXPECT_NE(inHome("document.getElementById('selected-name').textContent"), before);
     letPass(200ms);
     EXPECT_FALSE(isOpen()) << "the key that closes does not open again";
+}
+
+TEST_F(Learner, GoesOnWithAFilmOfTheShelf) {
+    ASSERT_NO_FATAL_FAILURE(play());
+    delegate->loadHomeScreen();
+    ASSERT_TRUE(waitUntil([this] { return !player()->isPlaying(); }));
+    // The home page is told that a film waits, and says that it is ready.
+    std::ignore = delegate->homeWebViewController()->evaluate(
+        QStringLiteral("fetch('../Api/Films/Open', {method: 'POST', body: '{\"videoId\":1}'})"
+                       ".then((reply) => { window.openStatus = reply.status; }); 1"));
+    EXPECT_TRUE(waitUntil([this] { return player() && player()->isPlaying(); }, 20s));
+    EXPECT_EQ(delegate->session().videoSourcePath, film);
+    EXPECT_EQ(delegate->homeWebViewController()->evaluate(QStringLiteral("String(window.openStatus)")),
+              QStringLiteral("200"));
 }
 
 TEST_F(Learner, HearsALineSpokenByTheService) {

@@ -152,6 +152,8 @@ QStringList toldRows(const Tables &tables) {
 class TablesTest : public ServiceFixture {
   protected:
     void SetUp() override {
+        openFilm = [](const QString &, const std::function<void()> &taken) { taken(); };
+        restart();
         atFirst = get(settings).json();
         writeFile(u"inside.srt"_s, longSrt());
         const QString film =
@@ -183,6 +185,7 @@ class TablesTest : public ServiceFixture {
 
     [[nodiscard]] QList<Reply> errors();
     [[nodiscard]] QStringList seenFields();
+    [[nodiscard]] QStringList seenShelf();
     [[nodiscard]] QStringList seenFitting();
     [[nodiscard]] QStringList seenWords();
     [[nodiscard]] QStringList seenFilmWords();
@@ -205,6 +208,8 @@ QList<Reply> TablesTest::errors() {
     const QString lookupRoute = u"Api/MovieFile/GetSubtitlesToDownload"_s;
     const QString uploadRoute = u"Api/Subtitles/UploadGzippedFiles"_s;
     const QString word = u"Api/Words/Word"_s;
+    const int movedFilm = lookUp(films.filePath(u"Moved.mkv"_s), 3).json()["videoId"_L1].toInt();
+    const QByteArray moved = "{\"videoId\":" + QByteArray::number(movedFilm) + "}";
     QList<Reply> replies{ask("GET", settings, {{"Range", "all"}}),
                          get(u"Api/MovieFile/Lines?videoId=0"_s),
                          post(lookupRoute, "fileSize=1", "text/plain"),
@@ -217,6 +222,7 @@ QList<Reply> TablesTest::errors() {
                          ask("GET", settings, {{"Origin", "null"}}),
                          get(u"Api/Nothing"_s),
                          get(u"Api/MovieFile/Lines?videoId=12345"_s),
+                         post(u"Api/Films/Open"_s, moved, "text/plain"),
                          get(u"Api/Subtitles/File?subtitleId=999"_s),
                          german(u"File"_s),
                          ask("DELETE", settings),
@@ -292,7 +298,7 @@ QStringList TablesTest::seenFields() {
     see(u"GET Api/Speech/Pronunciation?text=TEXT"_s, get(u"Api/Speech/Pronunciation?text=hello"_s));
     EXPECT_EQ(get(u"Api/Speech/Sound?text=hello&speed=slow&language=eng&accent=gb"_s).status, 200);
     EXPECT_EQ(get(u"Api/Words/List?format=tsv"_s).status, 200);
-    fields += seenFitting() + seenWords() + seenFilmWords() + seenExport();
+    fields += seenShelf() + seenFitting() + seenWords() + seenFilmWords() + seenExport();
     return fields;
 }
 
@@ -347,6 +353,20 @@ QStringList TablesTest::seenFilmWords() {
         see(u"GET Api/Lines/Search?text=TEXT&below=N&count=N"_s,
             get(u"Api/Lines/Search?below=2000000000&count=5&text="_s + text));
     return rows;
+}
+
+QStringList TablesTest::seenShelf() {
+    const QString shelf = u"Api/Films"_s;
+    const int plain = lookUp(writeFile(u"Plain.mkv"_s, "x"), 4).json()["videoId"_L1].toInt();
+    (void)put(u"Api/MovieFile/Watching?videoId=%1"_s.arg(plain), {{u"positionMs"_s, 1}});
+    (void)get(ofFilm(u"Words"_s)); // counts them
+    const QByteArray film = "{\"videoId\":" + QByteArray::number(videoId) + "}";
+    QStringList fields =
+        foundFields(post(shelf + "/Open"_L1, film, "text/plain").json(), u"POST Api/Films/Open: "_s);
+    fields += foundFields(get(shelf + "?offset=0&count=5"_L1).json(), u"GET Api/Films?offset=N&count=N: "_s);
+    fields += foundFields(ask("DELETE", shelf + u"?videoId=%1"_s.arg(plain)).json(),
+                          u"DELETE Api/Films?videoId=N: "_s);
+    return fields;
 }
 
 QStringList TablesTest::seenFitting() {
