@@ -5,7 +5,8 @@ import { test } from 'node:test';
 import { formOf, lineText, sentenceAround, wordsOf } from '../../web/play/lines/linetext.mjs';
 import { cardPlace } from '../../web/play/words/cardplace.mjs';
 import { FilmWords } from '../../web/play/words/filmwords.mjs';
-import { byPartOfSpeech, lookUpPicked, shortMeaning } from '../../web/play/words/lookups.mjs';
+import { byPartOfSpeech, likeliest, lookUpPicked } from '../../web/play/words/lookups.mjs';
+import { WordRecord } from '../../web/play/words/wordrecord.mjs';
 import { occurrences } from '../../web/play/words/occurrences.mjs';
 
 const cue = (startMs, ...lines) => ({ startMs, endMs: startMs + 1000, lines, italics: [] });
@@ -109,12 +110,41 @@ test('a picked word is looked up in its sentence, a phrase by itself, and one th
   assert.equal(phrase.form, 'Go on');
 });
 
-test('meanings are grouped as they are read, and the shortest telling is the likeliest', () => {
+test('meanings are grouped as they are read', () => {
   const entry = (partOfSpeech, ...translations) => ({ partOfSpeech, senses: [{ translations, definition: '', examples: [] }] });
   const groups = byPartOfSpeech([entry('noun', 'mer'), entry('verb', 'voir'), entry('noun', 'océan')]);
   assert.deepEqual(groups.map(({ partOfSpeech, senses }) => [partOfSpeech, senses.length]), [['noun', 2], ['verb', 1]]);
-  const word = { gloss: '', entries: [entry('noun'), entry('noun', 'a', 'b', 'c', 'd')], english: [{ definition: 'x' }] };
-  assert.equal(shortMeaning(word), 'a, b, c');
-  assert.equal(shortMeaning({ ...word, gloss: 'mine' }), 'mine');
-  assert.equal(shortMeaning({ ...word, entries: [] }), 'x');
+});
+
+test('a word that is told in the learner’s language comes before one that is not', () => {
+  const head = (word, more = {}) => ({ word, gloss: '', entries: [], english: [{}], isPhrase: false, ...more });
+  assert.equal(likeliest([head('known'), head('know', { entries: [{}] })]).word, 'know');
+  assert.equal(likeliest([head('look forward', { isPhrase: true }), head('look', { entries: [{}] })]).word, 'look forward');
+  assert.equal(likeliest([head('known')]).word, 'known');
+  assert.equal(likeliest([]), null);
+});
+
+test('a word that is graded is kept with its line, unless there is nothing to learn', async () => {
+  const asked = [];
+  const marked = [];
+  const word = (status, ...lines) => ({ lemma: 'gull', status, sightings: lines.map((line) => ({ line })) });
+  const api = {
+    word: async () => word(null),
+    saveWord: async (sighting) => { asked.push(['save', sighting]); return word(sighting.status ?? 'new', sighting.line); },
+    changeWord: async (lemma, changes) => { asked.push(['change', changes]); return word(changes.status ?? null); },
+    forgetWord: async () => { asked.push(['forget']); return word(null); },
+  };
+  const sighting = { lemma: 'gull', form: 'gulls', line: 'Two gulls' };
+  const record = new WordRecord(api, { marked: ({ status }) => marked.push(status) }, sighting);
+  await record.load();
+  assert.deepEqual([record.status, record.isSaved], [null, false]);
+  await record.grade('learning2');
+  assert.deepEqual(asked.pop(), ['save', { ...sighting, status: 'learning2' }]);
+  assert.deepEqual([record.status, record.isSaved], ['learning2', true]);
+  await record.toggleSaved();
+  assert.deepEqual(asked.pop(), ['forget']);
+  await record.grade('ignored');
+  assert.deepEqual(asked.pop(), ['change', { status: 'ignored' }]);
+  assert.equal(record.isSaved, false);
+  assert.deepEqual(marked, ['learning2', null, 'ignored']);
 });

@@ -34,14 +34,8 @@ export function byPartOfSpeech(entries) {
   return [...groups].map(([partOfSpeech, senses]) => ({ partOfSpeech, senses }));
 }
 
-/** The first meaning, as short as it can be told; empty when there is none. */
-export function shortMeaning({ gloss, entries, english }) {
-  if (gloss) return gloss;
-  for (const { senses } of entries) {
-    for (const { translations, definition } of senses) {
-      if (translations.length > 0) return translations.slice(0, 3).join(', ');
-      if (definition) return definition;
-    }
-  }
-  return english[0]?.definition ?? '';
+/** Which headword to show first: one that is told in the learner's language, or a phrase; null when there is none. */
+export function likeliest(headwords) {
+  const isTold = ({ gloss, entries, english, isPhrase }) => gloss !== '' || entries.length > 0 || (isPhrase && english.length > 0);
+  return headwords.find(isTold) ?? headwords[0] ?? null;
 }

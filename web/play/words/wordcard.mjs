@@ -3,14 +3,20 @@
 import { button, create } from '../../shared/elements.mjs';
 import { t } from '../../shared/texts.mjs';
 import { timeText } from '../../shared/timetext.mjs';
+import { formOf } from '../lines/linetext.mjs';
+import { giveBackPresses, keepPresses } from '../panels/presses.mjs';
 import { cardPlace } from './cardplace.mjs';
-import { lookUpPicked, shortMeaning } from './lookups.mjs';
+import { likeliest, lookUpPicked } from './lookups.mjs';
 import { englishPart, meaningsPart, sourcesPart } from './meanings.mjs';
 import { occurrences } from './occurrences.mjs';
 import { StatusChoice } from './statuschoice.mjs';
+import { WordRecord } from './wordrecord.mjs';
 
 const elsewhereShown = 4;
 const widthPx = 404;
+const grades = {
+  grade0: 'new', grade1: 'learning1', grade2: 'learning2', grade3: 'learning3', grade4: 'learning4', grade5: 'known', ignoreWord: 'ignored',
+};
 
 /** The card of a picked word: what it means, how it sounds, where else it stands, and what the learner makes of it. */
 export class WordCard {
@@ -27,7 +33,7 @@ export class WordCard {
   #picked = null;
   #reply = null;
   #headword = null;
-  #marked = null; // the service's word, with its sightings; null until it has answered
+  #record = null;
   #sound = null;
   #status;
   #trouble;
@@ -47,6 +53,7 @@ export class WordCard {
     this.#playSound = playSound;
     this.#status = new StatusChoice(document, (status) => this.#grade(status));
     this.#trouble = create(document, 'p', { className: 'trouble', role: 'alert' });
+    keepPresses(this.#element);
     this.#element.addEventListener('keydown', (event) => {
       // What is typed or pressed here is this card's own; letters go on to the player's keys.
       if (event.target.matches('input') || (event.target !== this.#element && /^(Enter| )$/.test(event.key))) event.stopPropagation();
@@ -63,14 +70,8 @@ export class WordCard {
   }
 
   actions = {
-    grade0: () => this.#grade('new'),
-    grade1: () => this.#grade('learning1'),
-    grade2: () => this.#grade('learning2'),
-    grade3: () => this.#grade('learning3'),
-    grade4: () => this.#grade('learning4'),
-    grade5: () => this.#grade('known'),
-    ignoreWord: () => this.#grade('ignored'),
-    saveWord: () => this.#toggleSaved(),
+    ...Object.fromEntries(Object.entries(grades).map(([action, status]) => [action, () => this.#grade(status)])),
+    saveWord: () => this.#change((record) => record.toggleSaved()),
     speakWord: () => this.#speak('soundUrl'),
     speakSlowly: () => this.#speak('slowSoundUrl'),
   };
@@ -84,7 +85,7 @@ export class WordCard {
     const open = this.#opens;
     this.#picked = picked;
     this.#headword = null;
-    this.#marked = null;
+    this.#record = null;
     this.#sound = null;
     this.#trouble.textContent = '';
     this.#show(picked.text.slice(picked.start, picked.end));
@@ -93,7 +94,7 @@ export class WordCard {
       const reply = await lookUpPicked(this.#api, { ...picked, ...this.#neighbours(picked.cue) });
       if (open !== this.#opens || !this.isOpen) return;
       this.#reply = reply;
-      this.#choose(reply.headwords[0] ?? null);
+      this.#choose(likeliest(reply.headwords));
     } catch (error) {
       if (open === this.#opens) this.#say(error.message);
     }
@@ -103,6 +104,7 @@ export class WordCard {
     this.#opens += 1;
     const hadFocus = this.#element.contains(this.#document.activeElement);
     this.#element.hidden = true;
+    giveBackPresses(this.#document);
     if (hadFocus) this.#document.activeElement.blur();
   }
 
@@ -120,7 +122,7 @@ export class WordCard {
     const icon = (name, action, key) => button(d, { className: `icon ${name}`, ariaLabel: t(key), title: t(key) }, action);
     this.#parts.word = create(d, 'h2', { id: 'card-word', lang: 'en', textContent: form });
     this.#parts.ipa = create(d, 'span', { className: 'ipa', lang: 'en-fonipa' });
-    this.#parts.save = button(d, { className: 'save' }, () => this.#toggleSaved(), t('card.save'));
+    this.#parts.save = button(d, { className: 'save' }, () => this.actions.saveWord(), t('card.save'));
     this.#element.replaceChildren(
       create(d, 'header', {},
         create(d, 'div', { className: 'title' }, this.#parts.word, this.#parts.ipa,
@@ -159,28 +161,32 @@ export class WordCard {
 
   #choose(headword) {
     const d = this.#document;
-    const { form, headwords, near, hasDictionary } = this.#reply;
+    const { form, headwords, near } = this.#reply;
     this.#headword = headword;
     this.#element.setAttribute('aria-busy', 'false');
     const word = headword?.word ?? this.#reply.lemmas?.[0] ?? form;
     this.#parts.word.textContent = word;
     this.#parts.about.replaceChildren(...this.#about(word));
     this.#parts.choices.replaceChildren(...(headwords.length > 1 ? headwords.map((each) => this.#choice(each)) : []));
-    this.#parts.meanings.replaceChildren(...(headword
-      ? meaningsPart(d, headword, { hasDictionary, languageTag: this.#languageTag })
-      : this.#nothing(near)));
+    if (headword) this.#showMeanings();
+    else this.#parts.meanings.replaceChildren(...this.#nothing(near));
     this.#parts.english.replaceChildren(...englishPart(d, headword?.english ?? [], !headword?.entries.length));
     this.#parts.elsewhere.replaceChildren(...this.#elsewhere(word));
     this.#parts.sources.replaceChildren(...sourcesPart(d, this.#reply.sources));
     this.#gloss.value = headword?.gloss ?? '';
     this.#status.show(headword?.status ?? null);
-    this.#showSaved(false);
     this.#hear(word);
-    this.#findMarked(word);
+    this.#loadRecord(this.#lemma);
   }
 
-  get #languageTag() {
-    return this.#subtitles.line('native')?.languageTag ?? '';
+  #showMeanings() {
+    this.#parts.meanings.replaceChildren(...meaningsPart(this.#document, this.#headword, {
+      hasDictionary: this.#reply.hasDictionary, languageTag: this.#subtitles.line('native')?.languageTag ?? '',
+    }));
+  }
+
+  #grade(status) {
+    return this.#change((record) => record.grade(status));
   }
 
   get #gloss() {
@@ -197,11 +203,18 @@ export class WordCard {
     const { form, whole } = this.#reply;
     const told = [];
     if (whole) told.push(create(d, 'span', { lang: 'en', textContent: `${form} = ${whole}` }));
-    else if (form.toLowerCase() !== word.toLowerCase() && !this.#headword?.isPhrase) told.push(create(d, 'span', { lang: 'en', textContent: form }));
+    else if (this.#isOtherForm(word, form)) told.push(create(d, 'span', { lang: 'en', textContent: form }));
     if (this.#headword?.rank > 0) told.push(create(d, 'span', { title: t('card.rankMeans') }, t('card.rank', { rank: this.#headword.rank })));
-    const count = this.#words.word(word)?.count ?? 0;
+    const { count = 0, forms = [] } = this.#words.word(word) ?? {};
     if (count > 1) told.push(create(d, 'span', {}, t('card.times', { count })));
+    if (forms.length > 1) told.push(create(d, 'span', { lang: 'en', textContent: forms.join(', ') }));
     return told;
+  }
+
+  // Told by itself only where the film's forms, which follow, do not have it.
+  #isOtherForm(word, form) {
+    if (this.#headword?.isPhrase || formOf(form) === formOf(word)) return false;
+    return (this.#words.word(word)?.forms.length ?? 0) < 2;
   }
 
   #choice(headword) {
@@ -221,7 +234,7 @@ export class WordCard {
   async #lookUpNear(word) {
     try {
       this.#reply = await this.#api.lookUp(word, 0);
-      this.#choose(this.#reply.headwords[0] ?? null);
+      this.#choose(likeliest(this.#reply.headwords));
     } catch (error) {
       this.#say(error.message);
     }
@@ -258,84 +271,64 @@ export class WordCard {
   }
 
   async #teachGloss() {
-    await this.#change(() => this.#api.changeWord(this.#lemma, { gloss: this.#gloss.value.trim() }));
+    const gloss = this.#gloss.value.trim();
+    if (!await this.#change((record) => record.teach(gloss))) return;
     if (this.#headword) {
-      this.#headword.gloss = this.#gloss.value.trim();
-      this.#parts.meanings.replaceChildren(...meaningsPart(this.#document, this.#headword, {
-        hasDictionary: this.#reply.hasDictionary, languageTag: this.#languageTag,
-      }));
+      this.#headword.gloss = gloss;
+      this.#showMeanings();
     }
     this.#element.focus({ focusVisible: false });
   }
 
-  async #grade(status) {
-    if (!this.#lemma) return;
-    // What is learned is kept with its line; of what is known or of no interest the mark is enough.
-    const isDone = status === 'known' || status === 'ignored';
-    await this.#change(() => (isDone || this.#isSaved
-      ? this.#api.changeWord(this.#lemma, { status })
-      : this.#api.saveWord({ ...this.#sighting(), status })));
-  }
-
-  async #toggleSaved() {
-    if (!this.#lemma) return;
-    await this.#change(() => (this.#isSaved ? this.#api.forgetWord(this.#lemma) : this.#api.saveWord(this.#sighting())));
-  }
-
-  get #isSaved() {
-    return Boolean(this.#marked?.status) && this.#marked.sightings.some(({ line }) => line === this.#picked.text);
-  }
-
-  #sighting() {
+  #sightingOf(lemma) {
     const { cue, text, start, end } = this.#picked;
-    const translation = this.#lines.view('native').text.text;
-    const line = this.#subtitles.line('learned');
     return {
       form: text.slice(start, end).replace(/\s+/g, ' '),
-      lemma: this.#lemma,
+      lemma,
       line: text,
-      translation,
+      translation: this.#lines.view('native').text.text,
       videoId: Number(this.#videoId),
-      subtitleId: line?.subtitleId,
+      subtitleId: this.#subtitles.line('learned')?.subtitleId,
       startMs: Math.max(0, Math.round(cue.startMs)),
       endMs: Math.max(1, Math.round(cue.endMs)),
     };
   }
 
-  // One change of the word: asks the service, and shows what holds then.
+  // One change of the word: asks the service, and shows what holds then. Whether it was done.
   async #change(ask) {
+    const record = this.#record;
+    if (!record) return false;
     this.#trouble.textContent = '';
-    const open = this.#opens;
     try {
-      const word = await ask();
-      this.#words.marked(word);
-      if (open !== this.#opens) return;
-      this.#marked = word;
-      if (this.#headword) this.#headword.status = word.status;
-      this.#status.show(word.status);
-      this.#showSaved(true);
+      await ask(record);
+      if (record === this.#record) this.#showRecord(true);
+      return record === this.#record;
     } catch (error) {
-      if (open === this.#opens) this.#say(error.message);
+      if (record === this.#record) this.#say(error.message);
+      return false;
     }
   }
 
-  async #findMarked(lemma) {
-    const open = this.#opens;
+  async #loadRecord(lemma) {
+    const record = lemma ? new WordRecord(this.#api, this.#words, this.#sightingOf(lemma)) : null;
+    this.#record = record;
+    if (!record) return;
     try {
-      const word = await this.#api.word(lemma);
-      if (open !== this.#opens || lemma !== this.#lemma) return;
-      this.#marked = word;
-      this.#showSaved(false);
+      await record.load();
+      if (record === this.#record) this.#showRecord(false);
     } catch (error) {
       console.warn(error.message); // it can be saved all the same
     }
   }
 
-  #showSaved(isAnnounced) {
+  #showRecord(isAnnounced) {
+    const { status, isSaved } = this.#record;
+    if (this.#headword) this.#headword.status = status;
+    this.#status.show(status);
     const { save } = this.#parts;
-    save.textContent = t(this.#isSaved ? 'card.saved' : 'card.save');
-    save.setAttribute('aria-pressed', String(this.#isSaved));
-    save.title = t(this.#isSaved ? 'card.forget' : 'card.saveMeans');
+    save.textContent = t(isSaved ? 'card.saved' : 'card.save');
+    save.setAttribute('aria-pressed', String(isSaved));
+    save.title = t(isSaved ? 'card.forget' : 'card.saveMeans');
     if (isAnnounced) this.#status.announce();
   }
 
@@ -361,10 +354,5 @@ export class WordCard {
   #say(text) {
     this.#element.setAttribute('aria-busy', 'false');
     this.#trouble.textContent = text;
-  }
-
-  /** What a screen reader is told of the open card. */
-  get summary() {
-    return this.#headword ? `${this.#headword.word}: ${shortMeaning(this.#headword)}` : '';
   }
 }

@@ -3,6 +3,8 @@
 // Which words of the upper line are picked: by a click or a drag, or by keys. A pick holds the film and the lines, and
 // opens the card; the end of the pick lets both go on as before.
 
+import { keepPresses } from '../panels/presses.mjs';
+
 export class WordPicker {
   #film;
   #lines;
@@ -25,6 +27,7 @@ export class WordPicker {
     this.#card = card;
     this.#say = say;
     const { element } = this.#view;
+    keepPresses(element);
     element.addEventListener('pointerdown', (event) => this.#press(event));
     element.ownerDocument.addEventListener('pointermove', (event) => this.#drag(event));
     element.ownerDocument.addEventListener('pointerup', () => this.#release());
