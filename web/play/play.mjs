@@ -18,6 +18,7 @@ import { SavedVolume } from './film/savedvolume.mjs';
 import { ShownLines } from './lines/shownlines.mjs';
 import { SidePanels } from './panels/sidepanels.mjs';
 import { SubtitlePanel } from './panels/subtitlepanel.mjs';
+import { Transcript } from './panels/transcript/transcript.mjs';
 import { Subtitles, lineNames } from './lines/subtitles.mjs';
 import { TimingKeys } from './lines/timingkeys.mjs';
 
@@ -28,7 +29,7 @@ const noticeMs = 9000;
 const longestWaitForFilmMs = 120_000;
 
 // What a held key must not do again and again.
-const onePress = new Set(['subtitlePanel', 'nextSubtitle']);
+const onePress = new Set(['subtitlePanel', 'transcript', 'nextSubtitle']);
 
 const videoId = new URLSearchParams(location.search).get('videoId');
 const api = ServiceApi.ofPage(document);
@@ -42,6 +43,7 @@ const subtitles = new Subtitles(api, videoId, () => showSubtitles());
 const shownLines = new ShownLines(document, film, subtitles, now);
 const panels = new SidePanels(document);
 const subtitlePanel = new SubtitlePanel(document, panels, subtitles, film);
+const transcript = new Transcript(document, panels, subtitles, film, now);
 const timingKeys = new TimingKeys(subtitles, film, say);
 const volume = new SavedVolume(film, api);
 const audioMenu = new AudioMenu(document, (trackId) => film.setAudioTrack(trackId));
@@ -67,6 +69,7 @@ const actions = {
   doubleSpeed: () => film.setSpeed(2),
   audioMenu: () => audioMenu.toggle(),
   subtitlePanel: () => panels.toggle('subtitles'),
+  ...transcript.actions,
   nextSubtitle: () => timingKeys.nextSubtitle(),
   linesEarlier: () => timingKeys.move(-1),
   linesLater: () => timingKeys.move(1),
@@ -83,6 +86,7 @@ const pictureClick = new PictureClick(() => film.togglePlay(), now);
 
 function show() {
   shownLines.update();
+  transcript.update();
   volume.update();
   element('end').hidden = !film.ended;
   showWaiting();
@@ -110,6 +114,7 @@ const countShownLines = () => lineNames.filter((name) => subtitles.line(name)).l
 function showSubtitles() {
   shownLines.load();
   subtitlePanel.show();
+  transcript.load();
   const notice = noticeOf(subtitles, countShownLines());
   if (notice && notice !== lastNotice) say(notice);
   lastNotice = notice;

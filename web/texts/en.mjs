@@ -19,7 +19,24 @@ export default {
   'bar.volume': 'Volume',
   'bar.soundTrack': 'Sound track',
   'bar.subtitles': 'Subtitles',
+  'bar.transcript': 'Transcript',
   'bar.home': 'Home',
   'bar.toFullScreen': 'Double-click for full screen',
   'bar.fromFullScreen': 'Esc leaves full screen',
+
+  // Panels beside the picture
+  'panels.close': 'Close',
+
+  // The panel with all lines
+  'transcript.title': 'Transcript',
+  'transcript.search': 'Find in the lines',
+  'transcript.previousHit': 'Previous place',
+  'transcript.nextHit': 'Next place',
+  'transcript.hits': { one: 'Found in {count} line', other: 'Found in {count} lines' },
+  'transcript.hitOf': '{place} of {count}',
+  'transcript.noHit': 'Not in any line',
+  'transcript.onlyHard': 'With new words only',
+  'transcript.noneHard': 'No line has a word that is new to you.',
+  'transcript.empty': 'No subtitles are shown. Choose one under Subtitles, and all of its lines are here.',
+  'transcript.backToNow': 'Back to now',
 };
