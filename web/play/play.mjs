@@ -20,6 +20,7 @@ import { LineAnnouncer } from './lines/lineannouncer.mjs';
 import { ShownLines } from './lines/shownlines.mjs';
 import { SidePanels } from './panels/sidepanels.mjs';
 import { SubtitlePanel } from './panels/subtitlepanel.mjs';
+import { Transcript } from './panels/transcript/transcript.mjs';
 import { Subtitles, lineNames } from './lines/subtitles.mjs';
 import { TimingKeys } from './lines/timingkeys.mjs';
 import { KeySheet } from './settings/keysheet.mjs';
@@ -58,12 +59,17 @@ const settingsPanel = new SettingsPanel(document, panels, preferences, () => pan
 const words = new FilmWords(api, videoId, () => shownLines.view('learned').colour());
 const card = new WordCard(document, {
   api, lines: shownLines, words, subtitles, videoId,
-  goTo: (cue) => { picker.leave(); film.seekToSecond(Math.floor(cue.startMs / 1000)); film.setPlaying(true); },
+  goTo: (cue) => {
+    picker.leave();
+    film.goToLine(shownLines.index('learned').cues.indexOf(cue));
+    film.setPlaying(true);
+  },
   playSound: (url) => bridge.execute('PlayAudio', { audioUrl: encodeURIComponent(url) }),
 });
 const hover = new HoverPause(film, lineNames.map((name) => element(name)), () => preferences.get('lines').pausesOnHover);
 const picker = new WordPicker(film, { lines: shownLines, words, hover, card, say: (key) => say(t(key)) });
 card.onClose(() => picker.close());
+const transcript = new Transcript(document, panels, subtitles, film, now);
 const timingKeys = new TimingKeys(subtitles, film, say);
 const volume = new SavedVolume(film, api);
 const audioMenu = new AudioMenu(document, (trackId) => film.setAudioTrack(trackId));
@@ -89,6 +95,7 @@ const actions = {
   doubleSpeed: () => film.setSpeed(2),
   audioMenu: () => audioMenu.toggle(),
   subtitlePanel: () => panels.toggle('subtitles'),
+  ...transcript.actions,
   nextSubtitle: () => timingKeys.nextSubtitle(),
   linesEarlier: () => timingKeys.move(-1),
   linesLater: () => timingKeys.move(1),
@@ -127,6 +134,7 @@ function show() {
   picker.update();
   shownLines.update();
   announcer.update(!film.playing);
+  transcript.update();
   volume.update();
   element('end').hidden = !film.ended;
   showWaiting();
@@ -158,6 +166,7 @@ function showSubtitles() {
   shownLines.view('learned').setWords(isEnglish ? (word) => words.classOf(word) : null);
   if (learned && learned.subtitleId !== words.subtitleId) loadWords();
   subtitlePanel.show();
+  transcript.load();
   const notice = noticeOf(subtitles, countShownLines());
   if (notice && notice !== lastNotice) say(notice);
   lastNotice = notice;

@@ -19,6 +19,7 @@ export default {
   'bar.volume': 'Volume',
   'bar.soundTrack': 'Sound track',
   'bar.subtitles': 'Subtitles',
+  'bar.transcript': 'Transcript',
   'bar.home': 'Home',
   'bar.toFullScreen': 'Double-click for full screen',
   'bar.fromFullScreen': 'Esc leaves full screen',
@@ -401,4 +402,19 @@ export default {
   'account.nothing': 'There is nothing to sign up for. Nothing about you or your films leaves this machine.',
   'account.folder': 'Your words, your reviews and your settings lie in a folder of your own. You can save them to a file at any time.',
   'account.back': 'You can close this page and go back to Murvo.',
+  // Panels beside the picture
+  'panels.close': 'Close',
+
+  // The panel with all lines
+  'transcript.title': 'Transcript',
+  'transcript.search': 'Find in the lines',
+  'transcript.previousHit': 'Previous place',
+  'transcript.nextHit': 'Next place',
+  'transcript.hits': { one: 'Found in {count} line', other: 'Found in {count} lines' },
+  'transcript.hitOf': '{place} of {count}',
+  'transcript.noHit': 'Not in any line',
+  'transcript.onlyHard': 'With new words only',
+  'transcript.noneHard': 'No line has a word that is new to you.',
+  'transcript.empty': 'No subtitles are shown. Choose one under Subtitles, and all of its lines are here.',
+  'transcript.backToNow': 'Back to now',
 };

@@ -138,6 +138,17 @@ export class Film {
     if (cue) this.seekToSecond(secondsBefore(cue.startMs));
   }
 
+  /** place: of a line of the track that lines are stepped by. */
+  goToLine(place) {
+    const cue = this.#steps?.goTo(place);
+    if (cue) this.seekToSecond(secondsBefore(cue.startMs));
+  }
+
+  /** The place of the line that is said now or was said last; -1 before the first. */
+  get linePlace() {
+    return this.positionMs === null ? -1 : this.#steps?.current(this.positionMs) ?? -1;
+  }
+
   setVolume(percent) {
     this.volumePercent = clamp(Math.round(percent), 0, loudestPercent);
     this.muted = false; // the player's command unmutes, too

@@ -33,4 +33,11 @@ export class LineSteps {
     this.#asked = place;
     return cue;
   }
+
+  /** Makes a line the current one; null when there is none at this place. */
+  goTo(place) {
+    const cue = this.#index.cues[place];
+    if (cue) this.#asked = place;
+    return cue ?? null;
+  }
 }
