@@ -7,6 +7,7 @@ import { t } from '../../shared/texts.mjs';
 const minuteMs = 60_000;
 const hourMs = 60 * minuteMs;
 const dayMs = 24 * hourMs;
+const soonMs = 10 * minuteMs;
 const ladder = ['new', 'learning1', 'learning2', 'learning3', 'learning4', 'known'];
 const intervalsMs = { new: 0, learning1: dayMs, learning2: 3 * dayMs, learning3: 7 * dayMs, learning4: 16 * dayMs, known: null };
 
@@ -17,7 +18,7 @@ export const grades = ['again', 'hard', 'good', 'easy'];
 export function intervalsOf(status) {
   const at = Math.max(0, ladder.indexOf(status));
   const step = (steps) => intervalsMs[ladder[Math.min(at + steps, ladder.length - 1)]];
-  return { again: 10 * minuteMs, hard: step(0) / 2, good: step(1), easy: step(2) };
+  return { again: soonMs, hard: Math.max(step(0) / 2, soonMs), good: step(1), easy: step(2) };
 }
 
 /** A length of time in its largest unit: "3 hours". */
