@@ -56,7 +56,7 @@ const subtitlePanel = new SubtitlePanel(document, panels, subtitles, film);
 const look = new LinesLook(document, preferences);
 const keySheet = new KeySheet(document, panels, preferences);
 const settingsPanel = new SettingsPanel(document, panels, preferences, () => panels.open('keys'));
-const words = new FilmWords(api, videoId, () => shownLines.view('learned').colour());
+const words = new FilmWords(api, videoId, () => showWords());
 const card = new WordCard(document, {
   api, lines: shownLines, words, subtitles, videoId,
   goTo: (cue) => {
@@ -205,6 +205,11 @@ async function loadWords() {
   } catch (error) {
     console.warn(error.message); // words answer all the same, only without colours
   }
+}
+
+function showWords() {
+  shownLines.view('learned').colour();
+  transcript.setHard(words.subtitleId === null ? null : (cue) => words.isHard(cue));
 }
 
 function showScreen(isFull) {
