@@ -22,6 +22,7 @@ import { ListsPanel } from './words/listspanel.mjs';
 import { WordsView } from './words/wordsview.mjs';
 
 const { $ } = globalThis;
+const troubleMs = 12_000;
 const element = (id) => document.getElementById(id);
 const api = ServiceApi.ofPage(document);
 const bridge = new PlayerBridge(hiddenFrameNavigation(document), $(window));
@@ -39,7 +40,7 @@ const tools = {
   removal,
   play: (soundUrl) => bridge.execute('PlayAudio', { audioUrl: encodeURIComponent(soundUrl) }),
   say: (text) => { element('said').textContent = text; },
-  trouble: (error) => { element('trouble').textContent = error?.message ?? ''; },
+  trouble: showTrouble,
 };
 
 const films = new FilmsView(document, api, { ...tools, opened: sayReady });
@@ -63,6 +64,15 @@ const tour = new Tour(document, {
 const help = new Help(document, () => tour.begin());
 new DropField(document);
 
+let troubleTimer = null;
+
+/** With null what showed goes. */
+function showTrouble(error) {
+  clearTimeout(troubleTimer);
+  element('trouble').textContent = error?.message ?? '';
+  troubleTimer = setTimeout(() => { element('trouble').textContent = ''; }, troubleMs);
+}
+
 function showTitle() {
   element('view-title').textContent = t(tour.isOpen ? 'tour.title' : `home.${views.current}`);
 }
@@ -84,7 +94,7 @@ function showDue(count) {
   films.showDue(count);
   element('due-count').hidden = count === 0;
   element('due-count').textContent = number(count);
-  element('tab-review').ariaLabel = count > 0 ? `${t('home.review')}, ${t('films.wordsDue', { count })}` : t('home.review');
+  element('due-said').textContent = count > 0 ? `${number(count)} ${t('films.wordsDue', { count })}` : '';
 }
 
 async function attempt(work) {

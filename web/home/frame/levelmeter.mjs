@@ -43,7 +43,7 @@ export class LevelMeter {
     part('.now').textContent = reply.level;
     part('.next').textContent = reply.nextLevel ?? '';
     part('.filled').style.width = `${reply.percentToNext}%`;
-    this.#meter.setAttribute('aria-label', levelText(reply));
+    part('.sentence').textContent = levelText(reply);
     this.#meter.title = levelText(reply);
     this.#meter.hidden = false;
     this.#showPanel();

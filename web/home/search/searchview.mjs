@@ -77,7 +77,7 @@ export class SearchView {
     parts.language.addEventListener('change', () => this.#search());
     parts.whole.addEventListener('change', () => this.#search());
     const root = this.#document.getElementById('search');
-    parts.scroller = this.#make('div', { id: 'search-scroller' }, parts.found, parts.hint, parts.results, parts.end);
+    parts.scroller = this.#make('div', { id: 'search-scroller', tabIndex: 0, role: 'region' }, parts.found, parts.hint, parts.results, parts.end);
     root.append(
       this.#make('div', { className: 'tool-row', role: 'search' }, parts.field, parts.language,
         this.#make('label', { className: 'switch' }, parts.whole, parts.wholeText)),
@@ -93,6 +93,7 @@ export class SearchView {
     field.placeholder = t('search.placeholder');
     field.ariaLabel = t('search.placeholder');
     language.ariaLabel = t('search.language');
+    this.#parts.scroller.ariaLabel = t('search.results');
     wholeText.textContent = t('search.wholeWord');
     const chosen = language.value;
     const option = (value, textContent) => this.#make('option', { value, textContent, selected: value === chosen });
@@ -129,7 +130,10 @@ export class SearchView {
     found.textContent = count === 0 ? '' : t(hasMore ? 'search.foundSoFar' : 'search.found', { count });
     hint.hidden = count > 0;
     hint.textContent = query ? t('search.nothing', { text: query.text }) : t('search.hint');
+    const sounds = () => [...results.querySelectorAll('.sound')];
+    const focused = sounds().indexOf(this.#document.activeElement);
     results.replaceChildren(...groups.map((group) => this.#group(group)));
+    sounds()[focused]?.focus({ preventScroll: true });
   }
 
   #group({ videoId, fileName, lines }) {

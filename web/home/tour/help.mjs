@@ -49,7 +49,7 @@ export class Help {
     const group = ([title, rows]) => make('section', {}, make('h3', { textContent: t(title) }),
       make('dl', {}, ...rows.map(([names, text]) => make('div', {}, keys(names), make('dd', { textContent: t(text) })))));
     this.#dialog.replaceChildren(
-      make('header', {}, make('h2', { id: 'help-title', textContent: t('help.title') }), close),
+      make('header', {}, make('h2', { id: 'help-title', tabIndex: -1, autofocus: true, textContent: t('help.title') }), close),
       make('div', { className: 'parts', tabIndex: 0, role: 'group', 'aria-labelledby': 'help-title' },
         ...keyGroups.map(group),
         make('p', { className: 'quiet', textContent: t('help.inFilm') }),

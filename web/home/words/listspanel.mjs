@@ -60,7 +60,7 @@ export class ListsPanel {
   #build() {
     const close = button(this.#document, { className: 'close', ariaLabel: t('home.close') }, () => this.#dialog.close());
     this.#dialog.replaceChildren(
-      this.#make('header', {}, this.#make('h2', { id: 'lists-title', textContent: t('lists.title') }), close),
+      this.#make('header', {}, this.#make('h2', { id: 'lists-title', tabIndex: -1, autofocus: true, textContent: t('lists.title') }), close),
       this.#make('div', { className: 'parts', tabIndex: 0, role: 'group', 'aria-labelledby': 'lists-title' },
         this.#filePart(), this.#packagePart(), this.#ankiPart(), this.#importPart(), this.#learnerPart()));
   }

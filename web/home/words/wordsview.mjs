@@ -65,7 +65,7 @@ export class WordsView {
     parts.text = make('input', { type: 'search', className: 'field', autocomplete: 'off', spellcheck: false });
     parts.status = make('select', { className: 'field' });
     parts.order = make('select', { className: 'field' });
-    parts.lists = button(this.#document, { className: 'field', ariaHasPopup: 'dialog' }, () => this.#tools.lists());
+    parts.lists = button(this.#document, { className: 'plain', ariaHasPopup: 'dialog' }, () => this.#tools.lists());
     parts.count = make('p', { id: 'word-count', role: 'status' });
     parts.list = make('div', { id: 'word-list' });
     parts.empty = make('p', { className: 'nothing', hidden: true });
@@ -80,8 +80,8 @@ export class WordsView {
     parts.status.addEventListener('change', () => this.#search({ statuses: parts.status.value }));
     parts.order.addEventListener('change', () => this.#search({ order: parts.order.value }));
     this.#document.getElementById('words').append(
-      make('div', { className: 'tool-row', role: 'search' }, parts.text, parts.status, parts.order, parts.lists),
-      parts.count, parts.empty, parts.list);
+      make('div', { className: 'tool-row', role: 'search' }, parts.text, parts.status, parts.order),
+      make('div', { className: 'count-row' }, parts.count, parts.lists), parts.empty, parts.list);
     this.#list = new RowList(parts.list, this.#source());
     this.#label();
   }
