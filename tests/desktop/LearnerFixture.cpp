@@ -3,6 +3,7 @@
 
 #include "app/AppDelegate.h"
 #include "app/Classes/MConstants.h"
+#include "app/Classes/MDragReceiverWebView.h"
 #include "app/Classes/MKeyableWindow.h"
 #include "app/Media/VLCMediaPlayer.h"
 #include "app/Platform/MainWindow.h"

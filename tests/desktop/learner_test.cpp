@@ -69,17 +69,10 @@ TEST_F(Learner, SeesBothLinesWithinAFrameOfTheirTime) {
 }
 
 TEST_F(Learner, ChoosesTheirLanguageByKeyboard) {
-    delegate->applicationDidFinishLaunching();
-    ASSERT_TRUE(waitUntil([this] { return delegate->session().homeScreenLoaded; }));
-    const WebViewController &home = *delegate->homeWebViewController();
-    ASSERT_TRUE(waitUntil([&] { return delegate->window().isActiveWindow(); }));
-    const auto inHome = [&](const char *script) {
-        return delegate->homeWebViewController()->evaluate(QString::fromLatin1(script));
-    };
+    ASSERT_NO_FATAL_FAILURE(goHome());
     const auto isOpen = [&] {
         return inHome("document.getElementById('languages').hidden") == QLatin1String("false");
     };
-    home.view()->setFocus();
     std::ignore = inHome("document.getElementById('selectedLanguage').focus(); 1");
     const QString before = inHome("document.getElementById('selected-name').textContent");
     for (const char *closing : {"Return", "Escape"}) {

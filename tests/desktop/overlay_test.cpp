@@ -59,9 +59,10 @@ TEST_F(Overlay, DrawsNothingWhileNothingChanges) {
 
 TEST_F(Overlay, DrawsALineInTheFrameInWhichItIsDue) {
     ASSERT_NO_FATAL_FAILURE(playAndCount(subtitles("english", 9)));
-    inPage("window.changes = []; new MutationObserver(() => changes.push(performance.timeOrigin + "
-           "performance.now()))"
-           ".observe(document.getElementById('learned'), {childList: true}); 1");
+    std::ignore =
+        inPage("window.changes = []; new MutationObserver(() => changes.push(performance.timeOrigin + "
+               "performance.now()))"
+               ".observe(document.getElementById('learned'), {childList: true}); 1");
     const int first = lineNumber();
     ASSERT_TRUE(waitUntil([&] { return lineNumber() >= std::max(first, 1) + 4; }, 15s));
     std::vector<double> waits;

@@ -14,6 +14,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -71,9 +72,9 @@ class PlayerPage : public Learner {
         photograph(QString::fromLatin1(state), delegate->window().contentScreenRect());
     }
     [[nodiscard]] QJsonObject ask(const char *path) const {
-        inPage(("window.told = ''; fetch('../Api/" + QByteArray(path) +
-                "').then((r) => r.text()).then((t) => { told = t; }); 1")
-                   .constData());
+        std::ignore = inPage(("window.told = ''; fetch('../Api/" + QByteArray(path) +
+                              "').then((r) => r.text()).then((t) => { told = t; }); 1")
+                                 .constData());
         QString told;
         EXPECT_TRUE(waitUntil([&] { return !(told = inPage("window.told")).isEmpty(); })) << path;
         return QJsonDocument::fromJson(told.toUtf8()).object();
@@ -187,8 +188,8 @@ TEST_F(PlayerPage, JumpsToALineOfTheTranscript) {
     ASSERT_NO_FATAL_FAILURE(openPanel("ctrl+b", "transcript-panel"));
     ASSERT_TRUE(
         waitInPage("String([...document.querySelectorAll('#transcript-panel [role=option]')].length >= 4)"));
-    inPage("[...document.querySelectorAll('#transcript-panel [role=option]')]"
-           ".find((e) => e.textContent.includes('go home')).id = 'wanted'; 1");
+    std::ignore = inPage("[...document.querySelectorAll('#transcript-panel [role=option]')]"
+                         ".find((e) => e.textContent.includes('go home')).id = 'wanted'; 1");
     clickAt(middleOf("#wanted"));
     EXPECT_TRUE(waitUntil([this] { return time() >= 12000; }, 5s));
     EXPECT_TRUE(waitUntil([this] { return line("learned") == QLatin1String("We go home."); }));
@@ -197,11 +198,12 @@ TEST_F(PlayerPage, JumpsToALineOfTheTranscript) {
 TEST_F(PlayerPage, IsWalkedByTabInTheOrderInWhichItIsSeen) {
     ASSERT_NO_FATAL_FAILURE(playWithLines());
     press("space");
-    inPage("document.activeElement.blur(); window.walked = [];"
-           "document.addEventListener('focusin', (event) => { const r = event.target.getBoundingClientRect();"
-           " walked.push([event.target.ariaLabel || event.target.textContent.trim(), Math.round(r.x), "
-           "Math.round(r.y),"
-           " getComputedStyle(event.target).outlineStyle]); }); 1");
+    std::ignore = inPage(
+        "document.activeElement.blur(); window.walked = [];"
+        "document.addEventListener('focusin', (event) => { const r = event.target.getBoundingClientRect();"
+        " walked.push([event.target.ariaLabel || event.target.textContent.trim(), Math.round(r.x), "
+        "Math.round(r.y),"
+        " getComputedStyle(event.target).outlineStyle]); }); 1");
     const int wanted =
         inPage("String([...document.querySelectorAll('#bar button, #bar input')]"
                ".filter((e) => !e.disabled && e.tabIndex >= 0 && e.getClientRects().length > 0).length)")

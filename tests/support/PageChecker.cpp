@@ -31,7 +31,7 @@ QString checkerSource() {
 
 } // namespace
 
-QStringList faultsOf(const WebViewController &page) {
+QStringList faultsOf(WebViewController &page) {
     if (page.evaluate(QStringLiteral("typeof axe")) != QLatin1String("object")) {
         const QString source = checkerSource();
         if (source.isEmpty())
