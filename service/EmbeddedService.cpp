@@ -18,6 +18,7 @@
 #include "Http/HttpServer.h"
 #include "Http/LearnerRoutes.h"
 #include "Http/PageRoutes.h"
+#include "Http/ReviewRoutes.h"
 #include "Http/Router.h"
 #include "Http/SettingsRoutes.h"
 #include "Http/ShelfRoutes.h"
@@ -39,6 +40,7 @@
 #include "Store/LearnerFile.h"
 #include "Store/LineTable.h"
 #include "Store/PageSettings.h"
+#include "Store/ReviewTable.h"
 #include "Store/SettingsTable.h"
 #include "Store/SubtitleTable.h"
 #include "Store/TimingTable.h"
@@ -49,6 +51,7 @@
 #include "Vocabulary/FilmWords.h"
 #include "Vocabulary/Lexicon.h"
 #include "Vocabulary/LineIndex.h"
+#include "Vocabulary/Review.h"
 
 #include <QDir>
 #include <QFile>
@@ -89,6 +92,7 @@ struct EmbeddedService::Impl {
         addShelfRoutes(router, {films, watching, filmWords, handover});
         addSubtitleRoutes(router, {films, subtitles, timings, lines, sync, filmChanges});
         addWordRoutes(router, vocabulary);
+        addReviewRoutes(router, vocabulary, review);
         addFilmWordRoutes(router, vocabulary);
         addLearnerRoutes(router, learnerRouteParts());
         addDictionaryRoutes(router, wordLookup, vocabulary);
@@ -166,6 +170,8 @@ struct EmbeddedService::Impl {
     LineParts lineParts{films, subtitles, choices, timings, settings, lineTable};
     FilmWords filmWords{lineParts, lineIndex, words, lexicon};
     VocabularyParts vocabulary{lineParts, words, glosses, filmWords, lexicon};
+    ReviewTable reviews{database};
+    Review review{reviews};
     Speaker speaker;
     AnkiTable ankiNotes{database};
     PackageExport package{words, settings, wordFacts(), learnerFile.temporaryPath()};

@@ -45,7 +45,7 @@ export class Help {
     const make = (...rest) => create(this.#document, ...rest);
     const press = (className, pressed, ...children) => button(this.#document, { className }, pressed, ...children);
     const close = button(this.#document, { className: 'close', ariaLabel: t('home.close') }, () => this.#dialog.close());
-    const keys = (names) => make('dt', {}, ...names.map((name) => make('kbd', { textContent: name === 'space' ? t('key.space') : name })));
+    const keys = (names) => make('dt', { dir: 'ltr' }, ...names.map((name) => make('kbd', { textContent: name === 'space' ? t('key.space') : name })));
     const group = ([title, rows]) => make('section', {}, make('h3', { textContent: t(title) }),
       make('dl', {}, ...rows.map(([names, text]) => make('div', {}, keys(names), make('dd', { textContent: t(text) })))));
     this.#dialog.replaceChildren(

@@ -2,9 +2,12 @@
 
 import { rowsInView } from './wordpages.mjs';
 
+const wideFromRem = 46;
+const movingMs = 120;
+
 /**
  * A list of rows of one height, of which only those in view exist. Up and Down go from a row to the same place of the
- * next one, PageUp, PageDown, Home and End further.
+ * next one, PageUp, PageDown, Home and End further. It has the class "is-wide" where it is so, measured in letters.
  */
 export class RowList {
   #list;
@@ -13,6 +16,7 @@ export class RowList {
   #rows = new Map(); // place -> { element, item }
   #height = 0;
   #frame = 0;
+  #scrolledAt = -Infinity;
 
   /**
    * list: the element that scrolls. source: { length, item(at), need(first, last), row(item, at) }, where an item is
@@ -28,6 +32,11 @@ export class RowList {
     list.addEventListener('scroll', () => this.#drawSoon());
     list.addEventListener('keydown', (event) => this.#key(event));
     new ResizeObserver(() => this.#resized()).observe(list);
+  }
+
+  /** Whether it is being scrolled. */
+  get isMoving() {
+    return performance.now() - this.#scrolledAt < movingMs;
   }
 
   set label(text) {
@@ -92,6 +101,7 @@ export class RowList {
 
   // The rows' height is the style's, and follows the size of the letters.
   #measure() {
+    this.#list.classList.toggle('is-wide', this.#list.clientWidth >= wideFromRem * this.#rem());
     this.#height = parseFloat(getComputedStyle(this.#space).getPropertyValue('--row-height')) * this.#rem() || 64;
   }
 
@@ -106,6 +116,7 @@ export class RowList {
   }
 
   #drawSoon() {
+    this.#scrolledAt = performance.now();
     if (this.#frame) return;
     this.#frame = requestAnimationFrame(() => {
       this.#frame = 0;

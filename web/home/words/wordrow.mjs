@@ -8,7 +8,7 @@ import { placeOfWord, showMarked } from '../marking.mjs';
 export const statuses = ['new', 'learning1', 'learning2', 'learning3', 'learning4', 'known', 'ignored'];
 
 /**
- * The row of a word. actions: { meaning(word) promises what a dictionary tells, setGloss(word, gloss),
+ * The row of a word. actions: { meaning(word, isWanted) promises what a dictionary tells, setGloss(word, gloss),
  * setStatus(word, status), play(soundUrl), find(word), remove(word) }.
  */
 export function wordRow(document, word, actions) {
@@ -34,7 +34,9 @@ function glossField(document, word, actions) {
     className: 'gloss', value: word.gloss, maxLength: 2000, dir: 'auto', autocomplete: 'off', spellcheck: false,
     ariaLabel: t('words.meaningOf', { word: word.lemma }), title: t('words.changeMeaning'),
   });
-  if (!word.gloss) actions.meaning(word).then((text) => { field.placeholder = text || t('words.noMeaning'); });
+  if (!word.gloss) {
+    actions.meaning(word, () => field.isConnected).then((text) => { field.placeholder = text || t('words.noMeaning'); });
+  }
   field.addEventListener('change', () => actions.setGloss(word, field.value.trim()));
   field.addEventListener('keydown', (event) => {
     if (event.key === 'Escape') field.value = word.gloss;
@@ -50,7 +52,8 @@ function whereMet(document, { line, form, fileName, translation }) {
   showMarked(shown, text, place ? [place] : []);
   return create(document, 'span', { className: 'met', title: [line, translation].filter(Boolean).join('\n') },
     create(document, 'span', { className: 'line' }, shown),
-    ...(fileName ? [create(document, 'span', { className: 'of', dir: 'auto', textContent: titleTexts(fileName).title })] : []));
+    ...(fileName ? [create(document, 'span', { className: 'of' },
+      create(document, 'bdi', { textContent: titleTexts(fileName).title }))] : []));
 }
 
 function statusChoice(document, word, actions) {

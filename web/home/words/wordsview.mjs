@@ -9,6 +9,7 @@ import { WordPages } from './wordpages.mjs';
 import { statuses, wordRow } from './wordrow.mjs';
 
 const typingPauseMs = 180;
+const restMs = 150;
 const orders = ['added', 'changed', 'alphabet', 'due'];
 const learning = 'learning1,learning2,learning3,learning4';
 
@@ -89,7 +90,7 @@ export class WordsView {
   #source() {
     const pages = this.#pages;
     const actions = {
-      meaning: (word) => this.#meaning(word),
+      meaning: (word, isWanted) => this.#meaning(word, isWanted),
       setGloss: (word, gloss) => this.#change(word, { gloss }, t('words.glossKept', { word: word.lemma })),
       setStatus: (word, status) => this.#change(word, { status }, t('words.statusSet', {
         word: word.lemma, status: t(`words.status.${status}`),
@@ -192,7 +193,13 @@ export class WordsView {
   }
 
   /** A promise that always keeps: the dictionary's first words for it, perhaps empty. */
-  #meaning({ lemma, sightings: [sighting] }) {
+  async #meaning({ lemma, sightings: [sighting] }, isWanted) {
+    if (!this.#meanings.has(lemma)) {
+      // Words that only pass by while the list is scrolled are not looked up.
+      do await new Promise((go) => { setTimeout(go, restMs); });
+      while (isWanted() && this.#list.isMoving);
+      if (!isWanted()) return '';
+    }
     if (!this.#meanings.has(lemma)) {
       const place = sighting && placeOfWord(sighting.line, sighting.form);
       const looked = place ? this.#api.lookUp(sighting.line, place.start) : this.#api.lookUp(lemma, 0);
