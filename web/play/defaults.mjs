@@ -9,4 +9,6 @@ export const playDefaults = {
   native: { show: 'always', sizePercent: 100, font: 'sans', edge: 'outline' },
   // Of both: how far above the bar (per cent of the height), whether words are coloured by status.
   lines: { raisedPercent: 0, colours: true, arrowsStepLines: false, pausesOnHover: false },
+  // The bar: whether the time that is left is shown in place of the length.
+  bar: { showsRemaining: false },
 };

@@ -5,15 +5,16 @@
 import { ServiceApi } from '../shared/api.mjs';
 import { PlayerBridge, hiddenFrameNavigation } from '../shared/bridge.mjs';
 import { Preferences } from '../shared/preferences.mjs';
-import { speak, translate } from '../shared/texts.mjs';
+import { speak, t, translate } from '../shared/texts.mjs';
 import { AudioMenu } from './bar/audiomenu.mjs';
-import { Controls } from './bar/controls.mjs';
+import { Controls, speedText } from './bar/controls.mjs';
 import { Film } from './film/film.mjs';
 import { playDefaults } from './defaults.mjs';
 import { Keymap } from './keys/keymap.mjs';
-import { noticeOf, waitingText } from './bar/notice.mjs';
+import { Notice, noticeOf, waitingText } from './bar/notice.mjs';
 import { PictureClick } from './bar/pictureclick.mjs';
 import { PointerRest } from './bar/rest.mjs';
+import { SeekBar } from './bar/seekbar.mjs';
 import { SavedVolume } from './film/savedvolume.mjs';
 import { ShownLines } from './lines/shownlines.mjs';
 import { SidePanels } from './panels/sidepanels.mjs';
@@ -25,16 +26,17 @@ import { TimingKeys } from './lines/timingkeys.mjs';
 const { $ } = globalThis;
 const now = () => performance.now();
 const silenceWatchMs = 300;
-const noticeMs = 9000;
+const shortNoticeMs = 1500;
 const longestWaitForFilmMs = 120_000;
 
 // What a held key must not do again and again.
-const onePress = new Set(['subtitlePanel', 'transcript', 'nextSubtitle']);
+const onePress = new Set(['subtitlePanel', 'transcript', 'nextSubtitle', 'nextAudio']);
 
 const videoId = new URLSearchParams(location.search).get('videoId');
 const api = ServiceApi.ofPage(document);
 const bridge = new PlayerBridge(hiddenFrameNavigation(document), $(window));
 const element = (id) => document.getElementById(id);
+const notice = new Notice(element('notice'));
 
 const preferences = new Preferences(api, playDefaults);
 const keymap = new Keymap();
@@ -44,9 +46,13 @@ const shownLines = new ShownLines(document, film, subtitles, now);
 const panels = new SidePanels(document);
 const subtitlePanel = new SubtitlePanel(document, panels, subtitles, film);
 const transcript = new Transcript(document, panels, subtitles, film, now);
-const timingKeys = new TimingKeys(subtitles, film, say);
+const timingKeys = new TimingKeys(subtitles, film, (text) => notice.say(text));
 const volume = new SavedVolume(film, api);
-const audioMenu = new AudioMenu(document, (trackId) => film.setAudioTrack(trackId));
+const seekBar = new SeekBar(document, film, preferences);
+const audioMenu = new AudioMenu(document, (trackId, name) => {
+  film.setAudioTrack(trackId);
+  tellIfUnseen(t('notice.sound', { name }));
+});
 
 const actions = {
   togglePlay: () => film.togglePlay(),
@@ -59,15 +65,17 @@ const actions = {
   forwardSecond: () => film.seekBy(1),
   backMinute: () => film.seekBy(-60),
   forwardMinute: () => film.seekBy(60),
-  louder: () => film.changeVolume(1),
-  softer: () => film.changeVolume(-1),
-  toggleMute: () => film.toggleMute(),
-  slower: () => film.changeSpeed(-1),
-  faster: () => film.changeSpeed(1),
-  normalSpeed: () => film.setSpeed(1),
-  halfSpeed: () => film.setSpeed(0.5),
-  doubleSpeed: () => film.setSpeed(2),
+  louder: () => changeVolume(1),
+  softer: () => changeVolume(-1),
+  toggleMute: () => { film.toggleMute(); tellVolume(); },
+  slower: () => { film.changeSpeed(-1); tellSpeed(); },
+  faster: () => { film.changeSpeed(1); tellSpeed(); },
+  normalSpeed: () => { film.setSpeed(1); tellSpeed(); },
+  halfSpeed: () => { film.setSpeed(0.5); tellSpeed(); },
+  doubleSpeed: () => { film.setSpeed(2); tellSpeed(); },
+  nextAudio: () => audioMenu.next(),
   audioMenu: () => audioMenu.toggle(),
+  more: () => controls.more.toggle(),
   subtitlePanel: () => panels.toggle('subtitles'),
   ...transcript.actions,
   nextSubtitle: () => timingKeys.nextSubtitle(),
@@ -80,8 +88,14 @@ const actions = {
   home: () => film.home(),
 };
 
-const controls = new Controls(document, film, actions);
-const rest = new PointerRest(document.body, () => film.playing && !film.ended && !controls.busy && !audioMenu.open && !panels.closesByPress);
+// What a key does to the place in the film is looked for in the bar; the rest leaves the picture alone.
+const showsBar = new Set(['togglePlay', 'back', 'forward', 'backSecond', 'forwardSecond', 'backMinute', 'forwardMinute',
+  'audioMenu']);
+
+const controls = new Controls(document, film, actions, keymap, () => audioMenu.close());
+const isHeld = () => seekBar.busy || audioMenu.open || controls.more.open || panels.closesByPress
+  || document.querySelector('#bar :focus-visible') !== null;
+const rest = new PointerRest(document.body, () => film.playing && !film.ended && !isHeld());
 const pictureClick = new PictureClick(() => film.togglePlay(), now);
 
 function show() {
@@ -91,7 +105,29 @@ function show() {
   element('end').hidden = !film.ended;
   showWaiting();
   // Behind a bar that nobody sees nothing needs to be drawn.
-  if (!document.body.classList.contains('resting') || !film.playing) controls.show();
+  if (isUnseen() && film.playing) return;
+  controls.show();
+  seekBar.show();
+}
+
+const isUnseen = () => document.body.classList.contains('resting');
+
+/** For what the bar would show, were it there. */
+function tellIfUnseen(text) {
+  if (isUnseen()) notice.say(text, shortNoticeMs);
+}
+
+function tellVolume() {
+  tellIfUnseen(film.muted ? t('notice.muted') : t('notice.volume', { percent: film.volumePercent }));
+}
+
+function changeVolume(direction) {
+  film.changeVolume(direction);
+  tellVolume();
+}
+
+function tellSpeed() {
+  tellIfUnseen(t('notice.speed', { speed: speedText(film.speed) }));
 }
 
 function showWaiting() {
@@ -99,15 +135,7 @@ function showWaiting() {
   if (element('waiting').textContent !== text) element('waiting').textContent = text;
 }
 
-let noticeTimer = null;
 let lastNotice = '';
-
-/** A short word over the picture. */
-function say(text) {
-  clearTimeout(noticeTimer);
-  element('notice').textContent = text;
-  noticeTimer = setTimeout(() => { element('notice').textContent = ''; }, noticeMs);
-}
 
 const countShownLines = () => lineNames.filter((name) => subtitles.line(name)).length;
 
@@ -115,14 +143,17 @@ function showSubtitles() {
   shownLines.load();
   subtitlePanel.show();
   transcript.load();
-  const notice = noticeOf(subtitles, countShownLines());
-  if (notice && notice !== lastNotice) say(notice);
-  lastNotice = notice;
+  seekBar.setTracks(lineNames.filter((name) => subtitles.line(name))
+    .map((name) => ({ cues: subtitles.cues(name), tag: subtitles.line(name).languageTag })));
+  const text = noticeOf(subtitles, countShownLines());
+  if (text && text !== lastNotice) notice.say(text);
+  lastNotice = text;
 }
 
 async function loadAudioTracks() {
   try {
     audioMenu.offer(await api.audioTracks(videoId));
+    controls.more.fit();
   } catch (error) {
     console.warn(error.message); // without the menu, the film's own choice plays
   }
@@ -134,6 +165,7 @@ async function loadLearner() {
   try {
     await speak((await api.settings()).nativeLanguage);
     translate(document);
+    controls.named();
     show();
   } catch (error) {
     console.warn(error.message);
@@ -156,6 +188,7 @@ function keyPressed(event) {
   if (event.repeat && onePress.has(action)) return;
   if (focused?.matches('input[type="range"]') && event.key.startsWith('Arrow')) return;
   event.preventDefault();
+  if (showsBar.has(action)) rest.wake();
   actions[action]();
 }
 
@@ -167,7 +200,7 @@ document.addEventListener('keydown', keyPressed);
 document.addEventListener('contextmenu', (event) => event.preventDefault());
 let pressClosesMenu = false;
 // Before the menus close, for which they look at the same press.
-element('picture').addEventListener('pointerdown', () => { pressClosesMenu = audioMenu.open || panels.closesByPress; }, true);
+element('picture').addEventListener('pointerdown', () => { pressClosesMenu = audioMenu.open || controls.more.open || panels.closesByPress; }, true);
 addEventListener('pagehide', () => {
   subtitles.saveNow();
   preferences.saveNow();
@@ -175,8 +208,8 @@ addEventListener('pagehide', () => {
 element('picture').addEventListener('click', (event) => {
   if (!event.ctrlKey && !pressClosesMenu) pictureClick.clicked();
 });
-element('picture').addEventListener('wheel', (event) => film.changeVolume(event.deltaY < 0 ? 1 : -1));
-document.body.addEventListener('pointermove', () => controls.show());
+element('picture').addEventListener('wheel', (event) => changeVolume(event.deltaY < 0 ? 1 : -1));
+document.body.addEventListener('pointermove', () => { controls.show(); seekBar.show(); });
 // What comes of the player's silence comes without an event.
 setInterval(() => {
   if (film.ended !== !element('end').hidden) { rest.wake(); show(); }

@@ -17,12 +17,31 @@ export default {
   'bar.mute': 'Mute',
   'bar.muted': 'muted',
   'bar.volume': 'Volume',
+  'bar.percent': '{percent} %',
   'bar.soundTrack': 'Sound track',
   'bar.subtitles': 'Subtitles',
   'bar.transcript': 'Transcript',
   'bar.home': 'Home',
+  'bar.more': 'More',
+  'bar.total': 'Length: {time}',
+  'bar.remaining': 'Left: {time}',
   'bar.toFullScreen': 'Double-click for full screen',
   'bar.fromFullScreen': 'Esc leaves full screen',
+
+  'sound.track': 'Track {place}',
+  'keys.space': 'Space',
+
+  // Short words over the picture
+  'notice.noLines': 'No lines: {reason}',
+  'notice.badTrack': '{name}: {reason}',
+  'notice.noneKnown': 'No subtitles are known for this film.',
+  'notice.noneFound': 'No subtitles were found in or beside this film. Add a file under Subtitles, or put {example} next to it and open it again.',
+  'notice.waiting': 'Waiting for the film…',
+  'notice.stillWaiting': 'Still waiting for the film. Its server may be gone; you can open another film.',
+  'notice.volume': 'Volume {percent} %',
+  'notice.muted': 'Muted',
+  'notice.speed': 'Speed {speed}',
+  'notice.sound': 'Sound: {name}',
 
   // Panels beside the picture
   'panels.close': 'Close',
@@ -39,4 +58,7 @@ export default {
   'transcript.noneHard': 'No line has a word that is new to you.',
   'transcript.empty': 'No subtitles are shown. Choose one under Subtitles, and all of its lines are here.',
   'transcript.backToNow': 'Back to now',
+
+  // The panel of subtitles
+  'subtitles.reading': 'Reading the film’s own subtitles… {percent} %',
 };
