@@ -15,12 +15,14 @@ import { Notice, noticeOf, waitingText } from './bar/notice.mjs';
 import { PictureClick } from './bar/pictureclick.mjs';
 import { PointerRest } from './bar/rest.mjs';
 import { SeekBar } from './bar/seekbar.mjs';
+import { ResumeCard } from './film/resumecard.mjs';
 import { SavedVolume } from './film/savedvolume.mjs';
 import { ShownLines } from './lines/shownlines.mjs';
 import { SidePanels } from './panels/sidepanels.mjs';
 import { SubtitlePanel } from './panels/subtitlepanel.mjs';
 import { Transcript } from './panels/transcript/transcript.mjs';
 import { Subtitles, lineNames } from './lines/subtitles.mjs';
+import { Watching } from './film/watching.mjs';
 import { TimingKeys } from './lines/timingkeys.mjs';
 
 const { $ } = globalThis;
@@ -49,6 +51,14 @@ const transcript = new Transcript(document, panels, subtitles, film, now);
 const timingKeys = new TimingKeys(subtitles, film, (text) => notice.say(text));
 const volume = new SavedVolume(film, api);
 const seekBar = new SeekBar(document, film, preferences);
+const resumeCard = new ResumeCard(document, (positionMs) => {
+  if (positionMs !== null) film.seekToSecond(positionMs / 1000);
+  watching.settled();
+});
+const watching = new Watching(api, videoId, film, now, {
+  show: (positionMs, durationMs) => resumeCard.show(positionMs, durationMs),
+  hide: () => resumeCard.hide(),
+});
 const audioMenu = new AudioMenu(document, (trackId, name) => {
   film.setAudioTrack(trackId);
   tellIfUnseen(t('notice.sound', { name }));
@@ -102,6 +112,7 @@ function show() {
   shownLines.update();
   transcript.update();
   volume.update();
+  watching.update();
   element('end').hidden = !film.ended;
   showWaiting();
   // Behind a bar that nobody sees nothing needs to be drawn.
@@ -150,9 +161,10 @@ function showSubtitles() {
   lastNotice = text;
 }
 
-async function loadAudioTracks() {
+async function loadSound() {
+  const { audioTrackId } = await watching.load();
   try {
-    audioMenu.offer(await api.audioTracks(videoId));
+    if (audioMenu.offer(await api.audioTracks(videoId), audioTrackId)) film.restoreAudioTrack(audioTrackId);
     controls.more.fit();
   } catch (error) {
     console.warn(error.message); // without the menu, the film's own choice plays
@@ -204,6 +216,7 @@ element('picture').addEventListener('pointerdown', () => { pressClosesMenu = aud
 addEventListener('pagehide', () => {
   subtitles.saveNow();
   preferences.saveNow();
+  watching.saveNow();
 });
 element('picture').addEventListener('click', (event) => {
   if (!event.ctrlKey && !pressClosesMenu) pictureClick.clicked();
@@ -221,5 +234,5 @@ show();
 loadLearner();
 askPlayer();
 subtitles.follow();
-loadAudioTracks();
+loadSound();
 volume.load();

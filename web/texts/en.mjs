@@ -43,6 +43,13 @@ export default {
   'notice.speed': 'Speed {speed}',
   'notice.sound': 'Sound: {name}',
 
+  // The offer to go on where the film was left
+  'resume.name': 'Go on with this film',
+  'resume.stopped': 'You stopped at {time}',
+  'resume.goOn': 'Go on at {time}',
+  'resume.fromStart': 'From the start',
+  'resume.said': 'You stopped at {time}. Enter goes on there.',
+
   // Panels beside the picture
   'panels.close': 'Close',
 
