@@ -10,4 +10,6 @@ export const playDefaults = {
   lines: { raisedPercent: 0, colours: true, arrowsStepLines: false, pausesOnHover: false },
   // The language of the buttons, two letters; empty: the learner's own.
   interface: { language: '' },
+  // The bar: whether the time that is left is shown in place of the length.
+  bar: { showsRemaining: false },
 };

@@ -3,76 +3,66 @@
 // The player page: brings its parts together and connects them to the player's events.
 
 import { ServiceApi } from '../shared/api.mjs';
-import { copyText } from '../shared/clipboard.mjs';
 import { PlayerBridge, hiddenFrameNavigation } from '../shared/bridge.mjs';
 import { Preferences } from '../shared/preferences.mjs';
-import { interfaceLanguages, speak, t, translate } from '../shared/texts.mjs';
+import { speak, t, translate } from '../shared/texts.mjs';
 import { AudioMenu } from './bar/audiomenu.mjs';
-import { Controls } from './bar/controls.mjs';
+import { Controls, speedText } from './bar/controls.mjs';
 import { Film } from './film/film.mjs';
 import { playDefaults } from './defaults.mjs';
-import { Keyboard } from './keys/keyboard.mjs';
-import { noticeOf, waitingText } from './bar/notice.mjs';
+import { Keymap } from './keys/keymap.mjs';
+import { Notice, noticeOf, waitingText } from './bar/notice.mjs';
 import { PictureClick } from './bar/pictureclick.mjs';
 import { PointerRest } from './bar/rest.mjs';
+import { SeekBar } from './bar/seekbar.mjs';
+import { ResumeCard } from './film/resumecard.mjs';
 import { SavedVolume } from './film/savedvolume.mjs';
-import { LineAnnouncer } from './lines/lineannouncer.mjs';
 import { ShownLines } from './lines/shownlines.mjs';
 import { SidePanels } from './panels/sidepanels.mjs';
 import { SubtitlePanel } from './panels/subtitlepanel.mjs';
 import { Transcript } from './panels/transcript/transcript.mjs';
 import { Subtitles, lineNames } from './lines/subtitles.mjs';
+import { Watching } from './film/watching.mjs';
 import { TimingKeys } from './lines/timingkeys.mjs';
-import { KeySheet } from './settings/keysheet.mjs';
-import { LinesLook } from './settings/lineslook.mjs';
-import { SettingsPanel } from './settings/settingspanel.mjs';
-import { FilmWords } from './words/filmwords.mjs';
-import { HoverPause } from './words/hoverpause.mjs';
-import { WordCard } from './words/wordcard.mjs';
-import { WordPicker } from './words/wordpicker.mjs';
 
 const { $ } = globalThis;
 const now = () => performance.now();
 const silenceWatchMs = 300;
-// Long enough to be read.
-const noticeMs = (text) => 1800 + 70 * text.length;
+const shortNoticeMs = 1500;
 const longestWaitForFilmMs = 120_000;
+
+// What a held key must not do again and again.
+const onePress = new Set(['subtitlePanel', 'transcript', 'nextSubtitle', 'nextAudio']);
 
 const videoId = new URLSearchParams(location.search).get('videoId');
 const api = ServiceApi.ofPage(document);
 const bridge = new PlayerBridge(hiddenFrameNavigation(document), $(window));
 const element = (id) => document.getElementById(id);
+const notice = new Notice(element('notice'));
 
-let isFullScreen = false;
-let learnerLanguage = '';
-let interfaceLanguage = ''; // the learner's own choice; empty: as the learner's language
 const preferences = new Preferences(api, playDefaults);
+const keymap = new Keymap();
 const film = new Film(bridge, now, () => show());
 const subtitles = new Subtitles(api, videoId, () => showSubtitles());
 const shownLines = new ShownLines(document, film, subtitles, now);
-const announcer = new LineAnnouncer(element('line-said'), lineNames.map((name) => shownLines.view(name)));
 const panels = new SidePanels(document);
 const subtitlePanel = new SubtitlePanel(document, panels, subtitles, film);
-const look = new LinesLook(document, preferences);
-const keySheet = new KeySheet(document, panels, preferences);
-const settingsPanel = new SettingsPanel(document, panels, preferences, () => panels.open('keys'));
-const words = new FilmWords(api, videoId, () => showWords());
-const card = new WordCard(document, {
-  api, lines: shownLines, words, subtitles, videoId,
-  goTo: (cue) => {
-    picker.leave();
-    film.goToLine(shownLines.index('learned').cues.indexOf(cue));
-    film.setPlaying(true);
-  },
-  playSound: (url) => bridge.execute('PlayAudio', { audioUrl: encodeURIComponent(url) }),
-});
-const hover = new HoverPause(film, lineNames.map((name) => element(name)), () => preferences.get('lines').pausesOnHover);
-const picker = new WordPicker(film, { lines: shownLines, words, hover, card, say: (key) => say(t(key)) });
-card.onClose(() => picker.close());
 const transcript = new Transcript(document, panels, subtitles, film, now);
-const timingKeys = new TimingKeys(subtitles, film, say);
+const timingKeys = new TimingKeys(subtitles, film, (text) => notice.say(text));
 const volume = new SavedVolume(film, api);
-const audioMenu = new AudioMenu(document, (trackId) => film.setAudioTrack(trackId));
+const seekBar = new SeekBar(document, film, preferences);
+const resumeCard = new ResumeCard(document, (positionMs) => {
+  if (positionMs !== null) film.seekToSecond(positionMs / 1000);
+  watching.settled();
+});
+const watching = new Watching(api, videoId, film, now, {
+  show: (positionMs, durationMs) => resumeCard.show(positionMs, durationMs),
+  hide: () => resumeCard.hide(),
+});
+const audioMenu = new AudioMenu(document, (trackId, name) => {
+  film.setAudioTrack(trackId);
+  tellIfUnseen(t('notice.sound', { name }));
+});
 
 const actions = {
   togglePlay: () => film.togglePlay(),
@@ -85,15 +75,17 @@ const actions = {
   forwardSecond: () => film.seekBy(1),
   backMinute: () => film.seekBy(-60),
   forwardMinute: () => film.seekBy(60),
-  louder: () => film.changeVolume(1),
-  softer: () => film.changeVolume(-1),
-  toggleMute: () => film.toggleMute(),
-  slower: () => film.changeSpeed(-1),
-  faster: () => film.changeSpeed(1),
-  normalSpeed: () => film.setSpeed(1),
-  halfSpeed: () => film.setSpeed(0.5),
-  doubleSpeed: () => film.setSpeed(2),
+  louder: () => changeVolume(1),
+  softer: () => changeVolume(-1),
+  toggleMute: () => { film.toggleMute(); tellVolume(); },
+  slower: () => { film.changeSpeed(-1); tellSpeed(); },
+  faster: () => { film.changeSpeed(1); tellSpeed(); },
+  normalSpeed: () => { film.setSpeed(1); tellSpeed(); },
+  halfSpeed: () => { film.setSpeed(0.5); tellSpeed(); },
+  doubleSpeed: () => { film.setSpeed(2); tellSpeed(); },
+  nextAudio: () => audioMenu.next(),
   audioMenu: () => audioMenu.toggle(),
+  more: () => controls.more.toggle(),
   subtitlePanel: () => panels.toggle('subtitles'),
   ...transcript.actions,
   nextSubtitle: () => timingKeys.nextSubtitle(),
@@ -104,42 +96,49 @@ const actions = {
   nextLineIsNow: () => timingKeys.lineIsNow(1),
   playAgain: () => film.playAgain(),
   home: () => film.home(),
-  fullScreen: () => say(t(isFullScreen ? 'bar.fromFullScreen' : 'bar.toFullScreen')),
-  saveWord: () => (picker.isOpen ? card.actions.saveWord() : picker.actions.nextUnknown()),
-  peek: () => look.peek(true),
-  copyLine: () => copy('learned'),
-  copyTranslation: () => copy('native'),
-  ...look.actions,
-  ...keySheet.actions,
-  ...settingsPanel.actions,
-  ...picker.actions,
 };
-const keyboard = new Keyboard(document, {
-  actions,
-  cardActions: { ...card.actions, ...picker.actions },
-  isCardOpen: () => picker.isOpen,
-  released: (action) => { if (action === 'peek') look.peek(false); },
-});
-preferences.onChange(() => {
-  keyboard.set(preferences.get('keys'), preferences.get('lines').arrowsStepLines);
-  if (preferences.get('interface').language !== interfaceLanguage) speakAsChosen();
-});
 
-const controls = new Controls(document, film, actions);
-const rest = new PointerRest(document.body, () => film.playing && !film.ended && !controls.busy && !audioMenu.open && !panels.closesByPress);
+// What a key does to the place in the film is looked for in the bar; the rest leaves the picture alone.
+const showsBar = new Set(['togglePlay', 'back', 'forward', 'backSecond', 'forwardSecond', 'backMinute', 'forwardMinute',
+  'audioMenu']);
+
+const controls = new Controls(document, film, actions, keymap, () => audioMenu.close());
+const isHeld = () => seekBar.busy || audioMenu.open || controls.more.open || panels.closesByPress
+  || document.querySelector('#bar :focus-visible') !== null;
+const rest = new PointerRest(document.body, () => film.playing && !film.ended && !isHeld());
 const pictureClick = new PictureClick(() => film.togglePlay(), now);
 
 function show() {
-  document.body.classList.toggle('paused', !film.playing);
-  picker.update();
   shownLines.update();
-  announcer.update(!film.playing);
   transcript.update();
   volume.update();
+  watching.update();
   element('end').hidden = !film.ended;
   showWaiting();
   // Behind a bar that nobody sees nothing needs to be drawn.
-  if (!document.body.classList.contains('resting') || !film.playing) controls.show();
+  if (isUnseen() && film.playing) return;
+  controls.show();
+  seekBar.show();
+}
+
+const isUnseen = () => document.body.classList.contains('resting');
+
+/** For what the bar would show, were it there. */
+function tellIfUnseen(text) {
+  if (isUnseen()) notice.say(text, shortNoticeMs);
+}
+
+function tellVolume() {
+  tellIfUnseen(film.muted ? t('notice.muted') : t('notice.volume', { percent: film.volumePercent }));
+}
+
+function changeVolume(direction) {
+  film.changeVolume(direction);
+  tellVolume();
+}
+
+function tellSpeed() {
+  tellIfUnseen(t('notice.speed', { speed: speedText(film.speed) }));
 }
 
 function showWaiting() {
@@ -147,34 +146,26 @@ function showWaiting() {
   if (element('waiting').textContent !== text) element('waiting').textContent = text;
 }
 
-let noticeTimer = null;
 let lastNotice = '';
-
-/** A short word over the picture. */
-function say(text) {
-  clearTimeout(noticeTimer);
-  element('notice').textContent = text;
-  noticeTimer = setTimeout(() => { element('notice').textContent = ''; }, noticeMs(text));
-}
 
 const countShownLines = () => lineNames.filter((name) => subtitles.line(name)).length;
 
 function showSubtitles() {
   shownLines.load();
-  const learned = subtitles.line('learned');
-  const isEnglish = learned && ['eng', ''].includes(learned.language);
-  shownLines.view('learned').setWords(isEnglish ? (word) => words.classOf(word) : null);
-  if (learned && learned.subtitleId !== words.subtitleId) loadWords();
   subtitlePanel.show();
   transcript.load();
-  const notice = noticeOf(subtitles, countShownLines());
-  if (notice && notice !== lastNotice) say(notice);
-  lastNotice = notice;
+  seekBar.setTracks(lineNames.filter((name) => subtitles.line(name))
+    .map((name) => ({ cues: subtitles.cues(name), tag: subtitles.line(name).languageTag })));
+  const text = noticeOf(subtitles, countShownLines());
+  if (text && text !== lastNotice) notice.say(text);
+  lastNotice = text;
 }
 
-async function loadAudioTracks() {
+async function loadSound() {
+  const { audioTrackId } = await watching.load();
   try {
-    audioMenu.offer(await api.audioTracks(videoId));
+    if (audioMenu.offer(await api.audioTracks(videoId), audioTrackId)) film.restoreAudioTrack(audioTrackId);
+    controls.more.fit();
   } catch (error) {
     console.warn(error.message); // without the menu, the film's own choice plays
   }
@@ -184,72 +175,54 @@ async function loadLearner() {
   // Without the one or the other the defaults do.
   preferences.load().catch((error) => console.warn(error.message));
   try {
-    learnerLanguage = (await api.settings()).nativeLanguage;
-    await speakAsChosen();
+    await speak((await api.settings()).nativeLanguage);
+    translate(document);
+    controls.named();
+    show();
   } catch (error) {
     console.warn(error.message);
   }
 }
 
-async function speakAsChosen() {
-  interfaceLanguage = preferences.get('interface').language;
-  await speak(interfaceLanguage || learnerLanguage);
-  translate(document);
-  settingsPanel.translate();
-  show();
-}
-
-async function loadWords() {
-  try {
-    await words.load();
-  } catch (error) {
-    console.warn(error.message); // words answer all the same, only without colours
-  }
-}
-
-function showWords() {
-  shownLines.view('learned').colour();
-  transcript.setHard(words.subtitleId === null ? null : (cue) => words.isHard(cue));
-}
-
-function showScreen(isFull) {
-  isFullScreen = isFull;
-  pictureClick.screenChanged();
-  controls.fullScreen(isFull);
-}
-
-function copy(name) {
-  const { text } = shownLines.view(name).text;
-  if (text && copyText(document, text)) say(t('words.copied'));
-}
-
 async function askPlayer() {
-  bridge.request('IsFullscreen').then((on) => {
-    isFullScreen = on === true;
-    controls.fullScreen(isFullScreen);
-  });
+  bridge.request('IsFullscreen').then((on) => controls.fullScreen(on === true));
   bridge.request('Volume', longestWaitForFilmMs).then(() => volume.playerReady());
   film.durationMs = (await bridge.request('Duration', longestWaitForFilmMs)) || null;
   show();
 }
 
+function keyPressed(event) {
+  const action = keymap.actionOf(event);
+  if (!actions[action]) return;
+  // Space and the arrows keep their meaning in what the keyboard has gone to.
+  const focused = document.activeElement;
+  if (action === 'togglePlay' && focused?.matches('button')) return;
+  if (event.repeat && onePress.has(action)) return;
+  if (focused?.matches('input[type="range"]') && event.key.startsWith('Arrow')) return;
+  event.preventDefault();
+  if (showsBar.has(action)) rest.wake();
+  actions[action]();
+}
+
 $(window)
   .on('timeUpdate', (_, positionMs) => film.reported(positionMs))
-  .on('nativeApp:enteredFullscreen', () => showScreen(true))
-  .on('nativeApp:leftFullscreen', () => showScreen(false));
+  .on('nativeApp:enteredFullscreen', () => { pictureClick.screenChanged(); controls.fullScreen(true); })
+  .on('nativeApp:leftFullscreen', () => { pictureClick.screenChanged(); controls.fullScreen(false); });
+document.addEventListener('keydown', keyPressed);
 document.addEventListener('contextmenu', (event) => event.preventDefault());
 let pressClosesMenu = false;
 // Before the menus close, for which they look at the same press.
-element('picture').addEventListener('pointerdown', () => { pressClosesMenu = audioMenu.open || panels.closesByPress; }, true);
+element('picture').addEventListener('pointerdown', () => { pressClosesMenu = audioMenu.open || controls.more.open || panels.closesByPress; }, true);
 addEventListener('pagehide', () => {
   subtitles.saveNow();
   preferences.saveNow();
+  watching.saveNow();
 });
 element('picture').addEventListener('click', (event) => {
   if (!event.ctrlKey && !pressClosesMenu) pictureClick.clicked();
 });
-element('picture').addEventListener('wheel', (event) => film.changeVolume(event.deltaY < 0 ? 1 : -1));
-document.body.addEventListener('pointermove', () => controls.show());
+element('picture').addEventListener('wheel', (event) => changeVolume(event.deltaY < 0 ? 1 : -1));
+document.body.addEventListener('pointermove', () => { controls.show(); seekBar.show(); });
 // What comes of the player's silence comes without an event.
 setInterval(() => {
   if (film.ended !== !element('end').hidden) { rest.wake(); show(); }
@@ -261,5 +234,5 @@ show();
 loadLearner();
 askPlayer();
 subtitles.follow();
-loadAudioTracks();
+loadSound();
 volume.load();

@@ -17,10 +17,14 @@ export default {
   'bar.mute': 'Mute',
   'bar.muted': 'muted',
   'bar.volume': 'Volume',
+  'bar.percent': '{percent} %',
   'bar.soundTrack': 'Sound track',
   'bar.subtitles': 'Subtitles',
   'bar.transcript': 'Transcript',
   'bar.home': 'Home',
+  'bar.more': 'More',
+  'bar.total': 'Length: {time}',
+  'bar.remaining': 'Left: {time}',
   'bar.toFullScreen': 'Double-click for full screen',
   'bar.fromFullScreen': 'Esc leaves full screen',
 
@@ -403,6 +407,28 @@ export default {
   'account.nothing': 'There is nothing to sign up for. Nothing about you or your films leaves this machine.',
   'account.folder': 'Your words, your reviews and your settings lie in a folder of your own. You can save them to a file at any time.',
   'account.back': 'You can close this page and go back to Murvo.',
+  'sound.track': 'Track {place}',
+  'keys.space': 'Space',
+
+  // Short words over the picture
+  'notice.noLines': 'No lines: {reason}',
+  'notice.badTrack': '{name}: {reason}',
+  'notice.noneKnown': 'No subtitles are known for this film.',
+  'notice.noneFound': 'No subtitles were found in or beside this film. Add a file under Subtitles, or put {example} next to it and open it again.',
+  'notice.waiting': 'Waiting for the film…',
+  'notice.stillWaiting': 'Still waiting for the film. Its server may be gone; you can open another film.',
+  'notice.volume': 'Volume {percent} %',
+  'notice.muted': 'Muted',
+  'notice.speed': 'Speed {speed}',
+  'notice.sound': 'Sound: {name}',
+
+  // The offer to go on where the film was left
+  'resume.name': 'Go on with this film',
+  'resume.stopped': 'You stopped at {time}',
+  'resume.goOn': 'Go on at {time}',
+  'resume.fromStart': 'From the start',
+  'resume.said': 'You stopped at {time}. Enter goes on there.',
+
   // Panels beside the picture
   'panels.close': 'Close',
 
@@ -418,4 +444,7 @@ export default {
   'transcript.noneHard': 'No line has a word that is new to you.',
   'transcript.empty': 'No subtitles are shown. Choose one under Subtitles, and all of its lines are here.',
   'transcript.backToNow': 'Back to now',
+
+  // The panel of subtitles
+  'subtitles.reading': 'Reading the film’s own subtitles… {percent} %',
 };

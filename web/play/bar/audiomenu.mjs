@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+import { t } from '../../shared/texts.mjs';
+import { Popup } from './popup.mjs';
+
 /** What a sound track is called in the menu: its title, its language, or else its place. */
 export function audioTrackName({ title, languageName }, place) {
   if (title && languageName && !title.includes(languageName)) return `${languageName} (${title})`;
-  return title || languageName || `Track ${place}`;
+  return title || languageName || t('sound.track', { place });
 }
 
 /** The menu of sound tracks; its button appears only where there is something to choose. */
@@ -11,33 +14,33 @@ export class AudioMenu {
   #document;
   #button;
   #menu;
+  #popup;
   #chosen;
+  #tracks = [];
+  #current = null;
 
+  /** chosen(trackId, name): a track was chosen. */
   constructor(document, chosen) {
     this.#document = document;
     this.#chosen = chosen;
     this.#button = document.getElementById('audio');
     this.#menu = document.getElementById('audio-menu');
-    const isOurs = (element) => this.#menu.contains(element) || this.#button.contains(element);
-    document.addEventListener('pointerdown', (event) => {
-      if (!isOurs(event.target)) this.close();
-    });
-    for (const element of [this.#menu, this.#button]) {
-      element.addEventListener('focusout', (event) => {
-        if (this.open && !isOurs(event.relatedTarget)) this.close();
-      });
-    }
+    this.#popup = new Popup(this.#button, this.#menu);
     this.#menu.addEventListener('keydown', (event) => this.#keyPressed(event));
   }
 
   get open() {
-    return !this.#menu.hidden;
+    return this.#popup.open;
   }
 
-  offer(tracks) {
-    const current = tracks.find((track) => track.isDefault) ?? tracks[0];
-    this.#menu.replaceChildren(...tracks.map((track, i) => this.#item(track, i + 1, track === current)));
+  /** keptId: of the track that the learner had chosen for this film; null when there is none. True when it is there. */
+  offer(tracks, keptId = null) {
+    this.#tracks = tracks;
+    const kept = tracks.find(({ trackId }) => trackId === keptId);
+    this.#current = kept ?? tracks.find((track) => track.isDefault) ?? tracks[0];
+    this.#menu.replaceChildren(...tracks.map((track, i) => this.#item(track, i + 1)));
     this.#button.hidden = tracks.length < 2;
+    return kept !== undefined;
   }
 
   toggle() {
@@ -45,14 +48,23 @@ export class AudioMenu {
       this.close();
       return;
     }
-    this.#menu.hidden = false;
-    this.#button.setAttribute('aria-expanded', 'true');
+    this.#popup.show();
     this.#menu.querySelector('[aria-checked="true"]')?.focus({ focusVisible: false });
   }
 
   close() {
-    this.#menu.hidden = true;
-    this.#button.setAttribute('aria-expanded', 'false');
+    this.#popup.close();
+  }
+
+  /** Goes on to the next track, round the end. */
+  next() {
+    if (this.#tracks.length > 1) this.#choose(this.#tracks[(this.#tracks.indexOf(this.#current) + 1) % this.#tracks.length]);
+  }
+
+  #choose(track) {
+    this.#current = track;
+    this.#tracks.forEach((each, i) => this.#menu.children[i].setAttribute('aria-checked', String(each === track)));
+    this.#chosen(track.trackId, audioTrackName(track, this.#tracks.indexOf(track) + 1));
   }
 
   // Escape never comes here: the player keeps it. The button's own keys close the menu, too.
@@ -67,15 +79,14 @@ export class AudioMenu {
     items[(next + items.length) % items.length].focus();
   }
 
-  #item(track, place, current) {
+  #item(track, place) {
     const item = this.#document.createElement('button');
     item.type = 'button';
     item.setAttribute('role', 'menuitemradio');
-    item.setAttribute('aria-checked', String(current));
+    item.setAttribute('aria-checked', String(track === this.#current));
     item.textContent = audioTrackName(track, place);
     item.addEventListener('click', (event) => {
-      for (const other of this.#menu.children) other.setAttribute('aria-checked', String(other === item));
-      this.#chosen(track.trackId);
+      this.#choose(track);
       // The keyboard goes back to where it came from; a click leaves it to the film.
       if (event.detail === 0) this.#button.focus();
       this.close();

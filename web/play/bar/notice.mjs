@@ -1,20 +1,38 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+import { t } from '../../shared/texts.mjs';
 import { trackName } from '../lines/subtitles.mjs';
+
+const noticeMs = 9000;
+
+/** A short word over the picture, which goes by itself. */
+export class Notice {
+  #element;
+  #timer = null;
+
+  constructor(element) {
+    this.#element = element;
+  }
+
+  say(text, forMs = noticeMs) {
+    clearTimeout(this.#timer);
+    this.#element.textContent = text;
+    this.#timer = setTimeout(() => { this.#element.textContent = ''; }, forMs);
+  }
+}
 
 /** What to tell the learner about the film's subtitles; empty when all is well. */
 export function noticeOf({ fileName, tracks, trouble, isLoaded, isReadingFilm, readPercent }, shownLines) {
-  if (trouble && shownLines === 0) return `No lines: ${trouble}`;
+  if (trouble && shownLines === 0) return t('notice.noLines', { reason: trouble });
   if (shownLines === 2 || !isLoaded) return '';
   const bad = tracks.find((track) => track.error);
-  if (bad) return `${trackLabel(bad)}: ${bad.error.message}`;
-  if (isReadingFilm && shownLines === 0) return `Reading the film’s own subtitles… ${readPercent} %`;
+  if (bad) return t('notice.badTrack', { name: trackLabel(bad), reason: bad.error.message });
+  if (isReadingFilm && shownLines === 0) return t('subtitles.reading', { percent: readPercent });
   if (shownLines > 0 || tracks.length > 0) return '';
-  if (!fileName) return 'No subtitles are known for this film.';
+  if (!fileName) return t('notice.noneKnown');
   const dot = fileName.lastIndexOf('.');
   const base = dot > 0 ? fileName.slice(0, dot) : fileName;
-  return `No subtitles were found in or beside this film. Add a file under Subtitles, or put ${base}.en.srt next to it `
-    + 'and open it again.';
+  return t('notice.noneFound', { example: `${base}.en.srt` });
 }
 
 const trackLabel = (track) => track.fileName || trackName(track);
@@ -23,6 +41,5 @@ const patienceMs = 20_000;
 
 /** What to say of a film that should run and has been silent for so long. */
 export function waitingText(silenceMs) {
-  if (silenceMs < patienceMs) return 'Waiting for the film…';
-  return 'Still waiting for the film. Its server may be gone; you can open another film.';
+  return t(silenceMs < patienceMs ? 'notice.waiting' : 'notice.stillWaiting');
 }

@@ -13,7 +13,7 @@ export class PointerRest {
   constructor(body, mayHide) {
     this.#body = body;
     this.#mayHide = mayHide;
-    for (const name of ['pointermove', 'pointerdown', 'focusin', 'keydown']) {
+    for (const name of ['pointermove', 'pointerdown', 'focusin']) {
       body.ownerDocument.addEventListener(name, () => this.wake());
     }
     body.addEventListener('pointerleave', () => this.#rest());

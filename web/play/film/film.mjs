@@ -32,6 +32,7 @@ export class Film {
   #bridge;
   #now;
   #steps = null;
+  #soundToRestore = null;
   #changed;
 
   /** bridge: a PlayerBridge; now(): a monotonic clock in ms; changed(): called after every change. */
@@ -87,6 +88,7 @@ export class Film {
     this.#heardAt = this.#now();
     this.#insistOnPause();
     this.clock.report(positionMs, this.#now());
+    if (this.#soundToRestore !== null) this.setAudioTrack(this.#soundToRestore);
     this.#changed();
   }
 
@@ -177,7 +179,14 @@ export class Film {
     this.setSpeed(this.speed + direction * speedStep);
   }
 
+  /** Takes a track as soon as the film is heard: before that, the player knows of none. */
+  restoreAudioTrack(trackId) {
+    if (this.positionMs !== null) this.setAudioTrack(trackId);
+    else this.#soundToRestore = trackId;
+  }
+
   setAudioTrack(trackId) {
+    this.#soundToRestore = null;
     this.audioTrackId = trackId;
     this.#bridge.execute('SetAudioTrack', { track: trackId });
     this.#changed();

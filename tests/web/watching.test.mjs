@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import assert from 'node:assert/strict';
+import { beforeEach, test } from 'node:test';
+
+import { Film } from '../../web/play/film/film.mjs';
+import { Watching, isOver, placeToOffer } from '../../web/play/film/watching.mjs';
+
+const hour = 3_600_000;
+let clock;
+let film;
+let watching;
+let kept;
+let saved;
+let offers;
+
+beforeEach(() => {
+  clock = 0;
+  saved = [];
+  offers = [];
+  kept = { positionMs: 0, durationMs: 0, speedPercent: 100, audioTrackId: null, isFinished: false };
+  film = new Film({ execute: () => {} }, () => clock, () => watching.update());
+  film.durationMs = hour;
+  const api = { watching: async () => kept, changeWatching: async (_, state) => { saved.push(state); } };
+  watching = new Watching(api, 7, film, () => clock, {
+    show: (positionMs) => offers.push(positionMs),
+    hide: () => { offers.push('hidden'); watching.settled(); },
+  });
+});
+
+function run(seconds) {
+  const start = film.positionMs ?? 0;
+  for (let i = 0; i < seconds * 4; i += 1, clock += 250) film.reported(start + i * 250 * film.speed);
+}
+
+test('a film is offered to be gone on with where it was left in its middle, and only there', () => {
+  const at = (positionMs, more = {}) => placeToOffer({ ...kept, positionMs, durationMs: hour, ...more }, 400);
+  assert.deepEqual([0, 29_000, 30_000, hour / 2, hour - 60_001, hour - 60_000].map((ms) => at(ms)),
+    [null, null, 30_000, hour / 2, hour - 60_001, null]);
+  assert.equal(at(hour / 2, { isFinished: true }), null);
+  assert.equal(at(hour / 2, { durationMs: 0 }), hour / 2, 'a length that nobody knows has no end');
+  assert.equal(placeToOffer({ ...kept, positionMs: hour / 2, durationMs: hour }, 31_000), null, 'only the page is new');
+  assert.equal(isOver(67_000, 70_000), true, 'of a short film five per cent');
+  assert.equal(isOver(66_000, 70_000), false);
+});
+
+test('the place is kept every five seconds, at a pause and when the page goes, and not twice', async () => {
+  await watching.load();
+  run(11);
+  assert.deepEqual(saved.map(({ positionMs }) => positionMs), [5000, 10_000]);
+  film.setPlaying(false);
+  assert.equal(saved.length, 3);
+  assert.deepEqual({ ...saved[2], positionMs: 0 }, { positionMs: 0, durationMs: hour, speedPercent: 100, isFinished: false });
+  clock += 60_000;
+  watching.update();
+  watching.saveNow();
+  assert.equal(saved.length, 3);
+  film.seekToSecond(3599);
+  watching.saveNow();
+  assert.equal(saved.at(-1).isFinished, true);
+});
+
+test('while the offer stands the old place is safe, and the film comes back with its speed', async () => {
+  Object.assign(kept, { positionMs: 1_421_000, durationMs: hour, speedPercent: 80, audioTrackId: 2 });
+  await watching.load();
+  run(9);
+  watching.saveNow();
+  assert.deepEqual(offers, [1_421_000]);
+  assert.equal(film.speed, 0.8);
+  assert.deepEqual(saved, []);
+  film.seekToSecond(1421); // as the card does
+  watching.settled();
+  run(6);
+  assert.ok(saved[0].positionMs > 1_421_000);
+  assert.equal(saved[0].speedPercent, 80);
+});
+
+test('a learner who moves the film has settled the offer', async () => {
+  Object.assign(kept, { positionMs: 1_421_000, durationMs: hour });
+  await watching.load();
+  run(3);
+  film.seekToSecond(600);
+  run(1);
+  assert.deepEqual(offers, [1_421_000, 'hidden']);
+  run(6);
+  assert.equal(saved.length, 1);
+});
+
+test('a service that keeps nothing stops nothing', async (context) => {
+  const warnings = context.mock.method(console, 'warn', () => {});
+  const failing = async () => { throw new Error('There is nothing here.'); };
+  watching = new Watching({ watching: failing, changeWatching: failing }, 7, film, () => clock, { show() {}, hide() {} });
+  await watching.load();
+  for (let i = 0; i < 4; i += 1) {
+    run(6);
+    await new Promise(setImmediate);
+  }
+  assert.equal(warnings.mock.callCount(), 2, 'and is told of once');
+});

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Where in the film there is speech: a thin strip along the seek bar, made once for a track and a width.
+
+// How much of the strip shows where nobody speaks.
+const silence = 0.38;
+
+/** How much of each of so many equal parts of the film is speech, 0 to 1. cues: by start. */
+export function speechShares(cues, durationMs, parts) {
+  const shares = new Float32Array(parts);
+  const partMs = durationMs / parts;
+  let spokenUntil = 0;
+  for (const { startMs, endMs } of cues) {
+    const start = Math.max(startMs, spokenUntil); // lines may overlap
+    const end = Math.min(endMs, durationMs);
+    if (end <= start) continue;
+    spokenUntil = end;
+    for (let part = Math.floor(start / partMs); part < parts && part * partMs < end; part += 1) {
+      shares[part] += (Math.min(end, (part + 1) * partMs) - Math.max(start, part * partMs)) / partMs;
+    }
+  }
+  return shares;
+}
+
+/** The strip as an image whose opacity tells the share of speech; empty where there are no cues. */
+export function speechMask(document, cues, durationMs, width) {
+  if (cues.length === 0 || !(durationMs > 0) || width < 1) return '';
+  const canvas = document.createElement('canvas');
+  canvas.width = width;
+  canvas.height = 1;
+  const context = canvas.getContext('2d');
+  const image = context.createImageData(width, 1);
+  speechShares(cues, durationMs, width).forEach((share, i) => {
+    image.data[4 * i + 3] = Math.round(255 * (silence + (1 - silence) * Math.min(1, share)));
+  });
+  context.putImageData(image, 0, 0);
+  return `url("${canvas.toDataURL()}")`;
+}
