@@ -10,9 +10,11 @@ export const playDefaults = {
   // Of both: how far above the bar (per cent of the height), whether words are coloured by status.
   lines: { raisedPercent: 0, colours: true, arrowsStepLines: false, pausesOnHover: false },
   // The line tools. hardOnly: pauses only after lines with an unknown word; rounds, speeds, gapPercent (of the line's
-  // length, to speak in) and thenNext belong to the drill; a silence is passed over when it is longer than ...Seconds.
+  // length, to speak in) and thenNext belong to the drill; a silence is passed over when it is longer than ...Seconds;
+  // told: the tools that have said what they do.
   practice: {
     autoPause: false, hardOnly: false, rounds: 3, speeds: [0.7, 0.85, 1], gapPercent: 120, thenNext: true,
     condensed: false, condensedSeconds: 4, fastGaps: false, fastGapSeconds: 3, fastGapSpeed: 2,
+    told: [],
   },
 };

@@ -13,6 +13,7 @@ import { playDefaults } from './defaults.mjs';
 import { Keymap } from './keys/keymap.mjs';
 import { noticeOf, waitingText } from './bar/notice.mjs';
 import { PictureClick } from './bar/pictureclick.mjs';
+import { Practice } from './practice/practice.mjs';
 import { PointerRest } from './bar/rest.mjs';
 import { SavedVolume } from './film/savedvolume.mjs';
 import { ShownLines } from './lines/shownlines.mjs';
@@ -27,7 +28,10 @@ const noticeMs = 9000;
 const longestWaitForFilmMs = 120_000;
 
 // What a held key must not do again and again.
-const onePress = new Set(['subtitlePanel', 'nextSubtitle']);
+const onePress = new Set([
+  'subtitlePanel', 'nextSubtitle', 'practicePanel', 'autoPause', 'condensed', 'fastGaps', 'loopLine', 'loopSection',
+  'drill', 'replayThenPause', 'playToNextEnd',
+]);
 
 const videoId = new URLSearchParams(location.search).get('videoId');
 const api = ServiceApi.ofPage(document);
@@ -41,14 +45,20 @@ const subtitles = new Subtitles(api, videoId, () => showSubtitles());
 const shownLines = new ShownLines(document, film, subtitles, now);
 const panel = new SubtitlePanel(document, subtitles, film);
 const timingKeys = new TimingKeys(subtitles, film, say);
+const practice = new Practice(document, film, preferences, keymap, now, say);
 const volume = new SavedVolume(film, api);
 const audioMenu = new AudioMenu(document, (trackId) => film.setAudioTrack(trackId));
 
 const actions = {
   togglePlay: () => film.togglePlay(),
-  previousLine: () => film.stepLine(-1),
-  nextLine: () => film.stepLine(1),
-  replayLine: () => { film.stepLine(0); if (!film.playing) film.setPlaying(true); },
+  previousLine: () => practice.step(-1) || film.stepLine(-1),
+  nextLine: () => practice.step(1) || film.stepLine(1),
+  replayLine: () => {
+    if (practice.step(0)) return;
+    film.stepLine(0);
+    if (!film.playing) film.setPlaying(true);
+  },
+  ...practice.actions,
   back: () => film.seekBy(-5),
   forward: () => film.seekBy(5),
   backSecond: () => film.seekBy(-1),
@@ -76,12 +86,16 @@ const actions = {
 };
 
 const controls = new Controls(document, film, actions);
-const rest = new PointerRest(document.body, () => film.playing && !film.ended && !controls.busy && !audioMenu.open && !panel.open);
+const isPanelOpen = () => panel.open || practice.open;
+const rest = new PointerRest(document.body,
+  () => film.playing && !film.ended && !controls.busy && !audioMenu.open && !isPanelOpen());
 const pictureClick = new PictureClick(() => film.togglePlay(), now);
 
 function show() {
   shownLines.update();
+  practice.update();
   volume.update();
+  document.body.classList.toggle('plays', film.playing);
   element('end').hidden = !film.ended;
   showWaiting();
   // Behind a bar that nobody sees nothing needs to be drawn.
@@ -107,6 +121,8 @@ const countShownLines = () => lineNames.filter((name) => subtitles.line(name)).l
 
 function showSubtitles() {
   shownLines.load();
+  const first = lineNames.find((name) => subtitles.line(name)) ?? lineNames[0];
+  practice.load(subtitles.cues(first), subtitles.line(first));
   panel.show();
   const notice = noticeOf(subtitles, countShownLines());
   if (notice && notice !== lastNotice) say(notice);
@@ -160,7 +176,7 @@ document.addEventListener('keydown', keyPressed);
 document.addEventListener('contextmenu', (event) => event.preventDefault());
 let pressClosesMenu = false;
 // Before the menus close, for which they look at the same press.
-element('picture').addEventListener('pointerdown', () => { pressClosesMenu = audioMenu.open || panel.open; }, true);
+element('picture').addEventListener('pointerdown', () => { pressClosesMenu = audioMenu.open || isPanelOpen(); }, true);
 addEventListener('pagehide', () => {
   subtitles.saveNow();
   preferences.saveNow();

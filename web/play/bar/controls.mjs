@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import { timeText } from '../../shared/timetext.mjs';
+import { speedText } from './speedtext.mjs';
 import { t } from '../../shared/texts.mjs';
 
 const seekStepsPerSecond = 4;
@@ -41,7 +42,7 @@ export class Controls {
     const volume = this.#element('volume');
     volume.value = film.muted ? 0 : film.volumePercent;
     volume.setAttribute('aria-valuetext', film.muted ? t('bar.muted') : `${film.volumePercent} %`);
-    this.#text('speed', `${film.speed.toFixed(1)}×`);
+    this.#text('speed', speedText(film.speed));
     for (const button of this.#document.querySelectorAll('.line-step')) button.disabled = !film.canStepLines;
     this.#fill(volume);
   }
