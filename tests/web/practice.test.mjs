@@ -99,9 +99,12 @@ class Sitting {
     return { ...this.#look(), isDone: outcome.isDone };
   }
 
-  #do({ name, second, speed, on }) {
+  #do({ name, second, speed, on, standsAtMs }) {
     if (name !== 'say') this.log.push([name, second ?? speed ?? on ?? Math.round(this.position)].join(' '));
-    if (name === 'pause') this.playing = false;
+    if (name === 'pause') {
+      assert.ok(Math.abs(standsAtMs - this.position) < 3);
+      this.playing = false;
+    }
     if (name === 'play') this.playing = true;
     if (name === 'seek') this.position = second * secondMs;
     if (name === 'speed') this.speed = speed;

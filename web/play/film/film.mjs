@@ -19,7 +19,7 @@ const endZoneMs = 600;
 // no harm.
 const pauseTimeMs = 700;
 // So long after the page has given a command the film obeys.
-const commandMs = 0;
+const commandMs = 10;
 // Short stalls come and go; what lasts this long is worth a word.
 const longestSilenceMs = 4000;
 
@@ -116,10 +116,11 @@ export class Film {
     else this.setPlaying(!this.playing);
   }
 
-  setPlaying(playing) {
+  /** standsAtMs: of a pause, where the film then stands, if that is known better than by its time. */
+  setPlaying(playing, standsAtMs) {
     this.#heardAt = this.#now();
     if (!playing) this.#pausedAt = this.#now();
-    this.clock.setRunning(playing, this.#now());
+    this.clock.setRunning(playing, this.#now(), standsAtMs);
     this.#bridge.execute(playing ? 'Play' : 'Pause');
     this.#changed();
   }

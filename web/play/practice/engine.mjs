@@ -86,7 +86,7 @@ function pauseAfterLines(turn) {
     if (!line) return;
     if (place === turn.state.made || !isWanted(line)) continue;
     if (turn.crossed(line.stopMs)) {
-      turn.pause();
+      turn.pauseAt(line.stopMs);
       turn.state.made = place;
     } else if (!turn.reached(line.stopMs)) {
       turn.wakeAt(line.stopMs);

@@ -106,7 +106,7 @@ export class LineTools {
     if (run !== before.run || section !== before.section) this.#changed();
   }
 
-  #do({ name, second, speed, on, key, values }) {
+  #do({ name, second, speed, on, standsAtMs, key, values }) {
     const film = this.#film;
     if (name === 'seek') {
       this.#ownSeeks += 1;
@@ -114,7 +114,7 @@ export class LineTools {
     } else if (name === 'speed') film.setSpeed(speed);
     else if (name === 'hush') film.hush(on);
     else if (name === 'say') this.#say(key, values);
-    else film.setPlaying(name === 'play');
+    else film.setPlaying(name === 'play', standsAtMs);
   }
 
   #sleep({ nextMs, nextNow }) {

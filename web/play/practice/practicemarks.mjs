@@ -8,7 +8,9 @@ import { speedOf } from './repeats.mjs';
 /** What is on: [{ action: that ends it, text, isRunning: it moves the film now, isTurn: the learner's to speak }]. */
 export function marksOf({ run, section, settings }) {
   const marks = [];
-  if (run?.kind === 'drill') marks.push({ action: 'drill', text: drillText(run, settings), isRunning: true, isTurn: run.isWaiting });
+  if (run?.kind === 'drill') {
+    marks.push({ action: 'drill', text: drillText(run, settings), isRunning: true, isTurn: run.isWaiting });
+  }
   if (run?.kind === 'loop') marks.push({ action: 'loopLine', text: t('practice.loopLine'), isRunning: true });
   if (section) {
     const text = t(section.toMs === null ? 'practice.sectionBegun' : 'practice.loopSection');
@@ -57,9 +59,9 @@ export class PracticeMarks {
   }
 
   #mark({ action, text, isRunning, isTurn }) {
-    const mark = button(this.#document, {
-      className: `mark${isRunning ? ' running' : ''}${isTurn ? ' turn' : ''}`, textContent: text, title: t('practice.turnOff'),
-    }, () => this.#actions[action]());
+    const className = `mark${isRunning ? ' running' : ''}${isTurn ? ' turn' : ''}`;
+    const properties = { className, textContent: text, title: t('practice.turnOff') };
+    const mark = button(this.#document, properties, () => this.#actions[action]());
     mark.dataset.mark = action;
     return mark;
   }

@@ -76,11 +76,11 @@ function lineIsOver(turn, line) {
   const mayPause = turn.mayPauseAt(turn.position);
   const gapMs = ((line.endMs - line.startMs) * gapPercent) / 100;
   if (isLast) {
-    if (mayPause) turn.pause();
+    if (mayPause) turn.pauseAt(turn.stopOf(line));
     endRun(turn);
   } else if (gapPercent > 0 && mayPause) {
     const gapEndsAt = turn.moment.now + Math.max(shortestGapMs, gapMs);
-    turn.pause();
+    turn.pauseAt(turn.stopOf(line));
     turn.state.run = { ...run, isWaiting: true, gapEndsAt };
     turn.wakeAtTime(gapEndsAt);
   } else {

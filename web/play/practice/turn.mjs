@@ -107,8 +107,9 @@ export class Turn {
     return Math.abs(this.position - stopMs) <= missedMs ? made : this.lines.lastStarted(this.position);
   }
 
-  pause() {
-    this.#deeds.push({ name: 'pause' });
+  /** Pauses after a line or, as the film's time tells it, just before: so the line stays in sight. */
+  pauseAt(stopMs) {
+    this.#deeds.push({ name: 'pause', standsAtMs: stopMs - 1 });
   }
 
   play() {
