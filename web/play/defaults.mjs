@@ -12,4 +12,12 @@ export const playDefaults = {
   interface: { language: '' },
   // The bar: whether the time that is left is shown in place of the length.
   bar: { showsRemaining: false },
+  // The line tools. hardOnly: pauses only after lines with an unknown word; rounds, speeds, gapPercent (of the line's
+  // length, to speak in) and thenNext belong to the drill; a silence is passed over when it is longer than ...Seconds;
+  // told: the tools that have said what they do.
+  practice: {
+    autoPause: false, hardOnly: false, rounds: 3, speeds: [0.7, 0.85, 1], gapPercent: 120, thenNext: true,
+    condensed: false, condensedSeconds: 4, fastGaps: false, fastGapSeconds: 3, fastGapSpeed: 2,
+    told: [],
+  },
 };

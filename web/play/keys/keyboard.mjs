@@ -6,6 +6,7 @@ import { Keymap } from './keymap.mjs';
 const onePress = new Set([
   'subtitlePanel', 'nextSubtitle', 'settings', 'keySheet', 'transcript', 'practicePanel', 'autoPause', 'togglePlay', 'toggleMute',
   'toggleLearned', 'toggleNative', 'wordColours', 'peek', 'saveWord', 'drill', 'loopLine', 'loopSection', 'condensed', 'fastGaps',
+  'replayThenPause', 'playToNextEnd', 'nextAudio',
 ]);
 const textField = 'input[type="text"], input[type="search"], textarea';
 
@@ -16,16 +17,18 @@ export class Keyboard {
   #isCardOpen;
   #keymap = new Keymap();
   #arrowsStepLines = false;
+  #pressed;
   #released;
 
   /**
-   * actions, cardActions: functions by name, the latter while isCardOpen(); released(action): the key of an action that
-   * lasts as long as its key is held is let go.
+   * actions, cardActions: functions by name, the latter while isCardOpen(); pressed(action) is called before an action of
+   * the former; released(action): the key of an action that lasts as long as its key is held is let go.
    */
-  constructor(document, { actions, cardActions, isCardOpen, released }) {
+  constructor(document, { actions, cardActions, isCardOpen, pressed, released }) {
     this.#actions = actions;
     this.#cardActions = cardActions;
     this.#isCardOpen = isCardOpen;
+    this.#pressed = pressed;
     this.#released = released;
     document.addEventListener('keydown', (event) => this.#press(event));
     document.addEventListener('keyup', (event) => {
@@ -49,10 +52,12 @@ export class Keyboard {
     if (event.defaultPrevented) return;
     const isCardOpen = this.#isCardOpen();
     const action = this.#actionOf(event, isCardOpen);
-    const act = (isCardOpen && this.#cardActions[action]) || this.#actions[action];
+    const cardAct = isCardOpen && this.#cardActions[action];
+    const act = cardAct || this.#actions[action];
     if (!act || this.#belongsToFocus(event, action)) return;
     event.preventDefault();
     if (event.repeat && onePress.has(action)) return;
+    if (!cardAct) this.#pressed(action);
     act();
   }
 

@@ -44,6 +44,11 @@ export class FilmWords {
     this.#changed();
   }
 
+  /** Loads; without an answer words answer all the same, only without colours. */
+  loadQuietly() {
+    this.load().catch((error) => console.warn(error.message));
+  }
+
   /** The subtitle whose words these are; null while the film has no English one. */
   get subtitleId() {
     return this.#subtitleId;
@@ -83,7 +88,7 @@ export class FilmWords {
     if (!word) return;
     word.status = status;
     if (status === null) {
-      this.load().catch(() => {}); // whether it counts as known is the service's to say
+      this.loadQuietly(); // whether it counts as known is the service's to say
       return;
     }
     word.isKnown = status === 'known' || status === 'ignored';
