@@ -49,6 +49,7 @@ class Service {
     return { dueCount: this.#due.length };
   }
   async undoGrade() {
+    if (this.refusesUndo) throw new Error('The word has changed.');
     const [lemma] = this.graded.pop();
     this.#due.unshift({ lemma, status: 'new' });
     return { dueCount: this.#due.length };
@@ -101,6 +102,28 @@ test('undo brings the card back, also after the last one', async () => {
   await session.undo();
   await session.undo();
   assert.deepEqual([session.card.lemma, session.gradedCount, session.canUndo], ['sea', 0, false]);
+});
+
+test('an undo that is refused is not offered again, until the next grade', async () => {
+  const { service, session } = await begun('sea', 'rain');
+  session.turn();
+  await session.grade('good');
+  service.refusesUndo = true;
+  await assert.rejects(session.undo(), /has changed/);
+  assert.deepEqual([session.canUndo, session.card.lemma, session.gradedCount], [false, 'rain', 1]);
+  session.turn();
+  await session.grade('good');
+  assert.equal(session.canUndo, true);
+});
+
+test('after the end a word that comes due begins another sitting', async () => {
+  const { service, session } = await begun('sea');
+  session.turn();
+  await session.grade('again');
+  assert.deepEqual([session.card, session.gradedCount], [null, 1]);
+  service.add('sea');
+  await session.load();
+  assert.deepEqual([session.card.lemma, session.gradedCount, session.total], ['sea', 0, 1]);
 });
 
 test('new words that come due do not take the turned card away', async () => {

@@ -30,6 +30,7 @@ const preferences = new Preferences(api, { tour: { seen: false } });
 const sayReady = () => bridge.execute('EnableDraggableHomeScreen');
 
 let learner = { nativeLanguage: '', startLevel: '' };
+let shownLanguage = '';
 let languages = [];
 let dueCount = 0;
 
@@ -41,6 +42,8 @@ const tools = {
   play: (soundUrl) => bridge.execute('PlayAudio', { audioUrl: encodeURIComponent(soundUrl) }),
   say: (text) => { element('said').textContent = text; },
   trouble: showTrouble,
+  /** The two-letter code of the learner's language. */
+  learnerTag: () => languages.find(({ code }) => code === shownLanguage)?.languageTag ?? '',
 };
 
 const films = new FilmsView(document, api, { ...tools, opened: sayReady });
@@ -107,14 +110,12 @@ async function attempt(work) {
 }
 
 const changeSettings = (changes) => attempt(async () => {
-  learner = await api.changeSettings(changes);
+  await api.changeSettings(changes);
   await refreshLearner();
 });
 
-async function setLanguage(code) {
-  await changeSettings({ nativeLanguage: code });
-  review.forgetMeanings();
-  renderAll();
+function setLanguage(code) {
+  return changeSettings({ nativeLanguage: code });
 }
 
 function setStartLevel(level) {
@@ -123,12 +124,19 @@ function setStartLevel(level) {
 
 async function refreshLearner() {
   learner = await api.settings();
-  await speak(learner.nativeLanguage);
-  translate(document);
-  picker.select(learner.nativeLanguage);
-  search.offer(languages.filter(({ code }) => code === learner.nativeLanguage));
+  if (shownLanguage !== learner.nativeLanguage) await showLanguage(learner.nativeLanguage);
   meter.show(await api.level(), learner.startLevel);
   tour.render();
+}
+
+async function showLanguage(code) {
+  await speak(code);
+  shownLanguage = code;
+  translate(document);
+  picker.select(code);
+  search.offer(languages.filter((language) => language.code === code));
+  review.forgetMeanings();
+  renderAll();
 }
 
 /** What the interface says, in its language of this moment. */
@@ -189,7 +197,6 @@ async function start() {
     picker.offer(languages);
   });
   await attempt(refreshLearner);
-  renderAll();
   // A film that waits is what the learner has come for: the tour can wait.
   const [waiting] = await Promise.all([api.pendingFilms().catch(() => 0), attempt(() => preferences.load())]);
   if (!preferences.get('tour').seen && waiting === 0) tour.begin();

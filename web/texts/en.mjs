@@ -38,7 +38,6 @@ export default {
   'home.yourLanguage': 'Your language',
   'home.whichLanguage': 'Which language is yours?',
   'home.noDictionary': '{language} · no dictionary',
-  'home.number': '{number}',
   'home.undo': 'Undo',
   'home.undoKey': 'Undo (U)',
   'home.close': 'Close',
@@ -99,7 +98,7 @@ export default {
   'review.howWords': 'In a film, click a word and save it. It comes back here, with the line in which you met it.',
 
   // Words
-  'words.filter': 'Find a word or a meaning',
+  'words.filter': 'Word or meaning',
   'words.whichStatus': 'Which words',
   'words.order': 'Order',
   'words.allStatuses': 'All words',

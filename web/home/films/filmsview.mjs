@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { t } from '../../shared/texts.mjs';
+import { number, t } from '../../shared/texts.mjs';
 import { filmCard, titleTexts } from './filmcard.mjs';
 
 const filmsAtATime = 24;
@@ -67,7 +67,7 @@ export class FilmsView {
   showDue(dueCount) {
     const due = this.#element('due');
     due.hidden = dueCount === 0;
-    due.querySelector('.number').textContent = t('home.number', { number: dueCount });
+    due.querySelector('.number').textContent = number(dueCount);
     due.querySelector('.what').textContent = t('films.wordsDue', { count: dueCount });
   }
 

@@ -19,7 +19,7 @@ export class ReviewView {
   #looked = new Map(); // lemma -> promise of what the back of its card tells
   #hasWords = true;
 
-  /** tools: { play(soundUrl), say(text), trouble(error), counted(dueCount), toWords() }. */
+  /** tools: { play(soundUrl), say(text), trouble(error), learnerTag(), counted(dueCount) }. */
   constructor(document, api, tools) {
     this.#document = document;
     this.#api = api;
@@ -178,15 +178,18 @@ export class ReviewView {
 
   #backPart(card) {
     const back = this.#make('div', { className: 'back', role: 'region', 'aria-live': 'polite', 'aria-label': t('review.meaning') });
+    const lang = this.#tools.learnerTag();
     this.#meaning(card).then((told) => {
       back.append(
         this.#make('p', { className: 'word' },
           this.#make('b', { lang: 'en', textContent: card.lemma }),
           ...(told.ipa ? [this.#make('span', { className: 'ipa', lang: 'en', textContent: `/${told.ipa}/` })] : []),
           this.#soundButton(t('review.speak'), 'W', () => this.#speak())),
-        this.#make('p', { className: 'meaning', dir: 'auto', textContent: told.meaning || t('review.noMeaning') }));
+        this.#make('p', {
+          className: 'meaning', dir: 'auto', textContent: told.meaning || t('review.noMeaning'), ...(told.meaning ? { lang } : {}),
+        }));
       if (card.sighting?.translation) {
-        back.append(this.#make('p', { className: 'translation', dir: 'auto', textContent: card.sighting.translation }));
+        back.append(this.#make('p', { className: 'translation', lang, dir: 'auto', textContent: card.sighting.translation }));
       }
       if (told.definition) back.append(this.#make('p', { className: 'definition', lang: 'en', textContent: told.definition }));
     });

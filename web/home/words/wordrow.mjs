@@ -9,7 +9,8 @@ export const statuses = ['new', 'learning1', 'learning2', 'learning3', 'learning
 
 /**
  * The row of a word. actions: { meaning(word, isWanted) promises what a dictionary tells, setGloss(word, gloss),
- * setStatus(word, status), play(soundUrl), find(word), remove(word) }.
+ * setStatus(word, status), play(soundUrl), find(word), remove(word),
+ * learnerTag() }.
  */
 export function wordRow(document, word, actions) {
   const make = (...rest) => create(document, ...rest);
@@ -31,7 +32,7 @@ export function wordRow(document, word, actions) {
 // What the learner writes counts; without it the dictionary's word shows in its place.
 function glossField(document, word, actions) {
   const field = create(document, 'input', {
-    className: 'gloss', value: word.gloss, maxLength: 2000, dir: 'auto', autocomplete: 'off', spellcheck: false,
+    className: 'gloss', value: word.gloss, maxLength: 2000, lang: actions.learnerTag(), dir: 'auto', autocomplete: 'off', spellcheck: false,
     ariaLabel: t('words.meaningOf', { word: word.lemma }), title: t('words.changeMeaning'),
   });
   if (!word.gloss) {

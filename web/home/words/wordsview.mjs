@@ -26,7 +26,7 @@ export class WordsView {
   #meanings = new Map(); // lemma -> promise of a text
   #wasLoaded = false;
 
-  /** tools: { toast, removal, play(soundUrl), find(text), lists(), say(text), trouble(error), changed() }. */
+  /** tools: { toast, removal, play(soundUrl), learnerTag(), find(text), lists(), say(text), trouble(error), changed() }. */
   constructor(document, api, tools) {
     this.#document = document;
     this.#api = api;
@@ -96,6 +96,7 @@ export class WordsView {
         word: word.lemma, status: t(`words.status.${status}`),
       })),
       play: this.#tools.play,
+      learnerTag: this.#tools.learnerTag,
       find: (word) => this.#tools.find(word.lemma),
       remove: (word) => this.#remove(word),
     };
