@@ -51,7 +51,10 @@ const review = new ReviewView(document, api, { ...tools, counted: showDue });
 const search = new SearchView(document, api, tools);
 const lists = new ListsPanel(document, api, { imported: () => { words.refresh(); refreshCounts(); } });
 const words = new WordsView(document, api, {
-  ...tools, find: (text) => { search.find(text); views.show('search'); search.focus(); }, lists: () => lists.open(), changed: refreshCounts,
+  ...tools,
+  find: (text) => { search.find(text); views.show('search'); search.focus(); },
+  lists: () => lists.open(),
+  changed: refreshCounts,
 });
 const byName = { films, review, words, search };
 const views = new Views(document, Object.keys(byName), viewChanged);
@@ -173,7 +176,8 @@ function keyPressed(event) {
   }
   const isTyped = target.matches('input:not([type="checkbox"]), select, textarea') || target.closest('.popover');
   if (isTyped) return;
-  const isPress = (key === ' ' || key === 'Enter') && target.matches('button, a');
+  // The tab of the view that shows already has nothing to do.
+  const isPress = (key === ' ' || key === 'Enter') && target.matches('button:not([aria-selected="true"]), a');
   if (isPress) return;
   if (views.current === 'review' && !tour.isOpen && review.key(event)) event.preventDefault();
   else if (key === '?' || key === 'F1') help.toggle();
@@ -187,8 +191,7 @@ function toView(name, event) {
   tour.end();
   views.show(name);
   if (event?.key === '/') search.focus();
-  else if (name === 'review') review.focus();
-  else views.focusTab();
+  else if (name !== 'review' || !review.focus()) views.focusTab();
 }
 
 async function start() {

@@ -57,7 +57,7 @@ export class FilmsView {
       removed: () => this.#remove(film),
     })));
     const buttons = shelf.querySelectorAll('button');
-    if (focused >= 0) (buttons[Math.min(focused, buttons.length - 1)] ?? this.#document.getElementById('tab-films')).focus();
+    if (focused >= 0) (buttons[Math.min(focused, buttons.length - 1)] ?? this.#element('tab-films')).focus();
     this.#element('shelf-part').hidden = films.length === 0;
     this.#element('films').classList.toggle('has-films', films.length > 0);
     this.#element('more-films').hidden = this.#films.length >= this.#total;
