@@ -3,6 +3,7 @@
 
 #include "Http/RequestedFilm.h"
 #include "Http/Router.h"
+#include "Http/SoundUrls.h"
 #include "Http/VocabularyJson.h"
 #include "Store/FilmTable.h"
 #include "Vocabulary/FilmWords.h"
@@ -36,6 +37,7 @@ Response words(const Request &request, const VocabularyParts &parts) {
     QJsonArray list;
     for (const FilmWord &word : answer.words)
         list.append(filmWordJson(word));
+    SoundUrls sounds(request, parts.lines.films);
     QJsonArray first;
     for (const WordToLearn &each : answer.first)
         first.append(QJsonObject{{QStringLiteral("lemma"), each.word.lemma},
@@ -43,7 +45,7 @@ Response words(const Request &request, const VocabularyParts &parts) {
                                  {QStringLiteral("count"), each.word.count},
                                  {QStringLiteral("rank"), each.word.rank},
                                  {QStringLiteral("status"), statusJson(each.word.status)},
-                                 {QStringLiteral("line"), lineJson(each.line)}});
+                                 {QStringLiteral("line"), lineJson(each.line, sounds)}});
     return jsonResponse(
         {{QStringLiteral("videoId"), filmId},
          {QStringLiteral("subtitleId"), answer.subtitleId == 0 ? QJsonValue() : answer.subtitleId},
@@ -81,9 +83,10 @@ Response search(const Request &request, const VocabularyParts &parts) {
     };
     const FoundLines found = findLines(parts.lines, text, number(QStringLiteral("below"), 0),
                                        std::min(number(QStringLiteral("count"), usualLines), mostLines));
+    SoundUrls sounds(request, parts.lines.films);
     QJsonArray list;
     for (const ShownLine &line : found.lines)
-        list.append(lineJson(line));
+        list.append(lineJson(line, sounds));
     return jsonResponse({{QStringLiteral("lines"), list},
                          {QStringLiteral("next"), found.next == 0 ? QJsonValue() : QJsonValue(found.next)}});
 }

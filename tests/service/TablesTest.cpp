@@ -230,6 +230,8 @@ QList<Reply> TablesTest::errors() {
                          get(u"Api/Nothing"_s),
                          get(u"Api/MovieFile/Lines?videoId=12345"_s),
                          post(u"Api/Films/Open"_s, moved, "text/plain"),
+                         get(u"Api/Films/Still?videoId=%1"_s.arg(movedFilm)),
+                         get(u"Api/Lines/Sound?startMs=0&endMs=1&videoId=%1"_s.arg(movedFilm)),
                          get(u"Api/Subtitles/File?subtitleId=999"_s),
                          german(u"File"_s),
                          ask("DELETE", settings),

@@ -30,6 +30,7 @@ const preferences = new Preferences(api, { tour: { seen: false } });
 const sayReady = () => bridge.execute('EnableDraggableHomeScreen');
 
 let learner = { nativeLanguage: '', startLevel: '' };
+let shownLanguage = '';
 let languages = [];
 let dueCount = 0;
 
@@ -41,6 +42,8 @@ const tools = {
   play: (soundUrl) => bridge.execute('PlayAudio', { audioUrl: encodeURIComponent(soundUrl) }),
   say: (text) => { element('said').textContent = text; },
   trouble: showTrouble,
+  /** The two-letter code of the learner's language. */
+  learnerTag: () => languages.find(({ code }) => code === shownLanguage)?.languageTag ?? '',
 };
 
 const films = new FilmsView(document, api, { ...tools, opened: sayReady });
@@ -48,7 +51,10 @@ const review = new ReviewView(document, api, { ...tools, counted: showDue });
 const search = new SearchView(document, api, tools);
 const lists = new ListsPanel(document, api, { imported: () => { words.refresh(); refreshCounts(); } });
 const words = new WordsView(document, api, {
-  ...tools, find: (text) => { search.find(text); views.show('search'); search.focus(); }, lists: () => lists.open(), changed: refreshCounts,
+  ...tools,
+  find: (text) => { search.find(text); views.show('search'); search.focus(); },
+  lists: () => lists.open(),
+  changed: refreshCounts,
 });
 const byName = { films, review, words, search };
 const views = new Views(document, Object.keys(byName), viewChanged);
@@ -107,14 +113,12 @@ async function attempt(work) {
 }
 
 const changeSettings = (changes) => attempt(async () => {
-  learner = await api.changeSettings(changes);
+  await api.changeSettings(changes);
   await refreshLearner();
 });
 
-async function setLanguage(code) {
-  await changeSettings({ nativeLanguage: code });
-  review.forgetMeanings();
-  renderAll();
+function setLanguage(code) {
+  return changeSettings({ nativeLanguage: code });
 }
 
 function setStartLevel(level) {
@@ -123,12 +127,19 @@ function setStartLevel(level) {
 
 async function refreshLearner() {
   learner = await api.settings();
-  await speak(learner.nativeLanguage);
-  translate(document);
-  picker.select(learner.nativeLanguage);
-  search.offer(languages.filter(({ code }) => code === learner.nativeLanguage));
+  if (shownLanguage !== learner.nativeLanguage) await showLanguage(learner.nativeLanguage);
   meter.show(await api.level(), learner.startLevel);
   tour.render();
+}
+
+async function showLanguage(code) {
+  await speak(code);
+  shownLanguage = code;
+  translate(document);
+  picker.select(code);
+  search.offer(languages.filter((language) => language.code === code));
+  review.forgetMeanings();
+  renderAll();
 }
 
 /** What the interface says, in its language of this moment. */
@@ -165,7 +176,8 @@ function keyPressed(event) {
   }
   const isTyped = target.matches('input:not([type="checkbox"]), select, textarea') || target.closest('.popover');
   if (isTyped) return;
-  const isPress = (key === ' ' || key === 'Enter') && target.matches('button, a');
+  // The tab of the view that shows already has nothing to do.
+  const isPress = (key === ' ' || key === 'Enter') && target.matches('button:not([aria-selected="true"]), a');
   if (isPress) return;
   if (views.current === 'review' && !tour.isOpen && review.key(event)) event.preventDefault();
   else if (key === '?' || key === 'F1') help.toggle();
@@ -179,8 +191,7 @@ function toView(name, event) {
   tour.end();
   views.show(name);
   if (event?.key === '/') search.focus();
-  else if (name === 'review') review.focus();
-  else views.focusTab();
+  else if (name !== 'review' || !review.focus()) views.focusTab();
 }
 
 async function start() {
@@ -189,7 +200,6 @@ async function start() {
     picker.offer(languages);
   });
   await attempt(refreshLearner);
-  renderAll();
   // A film that waits is what the learner has come for: the tour can wait.
   const [waiting] = await Promise.all([api.pendingFilms().catch(() => 0), attempt(() => preferences.load())]);
   if (!preferences.get('tour').seen && waiting === 0) tour.begin();

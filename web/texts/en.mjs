@@ -218,7 +218,6 @@ export default {
   'home.yourLanguage': 'Your language',
   'home.whichLanguage': 'Which language is yours?',
   'home.noDictionary': '{language} · no dictionary',
-  'home.number': '{number}',
   'home.undo': 'Undo',
   'home.undoKey': 'Undo (U)',
   'home.close': 'Close',
@@ -249,8 +248,10 @@ export default {
   'films.known': '{percent} % known',
   'films.moved': 'Moved away',
   'films.ofAddress': 'From an address',
-  'films.howMoved': '“{title}” no longer lies where it did. Drop it here from its new place, and it goes on where you stopped.',
-  'films.howAddress': '“{title}” came from an address. Open it again with File › Open URL, and it goes on where you stopped.',
+  'films.howMoved':
+    '“{title}” no longer lies where it did. Drop it here from its new place, and it goes on where you stopped.',
+  'films.howAddress':
+    '“{title}” came from an address. Open it again with File › Open URL, and it goes on where you stopped.',
   'films.remove': 'Take “{title}” off the shelf',
   'films.removeShort': 'Take off the shelf',
   'films.removed': '“{title}” is off the shelf.',
@@ -279,7 +280,7 @@ export default {
   'review.howWords': 'In a film, click a word and save it. It comes back here, with the line in which you met it.',
 
   // Words
-  'words.filter': 'Find a word or a meaning',
+  'words.filter': 'Word or meaning',
   'words.whichStatus': 'Which words',
   'words.order': 'Order',
   'words.allStatuses': 'All words',
@@ -317,7 +318,8 @@ export default {
   'lists.csv': 'CSV for spreadsheets',
   'lists.tsv': 'TSV with tabs',
   'lists.package': 'Anki package',
-  'lists.packageText': 'A deck of the words that you are learning, to open in Anki. A later one brings the first up to date.',
+  'lists.packageText':
+    'A deck of the words that you are learning, to open in Anki. A later one brings the first up to date.',
   'lists.clips': 'With the picture and the sound of each line',
   'lists.makePackage': 'Make the package',
   'lists.stop': 'Stop',
@@ -339,7 +341,8 @@ export default {
   'lists.ankiCount': 'Sent: {sent}. Waiting: {waiting}.',
   'lists.ankiRefused': { one: 'Anki did not take {count} word:', other: 'Anki did not take {count} words:' },
   'lists.import': 'Words that you know already',
-  'lists.importText': 'Paste a list here, a word a line, or the text of a CSV or TSV file. Words that you are learning stay so.',
+  'lists.importText':
+    'Paste a list here, a word a line, or the text of a CSV or TSV file. Words that you are learning stay so.',
   'lists.importLabel': 'List of words',
   'lists.importExample': 'house\nriver\nbring',
   'lists.importNow': 'Mark as known',
@@ -369,7 +372,8 @@ export default {
   // Tour and help of the home page
   'tour.title': 'Welcome',
   'tour.filmTitle': 'Films in English, with your language beneath',
-  'tour.filmText': 'Drop a film onto this window. Murvo takes the subtitles beside it and inside it, and shows two lines.',
+  'tour.filmText':
+    'Drop a film onto this window. Murvo takes the subtitles beside it and inside it, and shows two lines.',
   'tour.wordTitle': 'Every word can be clicked',
   'tour.wordText': 'The film waits while you read what a word means. Save it, and Murvo keeps its line, too.',
   'tour.lineKeys': 'line before, again, next',
@@ -404,9 +408,11 @@ export default {
 
   // The page about accounts
   'account.title': 'No account needed',
-  'account.local': 'Murvo finds subtitles, words and meanings with a small service of its own that runs on this computer, inside the player.',
+  'account.local':
+    'Murvo finds subtitles and meanings with a small service of its own that runs on this computer, inside the player.',
   'account.nothing': 'There is nothing to sign up for. Nothing about you or your films leaves this machine.',
-  'account.folder': 'Your words, your reviews and your settings lie in a folder of your own. You can save them to a file at any time.',
+  'account.folder':
+    'Your words, your reviews and your settings lie in a folder of your own. You can save them to a file at any time.',
   'account.back': 'You can close this page and go back to Murvo.',
   'sound.track': 'Track {place}',
   'keys.space': 'Space',

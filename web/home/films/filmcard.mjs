@@ -9,8 +9,8 @@ import { filmTitle } from './filmtitle.mjs';
 /** A film's title, and its year, season and episode as a quieter text, perhaps empty. */
 export function titleTexts(fileName) {
   const { title, year, season, episode, name } = filmTitle(fileName);
-  const parts = [season === null ? '' : t('films.episode', { season, episode }), name, year === null ? '' : String(year)];
-  return { title, detail: parts.filter(Boolean).join(' · ') };
+  const parts = [season === null ? '' : t('films.episode', { season, episode }), name, year ?? ''];
+  return { title, detail: parts.filter((part) => part !== '').join(' · ') };
 }
 
 function leftText(film) {
