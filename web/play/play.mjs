@@ -15,6 +15,7 @@ import { Notice, noticeOf, waitingText } from './bar/notice.mjs';
 import { PictureClick } from './bar/pictureclick.mjs';
 import { PointerRest } from './bar/rest.mjs';
 import { SeekBar } from './bar/seekbar.mjs';
+import { EndCard } from './end/endcard.mjs';
 import { ResumeCard } from './film/resumecard.mjs';
 import { SavedVolume } from './film/savedvolume.mjs';
 import { ShownLines } from './lines/shownlines.mjs';
@@ -59,6 +60,7 @@ const watching = new Watching(api, videoId, film, now, {
   show: (positionMs, durationMs) => resumeCard.show(positionMs, durationMs),
   hide: () => resumeCard.hide(),
 });
+const endCard = new EndCard(document, api, videoId, subtitles);
 const audioMenu = new AudioMenu(document, (trackId, name) => {
   film.setAudioTrack(trackId);
   tellIfUnseen(t('notice.sound', { name }));
@@ -113,7 +115,7 @@ function show() {
   transcript.update();
   volume.update();
   watching.update();
-  element('end').hidden = !film.ended;
+  endCard.update(film.ended);
   showWaiting();
   // Behind a bar that nobody sees nothing needs to be drawn.
   if (isUnseen() && film.playing) return;
@@ -178,7 +180,7 @@ async function loadLearner() {
     await speak((await api.settings()).nativeLanguage);
     translate(document);
     controls.named();
-    show();
+    showSubtitles();
   } catch (error) {
     console.warn(error.message);
   }
@@ -224,8 +226,10 @@ element('picture').addEventListener('click', (event) => {
 element('picture').addEventListener('wheel', (event) => changeVolume(event.deltaY < 0 ? 1 : -1));
 document.body.addEventListener('pointermove', () => { controls.show(); seekBar.show(); });
 // What comes of the player's silence comes without an event.
+let wasOver = false;
 setInterval(() => {
-  if (film.ended !== !element('end').hidden) { rest.wake(); show(); }
+  if (film.ended !== wasOver) { rest.wake(); show(); }
+  wasOver = film.ended;
   showWaiting();
 }, silenceWatchMs);
 

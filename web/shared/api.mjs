@@ -130,6 +130,16 @@ export class ServiceApi {
     return this.#ask(`Words/Word?lemma=${encodeURIComponent(lemma)}`, { method: 'DELETE' });
   }
 
+  /** query: { status, videoId, order, offset, count }, each of which may be missing. */
+  words(query) {
+    return this.#ask(`Words?${new URLSearchParams(query)}`);
+  }
+
+  /** What is due for review, so many cards of it. */
+  review(count) {
+    return this.#ask(`Review?count=${count}`);
+  }
+
   /** sighting: { form, line, lemma, translation, videoId, subtitleId, startMs, endMs, status, gloss }, as far as known. */
   saveWord(sighting) {
     return this.#post('Words/Save', sighting);
