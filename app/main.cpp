@@ -6,6 +6,7 @@
 #include "app/Platform/Log.h"
 #include "app/Platform/PageScheme.h"
 #include "app/Platform/SingleInstance.h"
+#include "app/Platform/TaskQueue.h"
 #include "app/Platform/TerminationSignals.h"
 #include "app/Platform/X11WindowManager.h"
 #include "service/EmbeddedService.h"
@@ -15,6 +16,7 @@
 #include <QDir>
 #include <QIcon>
 #include <QMessageBox>
+#include <QPointer>
 #include <QStandardPaths>
 #include <QWebEngineProfile>
 
@@ -103,13 +105,26 @@ void complain(const QString &sentence) {
     QMessageBox::critical(nullptr, QStringLiteral("Murvo"), sentence);
 }
 
+/// Plays what a page of the embedded service wants played: the controller there is then, if there is one.
+service::EmbeddedService::OpenFilm openBy(const QPointer<AppDelegate> &delegate) {
+    return [&delegate](const QString &path, const std::function<void()> &taken) {
+        TaskQueue::mainQueue().async([&delegate, path, taken] {
+            if (!delegate)
+                return;
+            delegate->applicationOpenFile(path);
+            taken();
+        });
+    };
+}
+
 /// The address of the service to use, or null and a sentence for the user. Starts the embedded service when
 /// no other is named.
-QString findService(std::unique_ptr<service::EmbeddedService> &embedded, QString &error) {
+QString findService(std::unique_ptr<service::EmbeddedService> &embedded,
+                    const service::EmbeddedService::OpenFilm &openFilm, QString &error) {
     QString given = givenService();
     if (!given.isNull())
         return given;
-    embedded = service::EmbeddedService::start(dataFolder(), error);
+    embedded = service::EmbeddedService::start(dataFolder(), error, openFilm);
     return embedded ? embedded->baseUrl() : QString();
 }
 
@@ -143,9 +158,10 @@ int runApplication(QApplication &application, SingleInstance &instance, const QS
     const TerminationSignals signalsOfEnd;
     QObject::connect(&signalsOfEnd, &TerminationSignals::received, &application,
                      [] { QCoreApplication::exit(0); });
+    QPointer<AppDelegate> opener; // outlives the service, which calls it
     std::unique_ptr<service::EmbeddedService> embedded;
     QString error;
-    const QString baseUrl = findService(embedded, error);
+    const QString baseUrl = findService(embedded, openBy(opener), error);
     if (baseUrl.isNull()) {
         instance.giveUp(); // a later start says the same, in place of waiting for this one
         complain(error);
@@ -165,6 +181,7 @@ int runApplication(QApplication &application, SingleInstance &instance, const QS
         serviceLink.filmPending = [&embedded] { embedded->filmPending(); };
     }
     AppDelegate delegate(profile, vlc, std::move(serviceLink));
+    opener = &delegate;
     QObject::connect(&delegate, &AppDelegate::terminate, &application, [] { QCoreApplication::exit(0); });
 
     delegate.applicationDidFinishLaunching();

@@ -9,6 +9,7 @@
 #include "Export/AnkiSender.h"
 #include "Export/PackageExport.h"
 #include "Export/ShortMeaning.h"
+#include "FilmHandover.h"
 #include "Http/DictionaryRoutes.h"
 #include "Http/ExportRoutes.h"
 #include "Http/FilmRoutes.h"
@@ -17,10 +18,13 @@
 #include "Http/HttpServer.h"
 #include "Http/LearnerRoutes.h"
 #include "Http/PageRoutes.h"
+#include "Http/ReviewRoutes.h"
 #include "Http/Router.h"
 #include "Http/SettingsRoutes.h"
+#include "Http/ShelfRoutes.h"
 #include "Http/SpeechRoutes.h"
 #include "Http/SubtitleRoutes.h"
+#include "Http/WatchingRoutes.h"
 #include "Http/WordRoutes.h"
 #include "Log.h"
 #include "Sources/FilmPaths.h"
@@ -35,15 +39,19 @@
 #include "Store/GlossTable.h"
 #include "Store/LearnerFile.h"
 #include "Store/LineTable.h"
+#include "Store/PageSettings.h"
+#include "Store/ReviewTable.h"
 #include "Store/SettingsTable.h"
 #include "Store/SubtitleTable.h"
 #include "Store/TimingTable.h"
+#include "Store/WatchingTable.h"
 #include "Store/WordTable.h"
 #include "Subtitles/FilmLines.h"
 #include "Timing/TrackSync.h"
 #include "Vocabulary/FilmWords.h"
 #include "Vocabulary/Lexicon.h"
 #include "Vocabulary/LineIndex.h"
+#include "Vocabulary/Review.h"
 
 #include <QDir>
 #include <QFile>
@@ -69,17 +77,22 @@ bool makePrivateFolder(const QString &folder) {
 
 /// Everything in the order in which it is built on: the server comes last and so stops first.
 struct EmbeddedService::Impl {
-    explicit Impl(const QString &databasePath)
-        : database(databasePath, Database::builtInSteps())
+    Impl(const QString &databasePath, const OpenFilm &openFilm)
+        : handover(openFilm)
+        , database(databasePath, Database::builtInSteps())
         , learnerFile(database, databasePath, Database::builtInSteps()) {
         learnerFile.removeLeftovers();
         addPageRoutes(router);
         addHomeRoutes(router, pendingFilms);
         addSettingsRoutes(router, settings, [this] { ankiSender.tryNow(); });
+        addPageSettingsRoutes(router, pageSettings);
         addFilmRoutes(router,
                       {films, subtitles, choices, timings, settings, lookup, inside, lines, filmChanges});
+        addWatchingRoutes(router, films, watching);
+        addShelfRoutes(router, {films, watching, filmWords, handover});
         addSubtitleRoutes(router, {films, subtitles, timings, lines, sync, filmChanges});
         addWordRoutes(router, vocabulary);
+        addReviewRoutes(router, vocabulary, review);
         addFilmWordRoutes(router, vocabulary);
         addLearnerRoutes(router, learnerRouteParts());
         addDictionaryRoutes(router, wordLookup, vocabulary);
@@ -127,6 +140,7 @@ struct EmbeddedService::Impl {
         return spoken.result;
     }
 
+    FilmHandover handover;
     Database database;
     LearnerFile learnerFile;
     ChangeCounts contentChanges;
@@ -135,6 +149,8 @@ struct EmbeddedService::Impl {
     ChoiceTable choices{database};
     TimingTable timings{database};
     SettingsTable settings{database};
+    PageSettings pageSettings{database};
+    WatchingTable watching{database};
     FilmPaths paths;
     ChangeCounts pendingFilms;
     ChangeCounts filmChanges;
@@ -154,6 +170,8 @@ struct EmbeddedService::Impl {
     LineParts lineParts{films, subtitles, choices, timings, settings, lineTable};
     FilmWords filmWords{lineParts, lineIndex, words, lexicon};
     VocabularyParts vocabulary{lineParts, words, glosses, filmWords, lexicon};
+    ReviewTable reviews{database};
+    Review review{reviews};
     Speaker speaker;
     AnkiTable ankiNotes{database};
     PackageExport package{words, settings, wordFacts(), learnerFile.temporaryPath()};
@@ -162,7 +180,8 @@ struct EmbeddedService::Impl {
     std::unique_ptr<HttpServer> server;
 };
 
-std::unique_ptr<EmbeddedService> EmbeddedService::start(const QString &dataFolder, QString &error) {
+std::unique_ptr<EmbeddedService> EmbeddedService::start(const QString &dataFolder, QString &error,
+                                                        const OpenFilm &openFilm) {
     if (!makePrivateFolder(dataFolder)) {
         error = QStringLiteral("The folder %1 for your data cannot be made or written to.").arg(dataFolder);
         return nullptr;
@@ -171,7 +190,7 @@ std::unique_ptr<EmbeddedService> EmbeddedService::start(const QString &dataFolde
     av_log_set_level(AV_LOG_QUIET);
     const QString databasePath = QDir(dataFolder).filePath(QStringLiteral("murvo.sqlite"));
     try {
-        auto impl = std::make_unique<Impl>(databasePath);
+        auto impl = std::make_unique<Impl>(databasePath, openFilm);
         impl->server = HttpServer::start(impl->router, dataFolder);
         if (!impl->server) {
             error = QStringLiteral("No port could be opened on this computer for the subtitle service.");
@@ -189,10 +208,11 @@ EmbeddedService::EmbeddedService(std::unique_ptr<Impl> impl)
     : _impl(std::move(impl)) {}
 
 EmbeddedService::~EmbeddedService() {
-    // The server waits for the requests that wait for changes.
+    // The server waits for the requests that wait for something.
     _impl->pendingFilms.close();
     _impl->filmChanges.close();
     _impl->speaker.close();
+    _impl->handover.close();
 }
 
 QString EmbeddedService::baseUrl() const {

@@ -3,6 +3,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 namespace murvo::service {
@@ -10,14 +11,20 @@ namespace murvo::service {
 /// The subtitle service inside the player's process: an HTTP server on the loopback interface with its store.
 ///
 /// It is the service's one public header; everything else is reached over HTTP below baseUrl(). It runs on
-/// threads of its own and calls nothing of the player; start, the calls below and the destructor belong to
-/// one thread (the player's main thread). The destructor waits for running requests, then closes the store.
+/// threads of its own and calls nothing of the player but OpenFilm; start, the calls below and the destructor
+/// belong to one thread (the player's main thread). The destructor waits for running requests, then closes
+/// the store.
 class EmbeddedService {
   public:
+    /// How a page's wish reaches the player to play the film at path. Called on a thread of the service, with
+    /// what the player calls, from any thread, once it has the film; must not wait for the player itself.
+    using OpenFilm = std::function<void(const QString &path, const std::function<void()> &taken)>;
+
     /// Opens (or makes) the store in dataFolder, an absolute path, and starts to listen on a free port.
     /// The folder is made for the user alone (mode 0700). Returns null and puts one sentence for the user
     /// into error when the store cannot be opened or no port can be had.
-    [[nodiscard]] static std::unique_ptr<EmbeddedService> start(const QString &dataFolder, QString &error);
+    [[nodiscard]] static std::unique_ptr<EmbeddedService> start(const QString &dataFolder, QString &error,
+                                                                const OpenFilm &openFilm = {});
 
     ~EmbeddedService();
     EmbeddedService(const EmbeddedService &) = delete;

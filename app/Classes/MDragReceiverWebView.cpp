@@ -48,10 +48,14 @@ void MDragReceiverWebView::concludeDragOperation(const QMimeData *mimeData) {
 }
 
 void MDragReceiverWebView::dragEnterEvent(QDragEnterEvent *event) {
-    if (performDragOperation(event->mimeData()))
-        event->acceptProposedAction();
-    else
+    if (!performDragOperation(event->mimeData())) {
         event->ignore();
+        return;
+    }
+    // The page learns that something hangs over it, and nothing of what it is; moves are kept from it, as the
+    // engine waits for the page's answer to each.
+    QWebEngineView::dragEnterEvent(event);
+    event->acceptProposedAction();
 }
 
 void MDragReceiverWebView::dragMoveEvent(QDragMoveEvent *event) {
@@ -67,6 +71,8 @@ void MDragReceiverWebView::dropEvent(QDropEvent *event) {
         return;
     }
     event->acceptProposedAction();
+    QDragLeaveEvent leave; // for the page, to which the drop is none
+    dragLeaveEvent(&leave);
     concludeDragOperation(event->mimeData());
 }
 

@@ -10,7 +10,8 @@ class QMimeData;
 namespace murvo {
 
 /// The web view of the home page and of the player page. It takes a single dropped file when drops are
-/// allowed, and lets no key press that the page leaves over go further. Main thread only.
+/// allowed; the page sees that one comes over it and goes again ("dragenter", "dragleave"), but neither its
+/// name nor the drop. It lets no key press that the page leaves over go further. Main thread only.
 class MDragReceiverWebView : public QWebEngineView {
     Q_OBJECT
 

@@ -4,6 +4,7 @@
 #include "ChangeCounts.h"
 #include "Http/LongPoll.h"
 #include "Http/LookupForm.h"
+#include "Http/RequestedFilm.h"
 #include "Http/Router.h"
 #include "Http/SubtitleJson.h"
 #include "Http/TimingJson.h"
@@ -31,13 +32,6 @@ namespace murvo::service {
 namespace {
 
 constexpr qsizetype longestFileName = 255;
-
-Film requestedFilm(const Request &request, FilmTable &films) {
-    const auto film = films.find(request.positiveId(QStringLiteral("videoId")));
-    if (!film)
-        throw RouteError(404, QStringLiteral("unknownFilm"), QStringLiteral("No film has this number."));
-    return *film;
-}
 
 Response lookUp(const Request &request, const FilmRouteParts &parts) {
     const auto form = readLookupForm(request.body);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Http/FilmWordRoutes.h"
 
+#include "Http/RequestedFilm.h"
 #include "Http/Router.h"
 #include "Http/VocabularyJson.h"
 #include "Store/FilmTable.h"
@@ -30,10 +31,8 @@ QJsonObject filmWordJson(const FilmWord &word) {
 }
 
 Response words(const Request &request, const VocabularyParts &parts) {
-    const auto film = parts.lines.films.find(request.positiveId(QStringLiteral("videoId")));
-    if (!film)
-        throw RouteError(404, QStringLiteral("unknownFilm"), QStringLiteral("No film has this number."));
-    const FilmWordsAnswer answer = parts.filmWords.read(film->id);
+    const qint32 filmId = requestedFilm(request, parts.lines.films).id;
+    const FilmWordsAnswer answer = parts.filmWords.read(filmId);
     QJsonArray list;
     for (const FilmWord &word : answer.words)
         list.append(filmWordJson(word));
@@ -45,14 +44,13 @@ Response words(const Request &request, const VocabularyParts &parts) {
                                  {QStringLiteral("rank"), each.word.rank},
                                  {QStringLiteral("status"), statusJson(each.word.status)},
                                  {QStringLiteral("line"), lineJson(each.line)}});
-    const bool isCounted = answer.running > 0;
     return jsonResponse(
-        {{QStringLiteral("videoId"), film->id},
+        {{QStringLiteral("videoId"), filmId},
          {QStringLiteral("subtitleId"), answer.subtitleId == 0 ? QJsonValue() : answer.subtitleId},
-         {QStringLiteral("runningWords"), answer.running},
-         {QStringLiteral("knownWords"), answer.known},
+         {QStringLiteral("runningWords"), answer.share.running},
+         {QStringLiteral("knownWords"), answer.share.known},
          {QStringLiteral("knownPercent"),
-          isCounted ? QJsonValue(100 * answer.known / answer.running) : QJsonValue()},
+          answer.share.percent() ? QJsonValue(*answer.share.percent()) : QJsonValue()},
          {QStringLiteral("words"), list},
          {QStringLiteral("learnFirst"), first}});
 }

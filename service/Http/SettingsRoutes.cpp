@@ -3,6 +3,7 @@
 
 #include "Http/Router.h"
 #include "Languages.h"
+#include "Store/PageSettings.h"
 #include "Store/SettingsTable.h"
 #include "Vocabulary/Level.h"
 
@@ -128,6 +129,16 @@ Response change(const Request &request, SettingsTable &table, const std::functio
     return current(table);
 }
 
+Response pagesSettings(PageSettings &table) {
+    return jsonResponse({{QStringLiteral("settings"), table.all()}});
+}
+
+Response changePages(const Request &request, PageSettings &table) {
+    if (!table.change(jsonBody(request)))
+        throw badSetting(QStringLiteral("The settings of the pages must stay below 64 KiB together."));
+    return pagesSettings(table);
+}
+
 } // namespace
 
 void addSettingsRoutes(Router &router, SettingsTable &settings, const std::function<void()> &ankiChanged) {
@@ -137,6 +148,12 @@ void addSettingsRoutes(Router &router, SettingsTable &settings, const std::funct
     router.add("PUT", QStringLiteral("Api/Settings"), [&settings, ankiChanged](const Request &request) {
         return change(request, settings, ankiChanged);
     });
+}
+
+void addPageSettingsRoutes(Router &router, PageSettings &settings) {
+    const QString path = QStringLiteral("Api/Pages/Settings");
+    router.add("GET", path, [&settings](const Request &) { return pagesSettings(settings); });
+    router.add("PUT", path, [&settings](const Request &request) { return changePages(request, settings); });
 }
 
 } // namespace murvo::service

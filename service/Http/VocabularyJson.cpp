@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Http/VocabularyJson.h"
 
+#include "Store/GlossTable.h"
+#include "Store/SettingsTable.h"
 #include "Vocabulary/Lexicon.h"
 
 #include <QJsonArray>
@@ -27,6 +29,7 @@ QJsonObject wordJson(const SavedWord &word, const Lexicon &lexicon) {
             {QStringLiteral("guid"), word.guid},
             {QStringLiteral("addedAtMs"), word.addedAtMs},
             {QStringLiteral("changedAtMs"), word.changedAtMs},
+            {QStringLiteral("dueAtMs"), timeOrNull(word.dueAtMs)},
             {QStringLiteral("sightings"), sightings}};
 }
 
@@ -37,7 +40,8 @@ QJsonObject unmarkedWordJson(const QString &lemma, const QString &gloss, const L
             {QStringLiteral("rank"), lexicon.rank(lemma)},
             {QStringLiteral("guid"), QJsonValue::Null},
             {QStringLiteral("addedAtMs"), QJsonValue::Null},
-            {QStringLiteral("changedAtMs"), QJsonValue::Null}};
+            {QStringLiteral("changedAtMs"), QJsonValue::Null},
+            {QStringLiteral("dueAtMs"), QJsonValue::Null}};
 }
 
 QJsonObject sightingJson(const Sighting &sighting) {
@@ -59,6 +63,22 @@ QJsonObject lineJson(const ShownLine &line) {
             {QStringLiteral("endMs"), line.endMs},
             {QStringLiteral("text"), line.text},
             {QStringLiteral("translation"), line.translation}};
+}
+
+QJsonObject wholeWordJson(const QString &lemma, const VocabularyParts &parts) {
+    const QString language = parts.lines.settings.nativeLanguage();
+    const auto word = parts.words.find(lemma, language);
+    QJsonArray sightings;
+    for (const Sighting &each : parts.words.sightings(lemma))
+        sightings.append(sightingJson(each));
+    QJsonObject object = word ? wordJson(*word, parts.lexicon)
+                              : unmarkedWordJson(lemma, parts.glosses.gloss(lemma, language), parts.lexicon);
+    object.insert(QStringLiteral("sightings"), sightings);
+    return object;
+}
+
+QJsonValue timeOrNull(std::optional<qint64> timeMs) {
+    return timeMs ? QJsonValue(*timeMs) : QJsonValue(QJsonValue::Null);
 }
 
 QJsonValue statusJson(std::optional<WordStatus> status) {

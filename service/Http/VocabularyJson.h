@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "Http/VocabularyParts.h"
 #include "Store/WordTable.h"
 #include "Vocabulary/LineReader.h"
 
@@ -22,6 +23,12 @@ class Lexicon;
 [[nodiscard]] QJsonObject sightingJson(const Sighting &sighting);
 
 [[nodiscard]] QJsonObject lineJson(const ShownLine &line);
+
+/// All that is told of a word, marked or not, with every line in which it was saved.
+[[nodiscard]] QJsonObject wholeWordJson(const QString &lemma, const VocabularyParts &parts);
+
+/// Null for none.
+[[nodiscard]] QJsonValue timeOrNull(std::optional<qint64> timeMs);
 
 /// Its name, or null for none.
 [[nodiscard]] QJsonValue statusJson(std::optional<WordStatus> status);

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Http/WordRoutes.h"
 
+#include "Http/RequestedFilm.h"
 #include "Http/Router.h"
 #include "Http/VocabularyJson.h"
 #include "Store/FilmTable.h"
-#include "Store/GlossTable.h"
 #include "Store/SettingsTable.h"
 #include "Store/WordTable.h"
 #include "Vocabulary/Lexicon.h"
@@ -22,6 +22,7 @@ namespace murvo::service {
 namespace {
 
 constexpr qsizetype longestText = 2000;
+constexpr qsizetype longestSearch = 200;
 constexpr qsizetype mostGrades = 10'000;
 constexpr qint32 mostWords = 500;
 constexpr qint32 usualWords = 100;
@@ -103,8 +104,8 @@ Sighting checkedSighting(const QJsonObject &body, const VocabularyParts &parts) 
     sighting.endMs = std::max(sighting.startMs, givenTime(body, "endMs"));
     sighting.filmId = givenId(body, "videoId");
     sighting.subtitleId = givenId(body, "subtitleId");
-    if (sighting.filmId != 0 && !parts.lines.films.find(sighting.filmId))
-        throw RouteError(404, QStringLiteral("unknownFilm"), QStringLiteral("No film has this number."));
+    if (sighting.filmId != 0)
+        std::ignore = filmNumbered(sighting.filmId, parts.lines.films);
     if (sighting.subtitleId != 0) {
         const auto subtitle = parts.lines.subtitles.find(sighting.subtitleId);
         if (!subtitle || subtitle->filmId != sighting.filmId)
@@ -127,15 +128,7 @@ WordChange changeOf(const QString &lemma, const QJsonObject &body, const Vocabul
 }
 
 Response wordResponse(const QString &lemma, const VocabularyParts &parts) {
-    const QString language = parts.lines.settings.nativeLanguage();
-    const auto word = parts.words.find(lemma, language);
-    QJsonArray sightings;
-    for (const Sighting &each : parts.words.sightings(lemma))
-        sightings.append(sightingJson(each));
-    QJsonObject object = word ? wordJson(*word, parts.lexicon)
-                              : unmarkedWordJson(lemma, parts.glosses.gloss(lemma, language), parts.lexicon);
-    object.insert(QStringLiteral("sightings"), sightings);
-    return jsonResponse(object);
+    return jsonResponse(wholeWordJson(lemma, parts));
 }
 
 Response one(const Request &request, const VocabularyParts &parts) {
@@ -191,12 +184,13 @@ WordOrder orderNamed(const QString &name) {
                             std::pair(QLatin1String("added"), WordOrder::Added),
                             std::pair(QLatin1String("changed"), WordOrder::Changed),
                             std::pair(QLatin1String("saved"), WordOrder::Saved),
-                            std::pair(QLatin1String("alphabet"), WordOrder::Alphabet)};
+                            std::pair(QLatin1String("alphabet"), WordOrder::Alphabet),
+                            std::pair(QLatin1String("due"), WordOrder::Due)};
     const auto *const found =
         std::find_if(orders.begin(), orders.end(), [&name](const auto &each) { return name == each.first; });
     if (found == orders.end())
         throw RouteError(400, QStringLiteral("badParameter"),
-                         QStringLiteral("\"order\" must be added, changed, saved or alphabet."));
+                         QStringLiteral("\"order\" must be added, changed, saved, alphabet or due."));
     return found->second;
 }
 
@@ -206,6 +200,10 @@ Response list(const Request &request, const VocabularyParts &parts) {
     for (const QString &name : statuses.split(u',', Qt::SkipEmptyParts))
         query.statuses.append(checkedStatus(name));
     query.filmId = numberOr(request, QStringLiteral("videoId"), 1, 0);
+    query.text = request.parameters.value(QStringLiteral("text")).simplified();
+    if (query.text.size() > longestSearch)
+        throw RouteError(400, QStringLiteral("badParameter"),
+                         QStringLiteral("\"text\" must have two hundred characters at most."));
     query.order = orderNamed(request.parameters.value(QStringLiteral("order")));
     query.offset = numberOr(request, QStringLiteral("offset"), 0, 0);
     query.count = std::min(numberOr(request, QStringLiteral("count"), 1, usualWords), mostWords);

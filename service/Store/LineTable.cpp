@@ -143,6 +143,22 @@ QList<MetWord> LineTable::words(qint32 subtitleId) {
     });
 }
 
+QList<MetWord> LineTable::wordCounts(qint32 subtitleId) {
+    return _database.run([subtitleId](SQLite::Database &connection) {
+        SQLite::Statement query(connection,
+                                "SELECT lemma, count, is_name FROM words_met WHERE subtitle_id = ?");
+        query.bind(1, subtitleId);
+        QList<MetWord> found;
+        while (query.executeStep()) {
+            MetWord &met = found.emplace_back();
+            met.lemma = textOf(query.getColumn(0));
+            met.count = query.getColumn(1).getInt();
+            met.isName = query.getColumn(2).getInt() != 0;
+        }
+        return found;
+    });
+}
+
 QList<StoredLine> LineTable::between(qint32 subtitleId, qint64 fromMs, qint64 toMs) {
     return _database.run([&](SQLite::Database &connection) {
         SQLite::Statement query(connection, "SELECT id, subtitle_id, start_ms, end_ms, text FROM lines "

@@ -4,9 +4,13 @@
 #include "Store/Columns.h"
 #include "Store/Database.h"
 #include "Store/GlossTable.h"
+#include "Vocabulary/FoldedText.h"
+#include "Vocabulary/ReviewPlan.h"
 
 #include <QDateTime>
 #include <QUuid>
+
+#include <sqlite3.h>
 
 #include <algorithm>
 #include <limits>
@@ -20,7 +24,7 @@ namespace {
 constexpr auto selectWords =
     "SELECT words.guid, words.lemma, words.status, words.added_ms, words.changed_ms, glosses.gloss, "
     "sightings.form, sightings.line, sightings.translation, sightings.film_id, films.name, films.path, "
-    "sightings.start_ms, sightings.end_ms, sightings.saved_ms FROM words "
+    "sightings.start_ms, sightings.end_ms, sightings.saved_ms, words.due_ms FROM words "
     "LEFT JOIN glosses ON glosses.lemma = words.lemma AND glosses.language = ?1 "
     "LEFT JOIN sightings ON sightings.id = (SELECT id FROM sightings AS one WHERE one.lemma = words.lemma "
     "AND ?2 IN (0, one.film_id) ORDER BY one.saved_ms DESC, one.id DESC LIMIT 1) "
@@ -43,12 +47,18 @@ SavedWord wordOfRow(SQLite::Statement &row) {
     word.startMs = row.getColumn(12).getInt64();
     word.endMs = row.getColumn(13).getInt64();
     word.savedAtMs = row.getColumn(14).getInt64();
+    if (!row.getColumn(15).isNull())
+        word.dueAtMs = row.getColumn(15).getInt64();
     return word;
 }
 
 // Names of statuses are letters and digits.
 std::string conditionOf(const WordQuery &query) {
     std::string condition = "WHERE (?2 = 0 OR sightings.id IS NOT NULL)";
+    if (query.dueUntilMs)
+        condition += " AND words.due_ms <= " + std::to_string(*query.dueUntilMs);
+    if (!query.text.isEmpty())
+        condition += " AND (instr(folded(words.lemma), ?3) > 0 OR instr(folded(glosses.gloss), ?3) > 0)";
     std::string names;
     for (const WordStatus status : query.statuses)
         names += (names.empty() ? "'" : ", '") + nameOf(status).toString().toStdString() + '\'';
@@ -63,10 +73,29 @@ const char *orderOf(WordOrder order) {
         return " ORDER BY sightings.saved_ms DESC, words.lemma";
     case WordOrder::Alphabet:
         return " ORDER BY words.lemma";
+    case WordOrder::Due:
+        return " ORDER BY words.due_ms IS NULL, words.due_ms, words.lemma";
     case WordOrder::Added:
         break;
     }
     return " ORDER BY words.added_ms DESC, words.lemma";
+}
+
+// foldedText() for the store; of NULL it is NULL.
+void folded(sqlite3_context *context, int, sqlite3_value **values) {
+    const auto *text = reinterpret_cast<const char *>(sqlite3_value_text(values[0]));
+    if (text == nullptr)
+        return;
+    const QByteArray result = foldedText(QString::fromUtf8(text)).toUtf8();
+    sqlite3_result_text64(context, result.constData(), static_cast<sqlite3_uint64>(result.size()),
+                          SQLITE_TRANSIENT, SQLITE_UTF8);
+}
+
+void bindQuery(SQLite::Statement &statement, const WordQuery &query, const QString &glossLanguage) {
+    statement.bind(1, glossLanguage.toStdString());
+    statement.bind(2, query.filmId);
+    if (!query.text.isEmpty())
+        statement.bind(3, foldedText(query.text).toStdString());
 }
 
 // The same on every computer, and for a word that is forgotten and saved again.
@@ -79,19 +108,21 @@ std::string guidOf(const QString &lemma) {
 class WordWriter {
   public:
     explicit WordWriter(SQLite::Database &connection)
-        : _add(connection, "INSERT INTO words (lemma, guid, status, added_ms, changed_ms) "
-                           "VALUES (?1, ?2, ?3, ?4, ?4) ON CONFLICT (lemma) DO NOTHING")
-        , _change(connection, "UPDATE words SET status = ?2, changed_ms = ?3 "
+        : _add(connection, "INSERT INTO words (lemma, guid, status, added_ms, changed_ms, due_ms) "
+                           "VALUES (?1, ?2, ?3, ?4, ?4, ?5) ON CONFLICT (lemma) DO NOTHING")
+        , _change(connection, "UPDATE words SET status = ?2, changed_ms = ?3, due_ms = ?4 "
                               "WHERE lemma = ?1 AND status <> ?2") {}
 
     /// Without a status: as new, unless it is marked already. True when that changed something.
     bool write(const QString &lemma, std::optional<WordStatus> status) {
         const std::string name = nameOf(status.value_or(WordStatus::New)).toString().toStdString();
+        const auto interval = reviewInterval(status.value_or(WordStatus::New));
         _add.reset();
         _add.bind(1, lemma.toStdString());
         _add.bind(2, guidOf(lemma));
         _add.bind(3, name);
         _add.bind(4, _nowMs);
+        bindDue(_add, 5, interval);
         if (_add.exec() == 1)
             return true;
         if (!status)
@@ -100,10 +131,19 @@ class WordWriter {
         _change.bind(1, lemma.toStdString());
         _change.bind(2, name);
         _change.bind(3, _nowMs);
+        bindDue(_change, 4, interval);
         return _change.exec() == 1;
     }
 
   private:
+    void bindDue(SQLite::Statement &statement, int place,
+                 std::optional<std::chrono::milliseconds> interval) const {
+        if (interval)
+            statement.bind(place, _nowMs + static_cast<int64_t>(interval->count()));
+        else
+            statement.bind(place);
+    }
+
     SQLite::Statement _add;
     SQLite::Statement _change;
     int64_t _nowMs = QDateTime::currentMSecsSinceEpoch();
@@ -130,6 +170,14 @@ void writeSighting(SQLite::Database &connection, const QString &lemma, const Sig
 }
 
 } // namespace
+
+WordTable::WordTable(Database &database)
+    : _database(database) {
+    _database.run([](SQLite::Database &connection) {
+        constexpr int parameters = 1;
+        connection.createFunction("folded", parameters, true, nullptr, folded);
+    });
+}
 
 std::optional<SavedWord> WordTable::find(const QString &lemma, const QString &glossLanguage) {
     return _database.run([&](SQLite::Database &connection) -> std::optional<SavedWord> {
@@ -214,16 +262,14 @@ WordPage WordTable::list(const WordQuery &query, const QString &glossLanguage) {
         const std::string condition = conditionOf(query);
         WordPage page;
         SQLite::Statement count(connection, "SELECT count(*) FROM (" + (selectWords + condition) + ')');
-        count.bind(1, glossLanguage.toStdString());
-        count.bind(2, query.filmId);
+        bindQuery(count, query, glossLanguage);
         count.executeStep();
         page.total = count.getColumn(0).getInt();
         SQLite::Statement select(connection,
-                                 selectWords + condition + orderOf(query.order) + " LIMIT ?3 OFFSET ?4");
-        select.bind(1, glossLanguage.toStdString());
-        select.bind(2, query.filmId);
-        select.bind(3, query.count);
-        select.bind(4, query.offset);
+                                 selectWords + condition + orderOf(query.order) + " LIMIT ?4 OFFSET ?5");
+        bindQuery(select, query, glossLanguage);
+        select.bind(4, query.count);
+        select.bind(5, query.offset);
         while (select.executeStep())
             page.words.append(wordOfRow(select));
         return page;

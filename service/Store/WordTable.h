@@ -40,12 +40,16 @@ struct WordGrade {
     WordStatus status = WordStatus::New;
 };
 
-enum class WordOrder { Added, Changed, Saved, Alphabet }; ///< the newest first, but for the alphabet
+/// The newest first, but for the alphabet; by the time of review the longest due first, those that never are
+/// last.
+enum class WordOrder { Added, Changed, Saved, Alphabet, Due };
 
 /// Which of the marked words to list.
 struct WordQuery {
-    QList<WordStatus> statuses; ///< empty: of any
-    qint32 filmId = 0;          ///< saved in that film; 0: in any or none
+    QList<WordStatus> statuses;       ///< empty: of any
+    qint32 filmId = 0;                ///< saved in that film; 0: in any or none
+    QString text;                     ///< in lemma or gloss, whatever the case and the accents; empty: any
+    std::optional<qint64> dueUntilMs; ///< due by then; none: or not
     WordOrder order = WordOrder::Added;
     qint32 offset = 0;
     qint32 count = 0;
@@ -60,8 +64,7 @@ struct WordPage {
 /// database. Every call may throw SQLite::Exception. What it says was kept is on the disk.
 class WordTable {
   public:
-    explicit WordTable(Database &database)
-        : _database(database) {}
+    explicit WordTable(Database &database);
 
     [[nodiscard]] std::optional<SavedWord> find(const QString &lemma, const QString &glossLanguage);
 

@@ -50,8 +50,8 @@ FilmWordsAnswer FilmWords::read(qint32 filmId) {
     for (const MetWord &met : _parts.lines.words(english->id)) {
         const qint32 rank = _lexicon.rank(met.lemma);
         const bool isKnown = knows.isKnown(met.lemma, rank, met.isName);
-        answer.running += met.count;
-        answer.known += isKnown ? met.count : 0;
+        answer.share.running += met.count;
+        answer.share.known += isKnown ? met.count : 0;
         answer.words.append({met.lemma, met.form, met.forms, met.count, rank, met.isName, isKnown,
                              knows.status(met.lemma), met.lineId});
     }
@@ -63,6 +63,23 @@ FilmWordsAnswer FilmWords::read(qint32 filmId) {
             answer.first.append({word, reader.shown(*line, filmId)});
     }
     return answer;
+}
+
+QList<WordShare> FilmWords::shares(const QList<qint32> &filmIds) {
+    LineReader reader(_parts);
+    const Knowledge knows = knowledge();
+    QList<WordShare> shares;
+    for (const qint32 filmId : filmIds) {
+        WordShare share;
+        const auto english = reader.tracks(filmId).english;
+        for (const MetWord &met : english ? _parts.lines.wordCounts(english->id) : QList<MetWord>()) {
+            share.running += met.count;
+            if (knows.isKnown(met.lemma, _lexicon.rank(met.lemma), met.isName))
+                share.known += met.count;
+        }
+        shares.append(share);
+    }
+    return shares;
 }
 
 } // namespace murvo::service

@@ -32,11 +32,21 @@ struct WordToLearn {
     ShownLine line;
 };
 
+/// How much of a film the learner knows.
+struct WordShare {
+    qint32 running = 0; ///< words of all lines
+    qint32 known = 0;   ///< of them
+
+    /// Cut off; none without words.
+    [[nodiscard]] std::optional<qint32> percent() const {
+        return running > 0 ? std::optional(100 * known / running) : std::nullopt;
+    }
+};
+
 /// What a learner meets in a film.
 struct FilmWordsAnswer {
     qint32 subtitleId = 0; ///< in which the words were counted; 0: the film has no English one yet
-    qint32 running = 0;    ///< words of all lines
-    qint32 known = 0;      ///< of them
+    WordShare share;
     QList<FilmWord> words; ///< the most frequent first
     QList<WordToLearn> first;
 };
@@ -52,6 +62,9 @@ class FilmWords {
         , _lexicon(lexicon) {}
 
     [[nodiscard]] FilmWordsAnswer read(qint32 filmId);
+
+    /// Of each of these films, by what has been counted so far.
+    [[nodiscard]] QList<WordShare> shares(const QList<qint32> &filmIds);
 
     [[nodiscard]] Knowledge knowledge();
 

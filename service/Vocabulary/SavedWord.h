@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace murvo::service {
 
 /// All that another program needs of a word that the learner has marked: the word, and the line in which it
@@ -23,9 +25,10 @@ struct SavedWord {
     QString filmPath;   ///< where the film lay last; empty when never told
     qint64 startMs = 0; ///< of the film
     qint64 endMs = 0;
-    qint64 addedAtMs = 0;   ///< since 1970, UTC: when the word was marked first
-    qint64 changedAtMs = 0; ///< when its status was last changed
-    qint64 savedAtMs = 0;   ///< when it was saved with this line
+    qint64 addedAtMs = 0;          ///< since 1970, UTC: when the word was marked first
+    qint64 changedAtMs = 0;        ///< when its status was last changed
+    qint64 savedAtMs = 0;          ///< when it was saved with this line
+    std::optional<qint64> dueAtMs; ///< when it comes up for review; none for what is not being learned
 };
 
 } // namespace murvo::service

@@ -259,6 +259,23 @@ TEST_F(Windows, TakeOneDroppedLocalFile) {
     EXPECT_TRUE(becomes(QSize(320, 240))) << "the new film's shape";
 }
 
+TEST_F(Windows, TellAPageOfAFileThatHangsOverItAndOfNothingElse) {
+    const QUrl film = QUrl::fromLocalFile(shortFilm());
+    std::ignore = home.evaluate(
+        QStringLiteral("window.seen = [];"
+                       "for (const name of ['dragenter', 'dragover', 'dragleave', 'drop'])"
+                       "  addEventListener(name, ({dataTransfer}) =>"
+                       "    seen.push([name, [...dataTransfer.types], dataTransfer.files.length +"
+                       "      dataTransfer.getData('text/uri-list')].join(' ')));"
+                       "1"));
+    const auto seen = [this] { return home.evaluate(QStringLiteral("seen.join()")).toString(); };
+    EXPECT_FALSE(Screen::drop({film, film}, session.content().center()));
+    EXPECT_EQ(seen(), QString()) << "what is refused does not hang over it";
+    ASSERT_NO_FATAL_FAILURE(session.playFilm(shortFilm()));
+    ASSERT_NO_FATAL_FAILURE(session.goHome());
+    EXPECT_EQ(seen(), QStringLiteral("dragenter Files 0,dragleave Files 0"));
+}
+
 TEST_F(Windows, KeepTheirSizeForSoundAloneAndPlayWithoutSound) {
     ASSERT_NO_FATAL_FAILURE(session.playFilm(soundOnly()));
     EXPECT_EQ(session.content().size(), QSize(600, 400));

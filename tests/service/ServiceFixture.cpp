@@ -37,7 +37,7 @@ ServiceFixture::ServiceFixture() {
 void ServiceFixture::restart() {
     service.reset();
     QString error;
-    service = EmbeddedService::start(dataFolder.path(), error);
+    service = EmbeddedService::start(dataFolder.path(), error, openFilm);
     if (!service)
         throw std::runtime_error(error.toStdString());
 }

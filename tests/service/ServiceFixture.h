@@ -80,6 +80,7 @@ class ServiceFixture : public testing::Test {
 
     QTemporaryDir dataFolder;
     QTemporaryDir films;
+    EmbeddedService::OpenFilm openFilm; ///< for the next start
     std::unique_ptr<EmbeddedService> service;
 };
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/ServiceFixture.h"
 
+#include <QJsonArray>
+
 namespace murvo::service::test {
 
 namespace {
@@ -35,6 +37,24 @@ TEST_F(SettingsTest, RefusesWhatItCannotKeepAndChangesNothingThen) {
     for (const char *body : {"", "[]", "null", "{\"volumePercent\":", "\xff\xfe"})
         EXPECT_EQ(client().Put(tokenPath() + "Api/Settings", body, "text/plain")->status, 400) << body;
     EXPECT_EQ(settings(), before);
+}
+
+TEST_F(SettingsTest, KeepsWhatThePagesKeepWithoutLookingIntoIt) {
+    const QString route = QStringLiteral("Api/Pages/Settings");
+    const auto kept = [&] { return get(route).json().value(QLatin1String("settings")).toObject(); };
+    EXPECT_EQ(kept(), QJsonObject());
+    const QJsonObject size{{QStringLiteral("lines"), QJsonArray{1.5, QStringLiteral("é\n"), true}}};
+    EXPECT_EQ(put(route, {{QStringLiteral("size"), size}, {QStringLiteral("tour"), false}}).status, 200);
+    (void)put(route, {{QStringLiteral("size"), QJsonValue::Null}, {QStringLiteral("look"), size}});
+    const QJsonObject expected{{QStringLiteral("look"), size}, {QStringLiteral("tour"), false}};
+    EXPECT_EQ(kept(), expected);
+    const QJsonObject tooMuch{{QStringLiteral("tour"), QJsonValue::Null},
+                              {QStringLiteral("more"), QString(64 * 1024, u'x')}};
+    EXPECT_EQ(put(route, tooMuch).errorCode(), QStringLiteral("badSetting"));
+    EXPECT_EQ(ask("PUT", route, {}, "[1]").errorCode(), QStringLiteral("badJson"));
+    EXPECT_EQ(change("volumePercent", 50).status, 200) << "beside the settings of the service";
+    restart();
+    EXPECT_EQ(kept(), expected);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "service/ServiceFixture.h"
 #include "service/Store/Database.h"
 #include "service/Store/SubtitleTable.h"
+#include "service/Vocabulary/ReviewPlan.h"
 
 #include <QJsonArray>
 #include <QTemporaryDir>
@@ -67,6 +68,30 @@ TEST_F(StoreTest, SubtitlesOfTheFirstSchemaKeepTheirNumbersAndContents) {
     Subtitle added = kept[0];
     added.place = QStringLiteral("New");
     EXPECT_GT(subtitles.findOrAdd(1, {kept[0], added}).value(1).id, 41);
+}
+
+TEST_F(StoreTest, WordsThatWereMarkedBeforeReviewsAreGivenATime) {
+    const auto steps = Database::builtInSteps();
+    {
+        Database old(path, steps.first(4));
+        old.transact([](SQLite::Database &connection) {
+            for (const char *status :
+                 {"new", "learning1", "learning2", "learning3", "learning4", "known", "ignored"})
+                connection.exec(std::string("INSERT INTO words VALUES ('") + status + "', '" + status +
+                                "', '" + status + "', 1, 1000)");
+        });
+    }
+    Database current(path, steps);
+    for (size_t i = 0; i < wordStatusNames.size(); ++i) {
+        const auto interval = reviewInterval(static_cast<WordStatus>(i));
+        const std::string query = "SELECT IFNULL(due_ms, -1) FROM words WHERE lemma = '" +
+                                  wordStatusNames[i].toString().toStdString() + "'";
+        EXPECT_EQ(current.run([&query](SQLite::Database &connection) {
+            return connection.execAndGet(query).getInt64();
+        }),
+                  interval ? 1000 + interval->count() : -1)
+            << query;
+    }
 }
 
 TEST_F(StoreTest, AStepThatFailsLeavesTheFileAsItWas) {

@@ -60,12 +60,13 @@ QStringList toldTrack(const Tables &tables, const QString &before, bool withCues
     return told;
 }
 
-// Of a marked word only the film of a sighting may be null.
+// Of a marked word only the film of a sighting may be null, and the time of review.
 QStringList toldWord(const Tables &tables, const QString &before, bool isMarked) {
     QStringList told = toldFields(tables, u"Word"_s, before);
     if (isMarked)
         told.removeIf([](const QString &field) {
-            return field.endsWith(" null"_L1) && !field.endsWith("videoId null"_L1);
+            return field.endsWith(" null"_L1) && !field.endsWith("videoId null"_L1) &&
+                   !field.endsWith("dueAtMs null"_L1);
         });
     return told;
 }
@@ -77,12 +78,16 @@ QStringList toldType(const Tables &tables, const QString &type, const QString &f
     const bool isTiming = type == "timing"_L1;
     const bool isWord = type == "marked word"_L1;
     const bool isLine = type == "shown line"_L1;
-    const bool isObject = isTrack || isTiming || isWord || isLine || type.startsWith("object"_L1);
+    const bool isSighting = type == "sighting"_L1;
+    const bool isObject =
+        isTrack || isTiming || isWord || isLine || isSighting || type.startsWith("object"_L1);
     QStringList told{field + u' ' + (isObject ? u"object"_s : type)};
     if (isWord)
         told += toldWord(tables, field + u'.', true);
     if (isLine)
         told += toldFields(tables, u"Shown line"_s, field + u'.');
+    if (isSighting)
+        told += toldFields(tables, u"Sighting"_s, field + u'.');
     if (isTrack)
         told += toldTrack(tables, field + u'.', type.contains("with cues"_L1));
     if (isTiming && !field.contains("Sync"_L1))
@@ -140,7 +145,7 @@ QStringList toldRows(const Tables &tables) {
             for (const QStringList &row : tables[heading])
                 told.append(before + row[0] + u' ' + nameIn(row[1]));
         else if (!heading.startsWith("Track"_L1) && heading != "Timing"_L1 && heading != "Word"_L1 &&
-                 heading != "Shown line"_L1)
+                 heading != "Shown line"_L1 && heading != "Sighting"_L1)
             for (const QStringList &row : tables[heading])
                 told.append(before + nameIn(row[0]));
     }
@@ -152,6 +157,8 @@ QStringList toldRows(const Tables &tables) {
 class TablesTest : public ServiceFixture {
   protected:
     void SetUp() override {
+        openFilm = [](const QString &, const std::function<void()> &taken) { taken(); };
+        restart();
         atFirst = get(settings).json();
         writeFile(u"inside.srt"_s, longSrt());
         const QString film =
@@ -183,11 +190,14 @@ class TablesTest : public ServiceFixture {
 
     [[nodiscard]] QList<Reply> errors();
     [[nodiscard]] QStringList seenFields();
+    [[nodiscard]] QStringList seenShelf();
     [[nodiscard]] QStringList seenFitting();
     [[nodiscard]] QStringList seenWords();
+    [[nodiscard]] QStringList seenReview();
     [[nodiscard]] QStringList seenFilmWords();
     [[nodiscard]] QList<Reply> learnerFileErrors();
     [[nodiscard]] QStringList seenExport();
+    [[nodiscard]] Reply nothingLeftToUndo();
     [[nodiscard]] Reply refusedInAFlood();
     [[nodiscard]] QStringList seenRows();
     void checkSetting(const QString &name, const QString &range, const QString &first);
@@ -205,6 +215,8 @@ QList<Reply> TablesTest::errors() {
     const QString lookupRoute = u"Api/MovieFile/GetSubtitlesToDownload"_s;
     const QString uploadRoute = u"Api/Subtitles/UploadGzippedFiles"_s;
     const QString word = u"Api/Words/Word"_s;
+    const int movedFilm = lookUp(films.filePath(u"Moved.mkv"_s), 3).json()["videoId"_L1].toInt();
+    const QByteArray moved = "{\"videoId\":" + QByteArray::number(movedFilm) + "}";
     QList<Reply> replies{ask("GET", settings, {{"Range", "all"}}),
                          get(u"Api/MovieFile/Lines?videoId=0"_s),
                          post(lookupRoute, "fileSize=1", "text/plain"),
@@ -217,6 +229,7 @@ QList<Reply> TablesTest::errors() {
                          ask("GET", settings, {{"Origin", "null"}}),
                          get(u"Api/Nothing"_s),
                          get(u"Api/MovieFile/Lines?videoId=12345"_s),
+                         post(u"Api/Films/Open"_s, moved, "text/plain"),
                          get(u"Api/Subtitles/File?subtitleId=999"_s),
                          german(u"File"_s),
                          ask("DELETE", settings),
@@ -224,6 +237,9 @@ QList<Reply> TablesTest::errors() {
                          put(word, {{u"lemma"_s, u"1"_s}}),
                          put(word, {{u"lemma"_s, u"a"_s}, {u"status"_s, 1}}),
                          post(u"Api/Words/Save"_s, "{\"form\":\"a\"}", "text/plain"),
+                         post(u"Api/Review/Grade"_s, "{\"lemma\":\"bad\",\"grade\":1}", "text/plain"),
+                         post(u"Api/Review/Grade"_s, "{\"lemma\":\"ox\",\"grade\":\"good\"}", "text/plain"),
+                         nothingLeftToUndo(),
                          get(u"Api/Words/Anki/File"_s),
                          get(u"Api/Speech/Sound?text=..."_s),
                          get(u"Api/Speech/Sound?text="_s + QString(301, u'a')),
@@ -278,6 +294,10 @@ QStringList TablesTest::seenFields() {
         see(u"GET Api/Subtitles/Cues?subtitleId=N"_s, get(ofSubtitle(u"Cues"_s, language)));
     see(u"GET Api/MovieFile/Changes?videoId=N&after=N"_s, get(ofFilm(u"Changes"_s) + u"&after=0"_s));
     see(u"GET Api/MovieFile/AudioTracks?videoId=N"_s, get(ofFilm(u"AudioTracks"_s)));
+    const QString watching = u"GET, PUT Api/MovieFile/Watching?videoId=N"_s;
+    see(watching, get(ofFilm(u"Watching"_s)));
+    see(watching, put(ofFilm(u"Watching"_s), {{u"positionMs"_s, 1}, {u"audioTrackId"_s, 2}}));
+    see(u"GET, PUT Api/Pages/Settings"_s, get(u"Api/Pages/Settings"_s));
     see(u"GET, PUT Api/Subtitles/Encoding?subtitleId=N"_s, get(ofSubtitle(u"Encoding"_s, u"fr"_s)));
     see(u"GET Api/Settings/Languages"_s, get(u"Api/Settings/Languages"_s));
     see(u"GET Api/Home/PendingFilms?after=N"_s, get(u"Api/Home/PendingFilms?after=9"_s));
@@ -288,7 +308,7 @@ QStringList TablesTest::seenFields() {
     see(u"GET Api/Speech/Pronunciation?text=TEXT"_s, get(u"Api/Speech/Pronunciation?text=hello"_s));
     EXPECT_EQ(get(u"Api/Speech/Sound?text=hello&speed=slow&language=eng&accent=gb"_s).status, 200);
     EXPECT_EQ(get(u"Api/Words/List?format=tsv"_s).status, 200);
-    fields += seenFitting() + seenWords() + seenFilmWords() + seenExport();
+    fields += seenShelf() + seenFitting() + seenWords() + seenReview() + seenFilmWords() + seenExport();
     return fields;
 }
 
@@ -306,18 +326,51 @@ QStringList TablesTest::seenWords() {
         rows.append("Statuses: "_L1 + marked.json()["status"_L1].toString());
     }
     for (const QJsonValue &film : {QJsonValue(videoId), QJsonValue(0)}) {
-        const QJsonObject body{{u"form"_s, u"stones"_s}, {u"line"_s, u"Stones!"_s}, {u"videoId"_s, film}};
+        const QString status = film == 0 ? u"known"_s : u"new"_s; // due for review, or not
+        const QJsonObject body{
+            {u"form"_s, u"stones"_s}, {u"line"_s, u"Stones!"_s}, {u"videoId"_s, film}, {u"status"_s, status}};
         see(u"POST Api/Words/Save"_s, post(u"Api/Words/Save"_s, QJsonDocument(body).toJson(), "text/plain"));
-        see(u"GET Api/Words?status=STATUSES&videoId=N&order=ORDER&offset=N&count=N"_s, get(u"Api/Words"_s));
+        see(u"GET Api/Words?status=STATUSES&videoId=N&text=TEXT&order=ORDER&offset=N&count=N"_s,
+            get(u"Api/Words"_s));
     }
-    see(u"GET Api/Words?status=STATUSES&videoId=N&order=ORDER&offset=N&count=N"_s,
-        get(u"Api/Words?status=new&order=saved&offset=0&count=5&videoId=%1"_s.arg(videoId)));
-    see(word, get(u"Api/Words/Word?lemma=stone"_s));
+    see(u"GET Api/Words?status=STATUSES&videoId=N&text=TEXT&order=ORDER&offset=N&count=N"_s,
+        get(u"Api/Words?status=known&text=ST&order=due&offset=0&count=5&videoId=%1"_s.arg(videoId)));
+    see(word, put(u"Api/Words/Word"_s, {{u"lemma"_s, u"stone"_s}, {u"status"_s, u"new"_s}}));
     see(word, ask("DELETE", u"Api/Words/Word?lemma=stone"_s));
     see(u"PUT Api/Words/Statuses"_s, put(u"Api/Words/Statuses"_s, {{u"words"_s, QJsonArray()}}));
     see(u"POST Api/Words/Import"_s, post(u"Api/Words/Import"_s, "cat\n-", "text/plain"));
     see(u"GET, POST Api/Learner/File"_s,
         post(u"Api/Learner/File"_s, get(u"Api/Learner/File"_s).body, "application/vnd.sqlite3"));
+    return rows;
+}
+
+// Words with a line of a film, with another line, and with none.
+QStringList TablesTest::seenReview() {
+    QStringList rows;
+    const auto send = [this](const QString &route, const QJsonObject &body) {
+        return post(route, QJsonDocument(body).toJson(), "text/plain");
+    };
+    const auto see = [&rows](const QString &heading, const Reply &reply) {
+        EXPECT_EQ(reply.status, 200) << reply.body.toStdString();
+        rows += foundFields(reply.json(), heading + ": "_L1);
+    };
+    (void)send(u"Api/Words/Save"_s, {{u"form"_s, u"elk"_s}, {u"line"_s, u"a"_s}, {u"videoId"_s, videoId}});
+    (void)send(u"Api/Words/Save"_s, {{u"form"_s, u"elm"_s}, {u"line"_s, u"a"_s}});
+    (void)put(u"Api/Words/Word"_s, {{u"lemma"_s, u"eel"_s}, {u"status"_s, u"new"_s}});
+    see(u"GET Api/Review?count=N"_s, get(u"Api/Review?count=100"_s));
+    for (const QString &lemma : {u"elk"_s, u"elm"_s}) {
+        for (const QString &grade : {u"again"_s, u"hard"_s, u"good"_s, u"easy"_s, u"easy"_s, u"again"_s}) {
+            see(u"POST Api/Review/Grade"_s,
+                send(u"Api/Review/Grade"_s, {{u"lemma"_s, lemma}, {u"grade"_s, grade}}));
+            rows.append("Grades: "_L1 + grade);
+        }
+        for (const char *const status : {"known", "learning4"}) {
+            const Reply undone = send(u"Api/Review/Undo"_s, {});
+            EXPECT_EQ(undone.json()["word"_L1]["status"_L1], QLatin1String(status));
+            see(u"POST Api/Review/Undo"_s, undone);
+        }
+    }
+    see(u"GET Api/Review?count=N"_s, get(u"Api/Review"_s));
     return rows;
 }
 
@@ -343,6 +396,20 @@ QStringList TablesTest::seenFilmWords() {
         see(u"GET Api/Lines/Search?text=TEXT&below=N&count=N"_s,
             get(u"Api/Lines/Search?below=2000000000&count=5&text="_s + text));
     return rows;
+}
+
+QStringList TablesTest::seenShelf() {
+    const QString shelf = u"Api/Films"_s;
+    const int plain = lookUp(writeFile(u"Plain.mkv"_s, "x"), 4).json()["videoId"_L1].toInt();
+    (void)put(u"Api/MovieFile/Watching?videoId=%1"_s.arg(plain), {{u"positionMs"_s, 1}});
+    (void)get(ofFilm(u"Words"_s)); // counts them
+    const QByteArray film = "{\"videoId\":" + QByteArray::number(videoId) + "}";
+    QStringList fields =
+        foundFields(post(shelf + "/Open"_L1, film, "text/plain").json(), u"POST Api/Films/Open: "_s);
+    fields += foundFields(get(shelf + "?offset=0&count=5"_L1).json(), u"GET Api/Films?offset=N&count=N: "_s);
+    fields += foundFields(ask("DELETE", shelf + u"?videoId=%1"_s.arg(plain)).json(),
+                          u"DELETE Api/Films?videoId=N: "_s);
+    return fields;
 }
 
 QStringList TablesTest::seenFitting() {
@@ -387,6 +454,11 @@ QStringList TablesTest::seenExport() {
         state = get(connect).json();
     (void)put(settings, {{u"sendsToAnki"_s, false}});
     return fields + foundFields(state, u"GET, POST Api/Words/AnkiConnect: "_s);
+}
+
+Reply TablesTest::nothingLeftToUndo() {
+    restart(); // which forgets the grades
+    return post(u"Api/Review/Undo"_s, {}, "text/plain");
 }
 
 /// Asks for more to be spoken at once than is taken, until something is refused.

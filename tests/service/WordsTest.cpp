@@ -122,6 +122,28 @@ TEST_F(WordsTest, AListIsOfAStatusAndAFilmInPages) {
     EXPECT_EQ(get(u"Api/Words?status=good"_s).errorCode(), u"badStatus"_s);
 }
 
+TEST_F(WordsTest, AListIsSearchedInWordsAndGlossesWhateverTheCaseAndTheAccents) {
+    (void)put(u"Api/Settings"_s, {{u"nativeLanguage"_s, u"fra"_s}});
+    (void)grade({{u"apple"_s, u"known"_s}, {u"café"_s, u"new"_s}, {u"bread"_s, u"new"_s}});
+    (void)put(u"Api/Words/Word"_s, {{u"lemma"_s, u"bread"_s}, {u"gloss"_s, u"Pâté 100% Σας"_s}});
+    const auto found = [this](const QByteArray &text) {
+        return listed(u"?order=alphabet&text="_s + QString::fromLatin1(text.toPercentEncoding())).join(u' ');
+    };
+    EXPECT_EQ(found("CAFE"), u"café"_s);
+    EXPECT_EQ(found("fé"), u"café"_s);
+    EXPECT_EQ(found("a"), u"apple bread café"_s);
+    EXPECT_EQ(found("pate"), u"bread"_s);
+    EXPECT_EQ(found("σασ"), u"bread"_s);
+    EXPECT_EQ(found("100%"), u"bread"_s);
+    EXPECT_EQ(found("_"), QString()) << "no sign stands for others";
+    EXPECT_EQ(found("%"), u"bread"_s);
+    EXPECT_EQ(listed(u"?text=p&status=known"_s).join(u' '), u"apple"_s);
+    EXPECT_EQ(get(u"Api/Words?text=a&count=1"_s).json()["total"_L1], 3);
+    EXPECT_EQ(get(u"Api/Words?text="_s + QString(201, u'a')).errorCode(), u"badParameter"_s);
+    (void)put(u"Api/Settings"_s, {{u"nativeLanguage"_s, u"deu"_s}});
+    EXPECT_EQ(found("pate"), QString()) << "a gloss of another language";
+}
+
 TEST_F(WordsTest, AListOfKnownWordsIsTakenInAnyOfItsForms) {
     (void)grade({{u"house"_s, u"known"_s}, {u"window"_s, u"learning1"_s}, {u"tom"_s, u"ignored"_s}});
     const QByteArray list =

@@ -117,3 +117,30 @@ test('a change of speed does not set a film that stands in motion', () => {
   clock.report(end + 50, lastAt + 9000);
   assert.ok(Math.abs(clock.position(lastAt + 9100) - (end + 100)) < 1, 'and it goes on at its new speed');
 });
+
+test('reports that come very late do not move the film, several in a row do', () => {
+  const { clock, lastAt } = playing();
+  for (const [i, late] of [600, 450].entries()) {
+    clock.report(10_000 + lastAt + 250 * (i + 1) - late, lastAt + 250 * (i + 1));
+    assert.ok(Math.abs(clock.position(lastAt + 250 * (i + 1)) - (10_000 + lastAt + 250 * (i + 1))) < 1);
+  }
+  clock.report(10_000 + lastAt + 250, lastAt + 750); // the film has stood for half a second
+  assert.ok(Math.abs(clock.position(lastAt + 800) - (10_000 + lastAt + 300)) < 1);
+});
+
+test('half of the reports may be late, and one early, without moving the position', () => {
+  for (const wander of [[0, -90, 0, -40, -120, 0, -5, 0], [0, 0, 60, -30, 0, 0, -80, 0]]) {
+    const { clock, lastAt } = playing({ lateness: (i) => -wander[i] });
+    const off = clock.position(lastAt + 100) - (10_000 + lastAt + 100);
+    assert.ok(Math.abs(off) <= 5, `${off}`);
+  }
+});
+
+test('a film that begins late after a pause is not ahead of itself for long', () => {
+  const { clock, lastAt } = playing();
+  clock.setRunning(false, lastAt, 12_000);
+  assert.equal(clock.position(lastAt + 10), 12_000, 'it is known better where it stands');
+  clock.setRunning(true, lastAt + 1000);
+  for (let i = 1; i < 4; i += 1) clock.report(12_000 + 250 * i - 120, lastAt + 1000 + 250 * i);
+  assert.ok(Math.abs(clock.position(lastAt + 1900) - (12_900 - 120)) < 1);
+});

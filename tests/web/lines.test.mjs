@@ -84,7 +84,7 @@ test('the line asked for is forgotten once the film is elsewhere', () => {
 test('a line appears at its time and nothing is drawn in between', (context) => {
   const timers = new FakeTimers(context);
   const drawn = [];
-  const ownerDocument = { createElement: () => ({ setAttribute() {}, append(...parts) { this.text = parts.join(''); } }) };
+  const ownerDocument = { createElement: () => ({ setAttribute() {}, append(...parts) { this.text = parts.map((part) => part.text ?? part).join(''); } }) };
   const element = {
     ownerDocument,
     replaceChildren(...lines) { drawn.push([timers.now, lines.map(({ text }) => text).join('|')]); },

@@ -3,7 +3,7 @@ import assert from 'node:assert/strict';
 import { existsSync, readFileSync } from 'node:fs';
 import { test } from 'node:test';
 
-import { flagClass } from '../../web/home/flagclass.mjs';
+import { flagClass } from '../../web/home/frame/flagclass.mjs';
 import { audioTrackName } from '../../web/play/bar/audiomenu.mjs';
 import { waitingText } from '../../web/play/bar/notice.mjs';
 import { ServiceApi } from '../../web/shared/api.mjs';

@@ -1,14 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-/** What holds in the player page until the learner sets it otherwise; see Preferences. */
+/** What holds in the player page until the learner sets it otherwise; see Preferences and looks. */
 export const playDefaults = {
   // Own keys by action: { togglePlay: ['space'] }.
   keys: {},
-  // How the upper and the lower line look. show: always, pause, hover, key, never.
-  learned: { show: 'always', sizePercent: 100, font: 'sans', edge: 'outline' },
-  native: { show: 'always', sizePercent: 100, font: 'sans', edge: 'outline' },
+  learned: { show: 'always', sizePercent: 100, font: 'sans', edge: 'outline', colour: 'white', place: 'below' },
+  native: { show: 'always', sizePercent: 100, font: 'sans', edge: 'outline', colour: 'warm', place: 'below' },
   // Of both: how far above the bar (per cent of the height), whether words are coloured by status.
   lines: { raisedPercent: 0, colours: true, arrowsStepLines: false, pausesOnHover: false },
+  // The language of the buttons, two letters; empty: the learner's own.
+  interface: { language: '' },
   // The bar: whether the time that is left is shown in place of the length.
   bar: { showsRemaining: false },
+  // The line tools. hardOnly: pauses only after lines with an unknown word; rounds, speeds, gapPercent (of the line's
+  // length, to speak in) and thenNext belong to the drill; a silence is passed over when it is longer than ...Seconds;
+  // told: the tools that have said what they do.
+  practice: {
+    autoPause: false, hardOnly: false, rounds: 3, speeds: [0.7, 0.85, 1], gapPercent: 120, thenNext: true,
+    condensed: false, condensedSeconds: 4, fastGaps: false, fastGapSeconds: 3, fastGapSpeed: 2,
+    told: [],
+  },
 };

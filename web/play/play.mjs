@@ -4,54 +4,102 @@
 
 import { ServiceApi } from '../shared/api.mjs';
 import { PlayerBridge, hiddenFrameNavigation } from '../shared/bridge.mjs';
+import { copyText } from '../shared/clipboard.mjs';
 import { Preferences } from '../shared/preferences.mjs';
-import { speak, t, translate } from '../shared/texts.mjs';
+import { t } from '../shared/texts.mjs';
 import { AudioMenu } from './bar/audiomenu.mjs';
-import { Controls, speedText } from './bar/controls.mjs';
-import { Film } from './film/film.mjs';
-import { playDefaults } from './defaults.mjs';
-import { Keymap } from './keys/keymap.mjs';
+import { Controls } from './bar/controls.mjs';
+import { filmActions } from './bar/filmactions.mjs';
 import { Notice, noticeOf, waitingText } from './bar/notice.mjs';
 import { PictureClick } from './bar/pictureclick.mjs';
 import { PointerRest } from './bar/rest.mjs';
 import { SeekBar } from './bar/seekbar.mjs';
+import { playDefaults } from './defaults.mjs';
 import { EndCard } from './end/endcard.mjs';
+import { Film } from './film/film.mjs';
 import { ResumeCard } from './film/resumecard.mjs';
 import { SavedVolume } from './film/savedvolume.mjs';
+import { Watching } from './film/watching.mjs';
+import { Keyboard } from './keys/keyboard.mjs';
+import { LineAnnouncer } from './lines/lineannouncer.mjs';
 import { ShownLines } from './lines/shownlines.mjs';
+import { Subtitles, lineNames } from './lines/subtitles.mjs';
+import { TimingKeys } from './lines/timingkeys.mjs';
 import { SidePanels } from './panels/sidepanels.mjs';
 import { SubtitlePanel } from './panels/subtitlepanel.mjs';
 import { Transcript } from './panels/transcript/transcript.mjs';
-import { Subtitles, lineNames } from './lines/subtitles.mjs';
-import { Watching } from './film/watching.mjs';
-import { TimingKeys } from './lines/timingkeys.mjs';
+import { Practice } from './practice/practice.mjs';
+import { InterfaceLanguage } from './settings/interfacelanguage.mjs';
+import { KeySheet } from './settings/keysheet.mjs';
+import { LinesLook } from './settings/lineslook.mjs';
+import { SettingsPanel } from './settings/settingspanel.mjs';
+import { FilmWords } from './words/filmwords.mjs';
+import { HoverPause } from './words/hoverpause.mjs';
+import { WordCard } from './words/wordcard.mjs';
+import { WordPicker } from './words/wordpicker.mjs';
 
 const { $ } = globalThis;
 const now = () => performance.now();
 const silenceWatchMs = 300;
-const shortNoticeMs = 1500;
 const longestWaitForFilmMs = 120_000;
+const element = (id) => document.getElementById(id);
 
-// What a held key must not do again and again.
-const onePress = new Set(['subtitlePanel', 'transcript', 'nextSubtitle', 'nextAudio']);
-
+// The film, what is known of it, and what the learner has set.
 const videoId = new URLSearchParams(location.search).get('videoId');
 const api = ServiceApi.ofPage(document);
 const bridge = new PlayerBridge(hiddenFrameNavigation(document), $(window));
-const element = (id) => document.getElementById(id);
-const notice = new Notice(element('notice'));
-
 const preferences = new Preferences(api, playDefaults);
-const keymap = new Keymap();
+const language = new InterfaceLanguage(document, api, preferences, () => showTexts());
+const notice = new Notice(element('notice'));
 const film = new Film(bridge, now, () => show());
 const subtitles = new Subtitles(api, videoId, () => showSubtitles());
+const volume = new SavedVolume(film, api);
+let isFullScreen = false;
+
+// The lines over the picture, and their words.
 const shownLines = new ShownLines(document, film, subtitles, now);
+const announcer = new LineAnnouncer(element('line-said'), lineNames.map((name) => shownLines.view(name)));
+const look = new LinesLook(document, preferences);
+const words = new FilmWords(api, videoId, () => showWords());
+const hover = new HoverPause(film, lineNames.map((name) => element(name)), () => preferences.get('lines').pausesOnHover);
+const card = new WordCard(document, {
+  api,
+  lines: shownLines,
+  words,
+  subtitles,
+  videoId,
+  goTo: (cue) => {
+    picker.leave();
+    film.goToLine(shownLines.index('learned').cues.indexOf(cue));
+    film.setPlaying(true);
+  },
+  playSound: (url) => bridge.execute('PlayAudio', { audioUrl: encodeURIComponent(url) }),
+});
+const picker = new WordPicker(film, { lines: shownLines, words, hover, card, say: (key) => notice.say(t(key)) });
+card.onClose(() => picker.close());
+const timingKeys = new TimingKeys(subtitles, film, (text) => notice.say(text));
+
+// What lies beside the picture.
 const panels = new SidePanels(document);
 const subtitlePanel = new SubtitlePanel(document, panels, subtitles, film);
 const transcript = new Transcript(document, panels, subtitles, film, now);
-const timingKeys = new TimingKeys(subtitles, film, (text) => notice.say(text));
-const volume = new SavedVolume(film, api);
+const keySheet = new KeySheet(document, panels, preferences);
+const settingsPanel = new SettingsPanel(document, panels, preferences, () => panels.open('keys'));
+const practice = new Practice(document, {
+  film,
+  preferences,
+  panels,
+  keyOf: (action) => keyboard.keymap.keysOf(action)[0],
+  now,
+  say: (text) => notice.say(text),
+});
+
+// The bar beneath it.
 const seekBar = new SeekBar(document, film, preferences);
+const audioMenu = new AudioMenu(document, (trackId, name) => {
+  film.setAudioTrack(trackId);
+  if (!isBarSeen()) notice.say(t('notice.sound', { name }));
+});
 const resumeCard = new ResumeCard(document, (positionMs) => {
   if (positionMs !== null) film.seekToSecond(positionMs / 1000);
   watching.settled();
@@ -61,86 +109,82 @@ const watching = new Watching(api, videoId, film, now, {
   hide: () => resumeCard.hide(),
 });
 const endCard = new EndCard(document, api, videoId, subtitles);
-const audioMenu = new AudioMenu(document, (trackId, name) => {
-  film.setAudioTrack(trackId);
-  tellIfUnseen(t('notice.sound', { name }));
-});
+const isBarSeen = () => !document.body.classList.contains('resting');
 
 const actions = {
-  togglePlay: () => film.togglePlay(),
-  previousLine: () => film.stepLine(-1),
-  nextLine: () => film.stepLine(1),
-  replayLine: () => { film.stepLine(0); if (!film.playing) film.setPlaying(true); },
-  back: () => film.seekBy(-5),
-  forward: () => film.seekBy(5),
-  backSecond: () => film.seekBy(-1),
-  forwardSecond: () => film.seekBy(1),
-  backMinute: () => film.seekBy(-60),
-  forwardMinute: () => film.seekBy(60),
-  louder: () => changeVolume(1),
-  softer: () => changeVolume(-1),
-  toggleMute: () => { film.toggleMute(); tellVolume(); },
-  slower: () => { film.changeSpeed(-1); tellSpeed(); },
-  faster: () => { film.changeSpeed(1); tellSpeed(); },
-  normalSpeed: () => { film.setSpeed(1); tellSpeed(); },
-  halfSpeed: () => { film.setSpeed(0.5); tellSpeed(); },
-  doubleSpeed: () => { film.setSpeed(2); tellSpeed(); },
+  ...filmActions(film, notice, isBarSeen),
+  previousLine: () => practice.step(-1) || film.stepLine(-1),
+  nextLine: () => practice.step(1) || film.stepLine(1),
+  replayLine: () => {
+    if (practice.step(0)) return;
+    film.stepLine(0);
+    if (!film.playing) film.setPlaying(true);
+  },
   nextAudio: () => audioMenu.next(),
   audioMenu: () => audioMenu.toggle(),
   more: () => controls.more.toggle(),
   subtitlePanel: () => panels.toggle('subtitles'),
-  ...transcript.actions,
   nextSubtitle: () => timingKeys.nextSubtitle(),
   linesEarlier: () => timingKeys.move(-1),
   linesLater: () => timingKeys.move(1),
   linesAsTheyAre: () => timingKeys.reset(),
   previousLineIsNow: () => timingKeys.lineIsNow(0),
   nextLineIsNow: () => timingKeys.lineIsNow(1),
-  playAgain: () => film.playAgain(),
-  home: () => film.home(),
+  fullScreen: () => notice.say(t(isFullScreen ? 'bar.fromFullScreen' : 'bar.toFullScreen')),
+  saveWord: () => (picker.isOpen ? card.actions.saveWord() : picker.actions.nextUnknown()),
+  peek: () => look.peek(true),
+  copyLine: () => copy('learned'),
+  copyTranslation: () => copy('native'),
+  ...practice.actions,
+  ...transcript.actions,
+  ...look.actions,
+  ...keySheet.actions,
+  ...settingsPanel.actions,
+  ...picker.actions,
 };
-
-// What a key does to the place in the film is looked for in the bar; the rest leaves the picture alone.
-const showsBar = new Set(['togglePlay', 'back', 'forward', 'backSecond', 'forwardSecond', 'backMinute', 'forwardMinute',
-  'audioMenu']);
-
-const controls = new Controls(document, film, actions, keymap, () => audioMenu.close());
+const keyboard = new Keyboard(document, {
+  actions,
+  cardActions: { ...card.actions, ...picker.actions },
+  isCardOpen: () => picker.isOpen,
+  pressed: (action) => act(action),
+  released: (action) => { if (action === 'peek') look.peek(false); },
+});
+const controls = new Controls(document, film, actions, keyboard.keymap, () => audioMenu.close());
 const isHeld = () => seekBar.busy || audioMenu.open || controls.more.open || panels.closesByPress
   || document.querySelector('#bar :focus-visible') !== null;
 const rest = new PointerRest(document.body, () => film.playing && !film.ended && !isHeld());
 const pictureClick = new PictureClick(() => film.togglePlay(), now);
 
+// What a key does to the place in the film is looked for in the bar; the rest leaves the picture alone.
+const showsBar = new Set([
+  'togglePlay', 'back', 'forward', 'backSecond', 'forwardSecond', 'backMinute', 'forwardMinute', 'audioMenu',
+]);
+// They leave the line behind whose word is open.
+const leavesLine = new Set([
+  'previousLine', 'nextLine', 'replayLine', 'replayThenPause', 'playToNextEnd', 'loopLine', 'drill', 'back', 'forward',
+  'backMinute', 'forwardMinute',
+]);
+
+function act(action) {
+  if (showsBar.has(action)) rest.wake();
+  if (leavesLine.has(action)) picker.close();
+}
+
 function show() {
+  document.body.classList.toggle('paused', !film.playing);
+  picker.update();
   shownLines.update();
+  announcer.update(!film.playing);
   transcript.update();
+  practice.update();
   volume.update();
   watching.update();
   endCard.update(film.ended);
   showWaiting();
   // Behind a bar that nobody sees nothing needs to be drawn.
-  if (isUnseen() && film.playing) return;
+  if (!isBarSeen() && film.playing) return;
   controls.show();
   seekBar.show();
-}
-
-const isUnseen = () => document.body.classList.contains('resting');
-
-/** For what the bar would show, were it there. */
-function tellIfUnseen(text) {
-  if (isUnseen()) notice.say(text, shortNoticeMs);
-}
-
-function tellVolume() {
-  tellIfUnseen(film.muted ? t('notice.muted') : t('notice.volume', { percent: film.volumePercent }));
-}
-
-function changeVolume(direction) {
-  film.changeVolume(direction);
-  tellVolume();
-}
-
-function tellSpeed() {
-  tellIfUnseen(t('notice.speed', { speed: speedText(film.speed) }));
 }
 
 function showWaiting() {
@@ -150,17 +194,49 @@ function showWaiting() {
 
 let lastNotice = '';
 
-const countShownLines = () => lineNames.filter((name) => subtitles.line(name)).length;
-
 function showSubtitles() {
   shownLines.load();
+  const shown = lineNames.filter((name) => subtitles.line(name));
+  const learned = subtitles.line('learned');
+  const isEnglish = learned && ['eng', ''].includes(learned.language);
+  shownLines.view('learned').setWords(isEnglish ? (word) => words.classOf(word) : null);
+  if (learned && learned.subtitleId !== words.subtitleId) words.loadQuietly();
+  const first = shown[0] ?? lineNames[0];
+  practice.load(subtitles.cues(first), subtitles.line(first));
   subtitlePanel.show();
   transcript.load();
-  seekBar.setTracks(lineNames.filter((name) => subtitles.line(name))
-    .map((name) => ({ cues: subtitles.cues(name), tag: subtitles.line(name).languageTag })));
-  const text = noticeOf(subtitles, countShownLines());
+  seekBar.setTracks(shown.map((name) => ({ cues: subtitles.cues(name), tag: subtitles.line(name).languageTag })));
+  const text = noticeOf(subtitles, shown.length);
   if (text && text !== lastNotice) notice.say(text);
   lastNotice = text;
+}
+
+function showWords() {
+  shownLines.view('learned').colour();
+  const isHard = words.subtitleId === null ? null : (cue) => words.isHard(cue);
+  transcript.setHard(isHard);
+  practice.setHard(isHard ?? (() => false));
+}
+
+/** After a change of the interface's language. */
+function showTexts() {
+  controls.named();
+  settingsPanel.translate();
+  subtitlePanel.show();
+  transcript.load();
+  practice.show();
+  show();
+}
+
+function showScreen(isFull) {
+  isFullScreen = isFull;
+  pictureClick.screenChanged();
+  controls.fullScreen(isFull);
+}
+
+function copy(name) {
+  const { text } = shownLines.view(name).text;
+  if (text && copyText(document, text)) notice.say(t('words.copied'));
 }
 
 async function loadSound() {
@@ -173,58 +249,41 @@ async function loadSound() {
   }
 }
 
-async function loadLearner() {
-  // Without the one or the other the defaults do.
-  preferences.load().catch((error) => console.warn(error.message));
-  try {
-    await speak((await api.settings()).nativeLanguage);
-    translate(document);
-    controls.named();
-    showSubtitles();
-  } catch (error) {
-    console.warn(error.message);
-  }
-}
-
 async function askPlayer() {
-  bridge.request('IsFullscreen').then((on) => controls.fullScreen(on === true));
+  bridge.request('IsFullscreen').then((on) => {
+    isFullScreen = on === true;
+    controls.fullScreen(isFullScreen);
+  });
   bridge.request('Volume', longestWaitForFilmMs).then(() => volume.playerReady());
   film.durationMs = (await bridge.request('Duration', longestWaitForFilmMs)) || null;
   show();
 }
 
-function keyPressed(event) {
-  const action = keymap.actionOf(event);
-  if (!actions[action]) return;
-  // Space and the arrows keep their meaning in what the keyboard has gone to.
-  const focused = document.activeElement;
-  if (action === 'togglePlay' && focused?.matches('button')) return;
-  if (event.repeat && onePress.has(action)) return;
-  if (focused?.matches('input[type="range"]') && event.key.startsWith('Arrow')) return;
-  event.preventDefault();
-  if (showsBar.has(action)) rest.wake();
-  actions[action]();
-}
-
+preferences.onChange(() => {
+  keyboard.set(preferences.get('keys'), preferences.get('lines').arrowsStepLines);
+  controls.named(keyboard.keymap);
+});
 $(window)
   .on('timeUpdate', (_, positionMs) => film.reported(positionMs))
-  .on('nativeApp:enteredFullscreen', () => { pictureClick.screenChanged(); controls.fullScreen(true); })
-  .on('nativeApp:leftFullscreen', () => { pictureClick.screenChanged(); controls.fullScreen(false); });
-document.addEventListener('keydown', keyPressed);
+  .on('nativeApp:enteredFullscreen', () => showScreen(true))
+  .on('nativeApp:leftFullscreen', () => showScreen(false));
 document.addEventListener('contextmenu', (event) => event.preventDefault());
+document.body.addEventListener('pointermove', () => { controls.show(); seekBar.show(); });
 let pressClosesMenu = false;
 // Before the menus close, for which they look at the same press.
-element('picture').addEventListener('pointerdown', () => { pressClosesMenu = audioMenu.open || controls.more.open || panels.closesByPress; }, true);
+element('picture').addEventListener('pointerdown', () => {
+  pressClosesMenu = audioMenu.open || controls.more.open || panels.closesByPress || picker.isOpen;
+}, true);
+element('picture').addEventListener('click', (event) => {
+  if (picker.isOpen) picker.close();
+  else if (!event.ctrlKey && !pressClosesMenu) pictureClick.clicked();
+});
+element('picture').addEventListener('wheel', (event) => actions[event.deltaY < 0 ? 'louder' : 'softer']());
 addEventListener('pagehide', () => {
   subtitles.saveNow();
   preferences.saveNow();
   watching.saveNow();
 });
-element('picture').addEventListener('click', (event) => {
-  if (!event.ctrlKey && !pressClosesMenu) pictureClick.clicked();
-});
-element('picture').addEventListener('wheel', (event) => changeVolume(event.deltaY < 0 ? 1 : -1));
-document.body.addEventListener('pointermove', () => { controls.show(); seekBar.show(); });
 // What comes of the player's silence comes without an event.
 let wasOver = false;
 setInterval(() => {
@@ -233,9 +292,9 @@ setInterval(() => {
   showWaiting();
 }, silenceWatchMs);
 
-translate(document);
 show();
-loadLearner();
+language.load();
+preferences.load().catch((error) => console.warn(error.message)); // the defaults do
 askPlayer();
 subtitles.follow();
 loadSound();

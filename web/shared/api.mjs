@@ -37,6 +37,26 @@ export class ServiceApi {
     return this.#ask('Home/Level');
   }
 
+  /** { total, films }: those that were watched, the newest first. */
+  films({ offset = 0, count = 24 } = {}) {
+    return this.#ask(`Films?offset=${offset}&count=${count}`);
+  }
+
+  /** Takes a film off that list, with its position. */
+  forgetFilm(videoId) {
+    return this.#ask(`Films?videoId=${videoId}`, { method: 'DELETE', keepalive: true });
+  }
+
+  /** Address of the picture where the learner stopped; another one for each time it was watched. */
+  stillAddress({ videoId, watchedAtMs }) {
+    return new URL(`Films/Still?videoId=${videoId}&watched=${watchedAtMs}`, this.#base).href;
+  }
+
+  /** Hands the film's file to the program, which opens it once the page says that it is ready. */
+  openFilm(videoId) {
+    return this.#post('Films/Open', { videoId });
+  }
+
   filmLines(videoId) {
     return this.#ask(`MovieFile/Lines?videoId=${videoId}`);
   }
@@ -127,17 +147,72 @@ export class ServiceApi {
   }
 
   forgetWord(lemma) {
-    return this.#ask(`Words/Word?lemma=${encodeURIComponent(lemma)}`, { method: 'DELETE' });
+    return this.#ask(`Words/Word?lemma=${encodeURIComponent(lemma)}`, { method: 'DELETE', keepalive: true });
   }
 
-  /** query: { status, videoId, order, offset, count }, each of which may be missing. */
-  words(query) {
-    return this.#ask(`Words?${new URLSearchParams(query)}`);
+  /**
+   * { total, words }: marked words. statuses: parted by commas, empty for all; text: in the word or its gloss; videoId: of
+   * the film in which they were saved.
+   */
+  words({ text = '', statuses = '', videoId = '', order = 'added', offset = 0, count = 100 }) {
+    const query = new URLSearchParams({ order, offset, count });
+    if (statuses) query.set('status', statuses);
+    if (text) query.set('text', text);
+    if (videoId) query.set('videoId', videoId);
+    return this.#ask(`Words?${query}`);
   }
 
-  /** What is due for review, so many cards of it. */
-  review(count) {
+  /** text: a word a line, CSV or TSV. */
+  importWords(text) {
+    return this.#ask('Words/Import', { method: 'POST', body: text });
+  }
+
+  /** Address of all marked words as a file; format: csv or tsv. */
+  wordListAddress(format) {
+    return new URL(`Words/List?format=${format}`, this.#base).href;
+  }
+
+  beginAnkiPackage(withClips) {
+    return this.#ask(`Words/Anki?clips=${withClips}`, { method: 'POST', body: '' });
+  }
+
+  ankiPackage() {
+    return this.#ask('Words/Anki');
+  }
+
+  endAnkiPackage() {
+    return this.#ask('Words/Anki', { method: 'DELETE' });
+  }
+
+  get ankiPackageAddress() {
+    return new URL('Words/Anki/File', this.#base).href;
+  }
+
+  ankiConnect() {
+    return this.#ask('Words/AnkiConnect');
+  }
+
+  tryAnkiConnect() {
+    return this.#ask('Words/AnkiConnect', { method: 'POST', body: '' });
+  }
+
+  /** { dueCount, nextDueAtMs, cards }: words that are to be reviewed now. */
+  review(count = 20) {
     return this.#ask(`Review?count=${count}`);
+  }
+
+  /** grade: again, hard, good or easy. */
+  gradeWord(lemma, grade) {
+    return this.#post('Review/Grade', { lemma, grade });
+  }
+
+  undoGrade() {
+    return this.#ask('Review/Undo', { method: 'POST', body: '' });
+  }
+
+  /** Address of all that the learner has made, as a file. */
+  get learnerFileAddress() {
+    return new URL('Learner/File', this.#base).href;
   }
 
   /** sighting: { form, line, lemma, translation, videoId, subtitleId, startMs, endMs, status, gloss }, as far as known. */
@@ -145,9 +220,13 @@ export class ServiceApi {
     return this.#post('Words/Save', sighting);
   }
 
-  searchLines(text, { below, count = 30 } = {}) {
-    const from = below === undefined ? '' : `&below=${below}`;
-    return this.#ask(`Lines/Search?text=${encodeURIComponent(text)}&count=${count}${from}`);
+  /** language: a code, empty for all; wholeWord: the last word does not go on. */
+  searchLines(text, { below, count = 30, language = '', wholeWord = false } = {}) {
+    const query = new URLSearchParams({ text, count });
+    if (below !== undefined) query.set('below', below);
+    if (language) query.set('language', language);
+    if (wholeWord) query.set('wholeWord', true);
+    return this.#ask(`Lines/Search?${query}`);
   }
 
   #post(path, body) {

@@ -14,9 +14,10 @@ let language = 'en';
 let plurals = new Intl.PluralRules('en');
 let numbers = new Intl.NumberFormat('en');
 
-/** code: of the learner's language ("fra"); English where the pages do not speak it. */
+/** code: of the learner's language ("fra"), or one of the two-letter codes; English where the pages do not speak it. */
 export async function speak(code) {
-  const wanted = interfaceLanguages.get(code) ?? 'en';
+  const isSpoken = [...interfaceLanguages.values()].includes(code);
+  const wanted = isSpoken ? code : interfaceLanguages.get(code) ?? 'en';
   if (wanted === language) return;
   texts = wanted === 'en' ? english : (await import(`../texts/${wanted}.mjs`)).default;
   language = wanted;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+import { speedText } from './speedtext.mjs';
 import { t } from '../../shared/texts.mjs';
 import { keyText } from '../keys/keymap.mjs';
 import { MoreButtons } from './morebuttons.mjs';
@@ -79,5 +80,3 @@ export class Controls {
     return this.#document.getElementById(id);
   }
 }
-
-export const speedText = (speed) => `${speed.toFixed(1)}×`;

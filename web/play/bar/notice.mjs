@@ -3,7 +3,8 @@
 import { t } from '../../shared/texts.mjs';
 import { trackName } from '../lines/subtitles.mjs';
 
-const noticeMs = 9000;
+// Long enough to be read.
+const readingMs = (text) => 1800 + 70 * text.length;
 
 /** A short word over the picture, which goes by itself. */
 export class Notice {
@@ -14,7 +15,7 @@ export class Notice {
     this.#element = element;
   }
 
-  say(text, forMs = noticeMs) {
+  say(text, forMs = readingMs(text)) {
     clearTimeout(this.#timer);
     this.#element.textContent = text;
     this.#timer = setTimeout(() => { this.#element.textContent = ''; }, forMs);

@@ -5,11 +5,15 @@
 
 // A report comes every 250-280 ms; when none has come for this long, the film stands, whatever the page believes.
 const longestGapMs = 700;
-// Reports wander by some tens of milliseconds; further off than this, the film has been moved.
+// Further ahead than this, the film has been moved. Further behind it may have been, or the report is late: then the
+// next ones are not.
 const jumpMs = 300;
+const lateReports = 2;
 // While paused, a late report of the time just before the pause must not move the lines.
 const pausedJumpMs = 400;
 const samplesKept = 5;
+// Of the moment of a start only the page's own command is known; two reports know it better.
+const reportsForStart = 2;
 // After a seek, reports of the old place still arrive; a new place that never does is believed after this time.
 const longestSeekMs = 1500;
 const seekSlackMs = 300;
@@ -17,7 +21,8 @@ const seekSlackMs = 300;
 export class PlaybackClock {
   #running = true;
   #speed = 1;
-  #samples = []; // { position, at }: the latest reports since the last jump
+  #samples = []; // { position, at, isGuess }: the latest reports since the last jump
+  #behind = 0; // how many reports in a row were far behind
   #standing = null; // the position while nothing runs; null before the first report
   #latest = null; // what was last told while running: the film never runs backwards between jumps
   #seek = null; // { target, at } until a report from there
@@ -33,20 +38,28 @@ export class PlaybackClock {
     }
     // After a stall the reports from before it say nothing of now.
     const anew = this.#seek !== null || this.#samples.length === 0 || this.stalled(now);
-    const jumped = anew || Math.abs(position - this.#estimate(now)) > jumpMs;
+    const aheadMs = anew ? 0 : position - this.#estimate(now);
+    this.#behind = aheadMs < -jumpMs ? this.#behind + 1 : 0;
+    const jumped = anew || aheadMs > jumpMs || this.#behind > lateReports;
     this.#seek = null;
     if (jumped) this.#startFrom(position, now);
-    else this.#samples = [...this.#samples, { position, at: now }].slice(-samplesKept);
+    else this.#add({ position, at: now });
   }
 
-  /** The page has told the player to play (true) or pause. */
-  setRunning(running, now) {
+  #add(sample) {
+    this.#samples = [...this.#samples, sample].slice(-samplesKept);
+    const reports = this.#samples.filter(({ isGuess }) => !isGuess);
+    if (reports.length >= reportsForStart) this.#samples = reports;
+  }
+
+  /** The page has told the player to play (true) or pause; stands: where it then stands, if that is known better. */
+  setRunning(running, now, stands = this.position(now)) {
     if (running === this.#running) return;
-    this.#standing = this.position(now);
+    this.#standing = stands;
     this.#running = running;
     this.#samples = [];
     this.#latest = null;
-    if (running && this.#standing !== null && !this.#seek) this.#startFrom(this.#standing, now);
+    if (running && this.#standing !== null && !this.#seek) this.#startFrom(this.#standing, now, true);
   }
 
   setSpeed(speed, now) {
@@ -91,10 +104,11 @@ export class PlaybackClock {
     return this.#speed;
   }
 
-  #startFrom(position, now) {
-    this.#samples = [{ position, at: now }];
+  #startFrom(position, now, isGuess = false) {
+    this.#samples = [{ position, at: now, isGuess }];
     this.#standing = position;
     this.#latest = null;
+    this.#behind = 0;
   }
 
   // As if the last report, at that moment, had been such that the film now stands at position.
@@ -106,13 +120,13 @@ export class PlaybackClock {
     return now - this.#samples[this.#samples.length - 1].at;
   }
 
-  // Each report says where the film would be now; the middle one is not fooled by one that came late.
+  // Each report says where the film would be now. Reports are late, some of them much, and hardly ever early: the
+  // foremost is right, or the one behind it where a single one is off.
   #estimate(now) {
     const until = Math.min(now, this.#samples[this.#samples.length - 1].at + longestGapMs);
     const told = this.#samples.map(({ position, at }) => position + (until - at) * this.#speed);
-    told.sort((a, b) => a - b);
-    const middle = told.length >> 1;
-    return told.length % 2 ? told[middle] : (told[middle - 1] + told[middle]) / 2;
+    told.sort((a, b) => b - a);
+    return told[told.length > 2 ? 1 : 0];
   }
 
   #endsSeek(position, now) {

@@ -10,12 +10,16 @@ const volumeStepPercent = 5;
 const loudestPercent = 200;
 const slowest = 0.5;
 const fastest = 2;
+const slowestOfAll = 0.25;
+const fastestOfAll = 4;
 const speedStep = 0.1;
 // A report comes four times a second: the last one of a film is this far before its end, at most.
 const endZoneMs = 600;
 // A report that comes this long after a Pause is of a film that runs on, or has been moved: told again, a Pause does
 // no harm.
 const pauseTimeMs = 700;
+// So long after the page has given a command the film obeys.
+const commandMs = 10;
 // Short stalls come and go; what lasts this long is worth a word.
 const longestSilenceMs = 4000;
 
@@ -27,6 +31,9 @@ export class Film {
   volumePercent = 100;
   muted = false;
   audioTrackId = null;
+  /** How often the film has been told to go elsewhere. */
+  seeks = 0;
+  #isHushed = false;
   #heardAt;
   #pausedAt = -Infinity;
   #bridge;
@@ -45,6 +52,13 @@ export class Film {
 
   get positionMs() {
     return this.clock.position(this.#now());
+  }
+
+  /** Where the film is when a command that is given now takes effect; null before the first report. */
+  get commandMs() {
+    const now = this.#now();
+    const position = this.clock.position(now);
+    return position !== null && this.clock.moves(now) ? position + commandMs * this.speed : position;
   }
 
   get playing() {
@@ -104,10 +118,11 @@ export class Film {
     else this.setPlaying(!this.playing);
   }
 
-  setPlaying(playing) {
+  /** standsAtMs: of a pause, where the film then stands, if that is known better than by its time. */
+  setPlaying(playing, standsAtMs) {
     this.#heardAt = this.#now();
     if (!playing) this.#pausedAt = this.#now();
-    this.clock.setRunning(playing, this.#now());
+    this.clock.setRunning(playing, this.#now(), standsAtMs);
     this.#bridge.execute(playing ? 'Play' : 'Pause');
     this.#changed();
   }
@@ -126,6 +141,7 @@ export class Film {
     const last = this.durationMs === null ? Infinity : Math.max(0, Math.floor(this.durationMs / 1000) - 1);
     const position = clamp(Math.floor(second), 0, last);
     this.#heardAt = this.#now();
+    this.seeks += 1;
     this.clock.seek(position * 1000, this.#now());
     this.#bridge.execute('SeekTo', { position });
     this.#changed();
@@ -164,19 +180,25 @@ export class Film {
 
   toggleMute() {
     this.muted = !this.muted;
-    this.#bridge.execute('SetMuted', { muted: this.muted });
+    this.#bridge.execute('SetMuted', { muted: this.muted || this.#isHushed });
     this.#changed();
   }
 
+  /** Keeps a moment silent, whatever the learner has set; that holds again afterwards. */
+  hush(on) {
+    this.#isHushed = on;
+    if (!this.muted) this.#bridge.execute('SetMuted', { muted: on });
+  }
+
   setSpeed(speed) {
-    const rounded = clamp(Math.round(speed * 10) / 10, slowest, fastest);
+    const rounded = clamp(Math.round(speed * 100) / 100, slowestOfAll, fastestOfAll);
     this.clock.setSpeed(rounded, this.#now());
     this.#bridge.execute('SetPlaybackSpeed', { speed: rounded });
     this.#changed();
   }
 
   changeSpeed(direction) {
-    this.setSpeed(this.speed + direction * speedStep);
+    this.setSpeed(clamp(Math.round((this.speed + direction * speedStep) * 10) / 10, slowest, fastest));
   }
 
   /** Takes a track as soon as the film is heard: before that, the player knows of none. */

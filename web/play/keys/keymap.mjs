@@ -57,6 +57,8 @@ export const actionGroups = [
     ignoreWord: ['i'],
     speakWord: ['w'],
     speakSlowly: ['Shift+w'],
+    nextWord: ['arrowright'],
+    previousWord: ['arrowleft'],
     longerPhrase: ['Shift+arrowright'],
     shorterPhrase: ['Shift+arrowleft'],
     closeCard: ['x', 'backspace'],
@@ -162,6 +164,7 @@ export function groupOf(action) {
 
 const names = {
   arrowleft: '←', arrowright: '→', arrowup: '↑', arrowdown: '↓', pageup: 'PgUp', pagedown: 'PgDn', backspace: '⌫',
+  mediaplaypause: '⏯',
 };
 
 /** A combination as a sheet shows it. spaceName: the interface's word for the space bar. */

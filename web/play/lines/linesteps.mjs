@@ -8,6 +8,9 @@ export function secondsBefore(startMs) {
   return Math.floor(startMs / 1000);
 }
 
+// A line that has begun only just now is not the one that is meant: the film may have paused after the one before.
+const justBegunMs = 60;
+
 export class LineSteps {
   #index;
   #asked = null; // place of the line last jumped to
@@ -19,9 +22,9 @@ export class LineSteps {
   /** The place of the line that is heard, or was heard last, at time; -1 before the first. */
   current(time) {
     const cue = this.#index.cues[this.#asked];
-    if (cue && time >= secondsBefore(cue.startMs) * 1000 - 300 && time < cue.startMs) return this.#asked;
+    if (cue && time >= secondsBefore(cue.startMs) * 1000 - 300 && time < cue.startMs + justBegunMs) return this.#asked;
     this.#asked = null;
-    return this.#index.lastStarted(time);
+    return this.#index.lastStarted(time - justBegunMs);
   }
 
   /** The line to jump to; null when there is none. step: -1 the line before, 0 the same again, 1 the next. */

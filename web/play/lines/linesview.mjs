@@ -1,15 +1,52 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import { create } from '../../shared/elements.mjs';
-import { runsOf } from './runs.mjs';
+import { lineText } from './linetext.mjs';
 
-/** One track's place over the picture: draws the lines that it is given, and nothing when they are the same. */
+/**
+ * One track's place over the picture: draws the lines that it is given, and nothing when they are the same. Where the
+ * words are alive, each is an element of its own.
+ */
 export class LinesView {
   #element;
   #shown = '[]';
+  #cues = [];
+  #text = lineText([]);
+  #classOf = null;
+  #isHeld = false;
 
   constructor(element) {
     this.#element = element;
+  }
+
+  get element() {
+    return this.#element;
+  }
+
+  /** The cues that are drawn. */
+  get cues() {
+    return this.#cues;
+  }
+
+  /** What is drawn, as lineText tells it. */
+  get text() {
+    return this.#text;
+  }
+
+  /** classOf(word): the class of a word's status; null: words are not alive. */
+  setWords(classOf) {
+    this.#classOf = classOf;
+    this.#shown = '';
+    if (!this.#isHeld) this.show(this.#cues);
+    else this.#draw();
+  }
+
+  /** Draws the words' classes anew. */
+  colour() {
+    for (const element of this.#element.querySelectorAll('.word')) {
+      const name = this.#classNameOf(this.#text.words[Number(element.dataset.word)]);
+      if (element.className !== name) element.className = name;
+    }
   }
 
   /** Keeps the place free even between two lines, so that the other track does not move. */
@@ -25,17 +62,41 @@ export class LinesView {
   }
 
   show(cues) {
-    const lines = cues.flatMap(runsOf);
-    const shown = JSON.stringify(lines);
+    if (this.#isHeld) return;
+    const shown = JSON.stringify(cues.map(({ lines, italics }) => [lines, italics]));
+    this.#cues = cues;
     if (shown === this.#shown) return;
     this.#shown = shown;
-    this.#element.replaceChildren(...lines.map((runs) => this.#line(runs)));
+    this.#draw();
   }
 
-  #line(runs) {
+  /** Keeps what is drawn, whatever the time, until let go. */
+  hold(isHeld) {
+    this.#isHeld = isHeld;
+  }
+
+  elementOf(word) {
+    return this.#element.querySelector(`[data-word="${word}"]`);
+  }
+
+  #draw() {
+    this.#text = lineText(this.#cues);
+    this.#element.replaceChildren(...this.#text.lines.map((parts) => this.#line(parts)));
+  }
+
+  #line(parts) {
     const { ownerDocument } = this.#element;
+    const drawn = (pieces) => pieces.map(({ text, isItalic }) => (isItalic ? create(ownerDocument, 'i', {}, text) : text));
     // Each line has its own direction: two speakers may have two languages.
     return create(ownerDocument, 'span', { className: 'line', dir: 'auto' },
-      ...runs.map(({ text, isItalic }) => (isItalic ? create(ownerDocument, 'i', {}, text) : text)));
+      create(ownerDocument, 'span', { className: 'ink' },
+        ...parts.flatMap(({ word, pieces }) => (word === null || !this.#classOf
+          ? drawn(pieces)
+          : [create(ownerDocument, 'span', { className: this.#classNameOf(this.#text.words[word]), 'data-word': word }, ...drawn(pieces))]))));
+  }
+
+  #classNameOf(word) {
+    const name = this.#classOf?.(word.text) ?? '';
+    return name ? `word ${name}` : 'word';
   }
 }

@@ -11,26 +11,38 @@ export class ShownLines {
   #subtitles;
   #driver;
   #views;
+  #index = { learned: null, native: null };
 
   constructor(document, film, subtitles, now) {
     this.#film = film;
     this.#subtitles = subtitles;
     this.#driver = new LinesDriver(film, now);
-    this.#views = lineNames.map((name) => new LinesView(document.getElementById(name)));
+    this.#views = Object.fromEntries(lineNames.map((name) => [name, new LinesView(document.getElementById(name))]));
+  }
+
+  /** The place of the upper or the lower line. */
+  view(name) {
+    return this.#views[name];
+  }
+
+  /** The CueIndex of a line in the film's time; null when it shows none. */
+  index(name) {
+    return this.#index[name];
   }
 
   /** To be called after changes of the subtitles. */
   load() {
     const shown = [];
-    lineNames.forEach((name, i) => {
+    for (const name of lineNames) {
       const cues = this.#subtitles.cues(name);
+      this.#index[name] = cues && new CueIndex(cues);
       if (!cues) {
-        this.#views[i].release();
-        return;
+        this.#views[name].release();
+        continue;
       }
-      this.#views[i].reserve(this.#subtitles.line(name).languageTag);
-      shown.push({ index: new CueIndex(cues), view: this.#views[i] });
-    });
+      this.#views[name].reserve(this.#subtitles.line(name).languageTag);
+      shown.push({ index: this.#index[name], view: this.#views[name] });
+    }
     this.#driver.setTracks(shown);
     this.#film.stepBy(shown[0]?.index ?? null);
   }
@@ -38,5 +50,21 @@ export class ShownLines {
   /** To be called whenever the film's time may have changed otherwise than by running on. */
   update() {
     this.#driver.update();
+  }
+
+  /** Keeps the lines that show, or those of the upper line's cue, until let go. */
+  hold(cue = null) {
+    this.release();
+    if (cue) {
+      const beneath = this.#index.native?.at((cue.startMs + cue.endMs) / 2) ?? [];
+      this.#views.learned.show([cue]);
+      this.#views.native.show(beneath);
+    }
+    for (const name of lineNames) this.#views[name].hold(true);
+  }
+
+  release() {
+    for (const name of lineNames) this.#views[name].hold(false);
+    this.update();
   }
 }

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "Vocabulary/ReviewPlan.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace murvo::service {
+
+class Database;
+
+/// Where a word stands in its reviews.
+struct ReviewPlace {
+    WordStatus status = WordStatus::New;
+    qint64 changedAtMs = 0; ///< of the status; since 1970, UTC
+    std::optional<qint64> dueAtMs;
+
+    bool operator==(const ReviewPlace &) const = default;
+};
+
+/// What a grade has done to a word.
+struct GradeStep {
+    QString lemma;
+    ReviewPlace before;
+    ReviewPlace after;
+};
+
+/// The marked words by the times at which they come up for review. Any thread; borrows the database. Every
+/// call may throw SQLite::Exception.
+class ReviewTable {
+  public:
+    explicit ReviewTable(Database &database)
+        : _database(database) {}
+
+    /// How many are due at that time.
+    [[nodiscard]] qint32 dueCount(qint64 nowMs);
+
+    /// When the next word comes up after that time.
+    [[nodiscard]] std::optional<qint64> nextDue(qint64 nowMs);
+
+    /// None when the word is not marked.
+    [[nodiscard]] std::optional<GradeStep> grade(const QString &lemma, ReviewGrade grade, qint64 nowMs);
+
+    /// False, and nothing is changed, when something else has become of the word since.
+    [[nodiscard]] bool takeBack(const GradeStep &step);
+
+  private:
+    Database &_database;
+};
+
+} // namespace murvo::service

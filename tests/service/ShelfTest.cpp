@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/ServiceFixture.h"
+
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonArray>
+
+#include <future>
+#include <thread>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace murvo::service::test {
+
+namespace {
+
+/// The films that the learner has watched.
+class ShelfTest : public ServiceFixture {
+  protected:
+    /// A file with that name that is told apart from others; returns its number.
+    int film(const QString &name, quint64 hash) {
+        return lookUp(writeFile(name, "x"), hash).json()["videoId"_L1].toInt();
+    }
+    [[nodiscard]] QJsonArray shelf() { return get(u"Api/Films"_s).json()["films"_L1].toArray(); }
+    [[nodiscard]] static QList<int> idsOf(const QJsonArray &list) {
+        QList<int> ids;
+        for (const QJsonValue each : list)
+            ids.append(each["videoId"_L1].toInt());
+        return ids;
+    }
+    [[nodiscard]] Reply open(int videoId) {
+        return post(u"Api/Films/Open"_s, "{\"videoId\":" + QByteArray::number(videoId) + "}", "text/plain");
+    }
+    static void awaitNextMillisecond() {
+        const qint64 nowMs = QDateTime::currentMSecsSinceEpoch();
+        while (QDateTime::currentMSecsSinceEpoch() == nowMs)
+            std::this_thread::yield();
+    }
+    [[nodiscard]] static QString watching(int videoId) {
+        return u"Api/MovieFile/Watching?videoId=%1"_s.arg(videoId);
+    }
+};
+
+TEST_F(ShelfTest, AFilmGoesOnWhereAndHowItWasLeft) {
+    const int first = film(u"First.mkv"_s, 1);
+    const int second = film(u"Second.mkv"_s, 2);
+    const QJsonObject untouched = get(watching(second)).json();
+    EXPECT_EQ(untouched["positionMs"_L1], 0);
+    EXPECT_EQ(untouched["speedPercent"_L1], 100);
+    const qint64 beforeMs = QDateTime::currentMSecsSinceEpoch();
+    const QJsonObject told{{u"positionMs"_s, 61'000},
+                           {u"durationMs"_s, 7'200'000},
+                           {u"speedPercent"_s, 80},
+                           {u"audioTrackId"_s, 3},
+                           {u"isFinished"_s, true}};
+    QJsonObject kept = put(watching(first), told).json();
+    for (auto field = told.begin(); field != told.end(); ++field)
+        EXPECT_EQ(kept[field.key()], *field) << field.key().toStdString();
+    EXPECT_GE(kept["watchedAtMs"_L1].toInteger(), beforeMs);
+    kept["audioTrackId"_L1] = QJsonValue::Null;
+    kept["isFinished"_L1] = false;
+    EXPECT_EQ(put(watching(first), {{u"audioTrackId"_s, QJsonValue::Null}, {u"isFinished"_s, false}}).json(),
+              kept)
+        << "what is not told stays, and so does the time without a position";
+    restart();
+    EXPECT_EQ(get(watching(first)).json(), kept);
+    EXPECT_EQ(get(watching(second)).json(), untouched);
+}
+
+TEST_F(ShelfTest, WhatCannotBeOfAFilmIsRefusedAsAWhole) {
+    const int one = film(u"Film.mkv"_s, 1);
+    const QJsonObject before = get(watching(one)).json();
+    const QList<QPair<QString, QJsonValue>> wrong{{u"positionMs"_s, -1},
+                                                  {u"positionMs"_s, 1.5},
+                                                  {u"positionMs"_s, 86'400'001},
+                                                  {u"positionMs"_s, u"1"_s},
+                                                  {u"durationMs"_s, -1},
+                                                  {u"speedPercent"_s, 24},
+                                                  {u"speedPercent"_s, 401},
+                                                  {u"isFinished"_s, 1},
+                                                  {u"audioTrackId"_s, u"1"_s},
+                                                  {u"audioTrackId"_s, 3e9},
+                                                  {u"positionMs"_s, QJsonValue::Null}};
+    for (const auto &[name, value] : wrong) {
+        QJsonObject body{{u"durationMs"_s, 5}, {u"positionMs"_s, 5}};
+        body[name] = value;
+        EXPECT_EQ(put(watching(one), body).errorCode(), u"badSetting"_s) << name.toStdString();
+    }
+    EXPECT_EQ(get(watching(one)).json(), before);
+    EXPECT_EQ(put(watching(99), {{u"positionMs"_s, 5}}).errorCode(), u"unknownFilm"_s);
+    EXPECT_EQ(ask("PUT", watching(one), {}, "1").errorCode(), u"badJson"_s);
+}
+
+TEST_F(ShelfTest, WatchedFilmsComeTheLastFirstWithWhatIsKnownOfThem) {
+    writeFile(u"First.en.srt"_s, srt("The cat and the defenestration."));
+    fetchAndUpload(lookUp(writeFile(u"First.mkv"_s, "x"), 1));
+    const int first = 1;
+    const int second = film(u"Second.mkv"_s, 2);
+    const int address = lookUp({}, 3).json()["videoId"_L1].toInt();
+    (void)film(u"Never.mkv"_s, 4);
+    for (const int each : {address, second, first}) {
+        (void)put(watching(each), {{u"positionMs"_s, 1000 * each}, {u"speedPercent"_s, 50}});
+        awaitNextMillisecond();
+    }
+    for (const char *word : {"cat", "cat", "dog"})
+        (void)post(u"Api/Words/Save"_s,
+                   QByteArray("{\"videoId\":1,\"form\":\"") + word + "\",\"line\":\"" + word + " one\"}", "");
+    const QJsonObject words = get(u"Api/MovieFile/Words?videoId=1"_s).json();
+
+    QJsonArray all = shelf();
+    ASSERT_EQ(idsOf(all), (QList<int>{first, second, address}));
+    EXPECT_EQ(all[0]["runningWords"_L1], words["runningWords"_L1]);
+    EXPECT_EQ(all[0]["knownPercent"_L1], words["knownPercent"_L1]);
+    EXPECT_GT(all[0]["knownPercent"_L1].toInt(), 0);
+    EXPECT_EQ(all[0]["savedWords"_L1], 2);
+    EXPECT_EQ(all[0]["positionMs"_L1], 1000);
+    EXPECT_EQ(all[0]["fileName"_L1], u"First.mkv"_s);
+    EXPECT_TRUE(all[0]["isThere"_L1].toBool() && !all[0]["isAddress"_L1].toBool());
+    EXPECT_TRUE(!all[2]["isThere"_L1].toBool() && all[2]["isAddress"_L1].toBool());
+    QFile::remove(films.filePath(u"Second.mkv"_s));
+    EXPECT_FALSE(shelf()[1]["isThere"_L1].toBool());
+
+    const Reply page = get(u"Api/Films?offset=1&count=1"_s);
+    EXPECT_EQ(page.json()["total"_L1], 3);
+    EXPECT_EQ(idsOf(page.json()["films"_L1].toArray()), QList<int>{second});
+    EXPECT_EQ(get(u"Api/Films?count=0"_s).errorCode(), u"badParameter"_s);
+
+    EXPECT_EQ(ask("DELETE", u"Api/Films?videoId=1"_s).status, 200);
+    EXPECT_EQ(idsOf(shelf()), (QList<int>{second, address}));
+    EXPECT_EQ(get(watching(first)).json()["positionMs"_L1], 0);
+    EXPECT_EQ(get(watching(first)).json()["speedPercent"_L1], 50) << "how it is played stays";
+    EXPECT_EQ(get(u"Api/Words"_s).json()["total"_L1], 2);
+    EXPECT_EQ(ask("DELETE", u"Api/Films?videoId=99"_s).errorCode(), u"unknownFilm"_s);
+}
+
+TEST_F(ShelfTest, AFilmIsOpenedWhereItLiesOnceTheProgramHasIt) {
+    std::promise<std::function<void()>> wanted;
+    QString wantedPath;
+    openFilm = [&](const QString &path, const std::function<void()> &taken) {
+        wantedPath = path;
+        wanted.set_value(taken);
+    };
+    restart();
+    const int one = film(u"Film.mkv"_s, 1);
+    auto reply = std::async(std::launch::async, [this, one] { return open(one); });
+    const auto taken = wanted.get_future().get();
+    EXPECT_EQ(wantedPath, films.filePath(u"Film.mkv"_s));
+    EXPECT_EQ(reply.wait_for(200ms), std::future_status::timeout) << "before the program has it";
+    taken();
+    EXPECT_EQ(reply.get().json()["videoId"_L1], one);
+    taken(); // once more does no harm
+    QFile::remove(wantedPath);
+    EXPECT_EQ(open(one).errorCode(), u"filmMoved"_s);
+    EXPECT_EQ(open(lookUp({}, 3).json()["videoId"_L1].toInt()).errorCode(), u"filmMoved"_s) << "an address";
+    EXPECT_EQ(open(77).errorCode(), u"unknownFilm"_s);
+}
+
+TEST_F(ShelfTest, TheEndDoesNotWaitForAProgramThatNeverTakesTheFilm) {
+    std::promise<std::function<void()>> wanted;
+    openFilm = [&](const QString &, const std::function<void()> &taken) { wanted.set_value(taken); };
+    restart();
+    const int one = film(u"Film.mkv"_s, 1);
+    auto reply = std::async(std::launch::async, [own = client(), path = tokenPath(), one]() mutable {
+        return replyOf(
+            own.Post(path + "Api/Films/Open", "{\"videoId\":" + std::to_string(one) + "}", "text/plain"));
+    });
+    const auto taken = wanted.get_future().get();
+    QElapsedTimer clock;
+    clock.start();
+    service.reset();
+    EXPECT_LT(clock.elapsed(), 3000);
+    EXPECT_EQ(reply.get().status, 500);
+    taken(); // after the end it is of no effect
+}
+
+} // namespace
+
+} // namespace murvo::service::test

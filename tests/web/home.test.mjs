@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import assert from 'node:assert/strict';
+import { test } from 'node:test';
+
+import { filmProgress } from '../../web/home/films/filmprogress.mjs';
+import { filmTitle } from '../../web/home/films/filmtitle.mjs';
+import { levelText } from '../../web/home/frame/levelmeter.mjs';
+import { placeOfWord, placesOf } from '../../web/home/marking.mjs';
+import { PendingRemoval } from '../../web/home/removal.mjs';
+import { Hits, grouped } from '../../web/home/search/hits.mjs';
+import { ankiText, sizeText } from '../../web/home/words/listspanel.mjs';
+import { WordPages, rowsInView } from '../../web/home/words/wordpages.mjs';
+import { FakeTimers } from './faketimers.mjs';
+
+const settled = () => new Promise((go) => { setImmediate(go); });
+
+test('a film has the title that people would write', () => {
+  const cases = [
+    ['A Walk by the Sea.mkv', 'A Walk by the Sea', null],
+    ['The.Old.House.2019.1080p.BluRay.x264-GROUP.mkv', 'The Old House', 2019],
+    ['the_old_house.mp4', 'The Old House', null],
+    ['Garden.2049.2017.EXTENDED.2160p.WEB-DL.mkv', 'Garden 2049', 2017],
+    ['1917 (2019).mkv', '1917', 2019],
+    ['1917.mkv', '1917', null],
+    ['2001.A.Sea.Voyage.1968.720p.mkv', '2001 A Sea Voyage', 1968],
+    ['The Spider\'s Web [2006] [1080p].mkv', 'The Spider\'s Web', 2006],
+    ['[Group] Night Train [720p].mkv', 'Night Train', null],
+    ['720p.mkv', '720p', null],
+    ['Élan.vital.hdtv.avi', 'Élan vital', null],
+    ['no extension', 'No Extension', null],
+    ['', '', null],
+  ];
+  for (const [fileName, title, year] of cases) {
+    const found = filmTitle(fileName);
+    assert.deepEqual([found.title, found.year, found.episode], [title, year, null], fileName);
+  }
+});
+
+test('an episode has its series, its numbers and its name', () => {
+  const parts = (fileName) => Object.values(filmTitle(fileName));
+  assert.deepEqual(parts('harbour.lights.S02E05.The.Storm.720p.WEB-DL.mkv'), ['Harbour Lights', null, 2, 5, 'The Storm']);
+  assert.deepEqual(parts('Harbour Lights (1998) - 1x07 - Low Tide.mkv'), ['Harbour Lights', 1998, 1, 7, 'Low Tide']);
+  assert.deepEqual(parts('Harbour.Lights.s01e10e11.mkv'), ['Harbour Lights', null, 1, 10, '']);
+  assert.deepEqual(parts('Flat 16x90 Screen.mkv').slice(2, 4), [16, 90], 'what looks like an episode is one');
+});
+
+test('the way through a film never exceeds it, and its last minute counts as one', () => {
+  assert.deepEqual(filmProgress({ positionMs: 30_000, durationMs: 60_000 }), { percent: 50, minutesLeft: 1 });
+  assert.deepEqual(filmProgress({ positionMs: 90_000, durationMs: 60_000 }), { percent: 100, minutesLeft: 1 });
+  assert.deepEqual(filmProgress({ positionMs: 90_000, durationMs: 0 }), { percent: 0, minutesLeft: null });
+  assert.deepEqual(filmProgress({ positionMs: 0, durationMs: 6_000_000 }), { percent: 0, minutesLeft: 100 });
+  assert.equal(filmProgress({ positionMs: 100, durationMs: 60_000, isFinished: true }).percent, 100);
+});
+
+test('words are found in a line as the service finds them', () => {
+  const marked = (text, searched, options) => placesOf(text, searched, options).map(({ start, end }) => text.slice(start, end));
+  assert.deepEqual(marked('Run! He runs, running.', 'run'), ['Run', 'runs', 'running']);
+  assert.deepEqual(marked('Run! He runs, running.', 'run', { wholeWord: true }), ['Run']);
+  assert.deepEqual(marked('Look\nforward to the cafés', 'look FORWARD'), ['Look\nforward']);
+  assert.deepEqual(marked('Look\nforward to the cafés', 'cafe'), ['cafés']);
+  assert.deepEqual(marked('I don\'t, you don’t', 'don\'t'), ['don\'t', 'don’t']);
+  assert.deepEqual(marked('well, well, well', 'well well'), ['well, well']);
+  assert.deepEqual(marked('anything', '…'), []);
+  assert.deepEqual(placeOfWord('The running man runs', 'run'), null);
+  assert.deepEqual(placeOfWord('The running man runs', 'runs'), { start: 16, end: 20 });
+});
+
+test('only the rows in view are drawn, with a few to spare', () => {
+  const view = { rowHeight: 50, height: 200, length: 10_000, spare: 2 };
+  assert.deepEqual(rowsInView({ ...view, scrollTop: 0 }), { first: 0, last: 6 });
+  assert.deepEqual(rowsInView({ ...view, scrollTop: 5000 }), { first: 98, last: 106 });
+  assert.deepEqual(rowsInView({ ...view, scrollTop: 499_900 }).last, 9999);
+  assert.deepEqual(rowsInView({ ...view, scrollTop: 0, length: 0 }), { first: 0, last: -1 });
+  const { first, last } = rowsInView({ ...view, scrollTop: 5000, length: 10 });
+  assert.ok(first <= last, 'after the list has become shorter');
+});
+
+/** A service that has so many words, and counts what it is asked. */
+function wordSource(total) {
+  const asked = [];
+  const load = async (offset, count) => {
+    asked.push(offset);
+    const words = Array.from({ length: Math.max(0, Math.min(count, total - offset)) }, (_, i) => ({ lemma: `w${offset + i}` }));
+    return { total, words };
+  };
+  return { asked, load };
+}
+
+test('of ten thousand words only the pages that are looked at are fetched, and each once', async () => {
+  const { asked, load } = wordSource(10_000);
+  const pages = new WordPages(load, () => {}, 100);
+  await pages.renew();
+  pages.need(5000, 5010);
+  pages.need(5005, 5099);
+  await settled();
+  assert.deepEqual(asked, [0, 5000]);
+  assert.equal(pages.length, 10_000);
+  assert.equal(pages.word(5042).lemma, 'w5042');
+  assert.equal(pages.word(700), undefined);
+});
+
+test('a word that is about to go leaves no gap, also where pages meet', async () => {
+  const pages = new WordPages(wordSource(250).load, () => {}, 100);
+  await pages.renew(0, 249);
+  pages.hide(99);
+  assert.equal(pages.length, 249);
+  assert.deepEqual([98, 99, 248].map((at) => pages.word(at).lemma), ['w98', 'w100', 'w249']);
+  pages.hide(null);
+  assert.deepEqual([99, 249].map((at) => pages.word(at).lemma), ['w99', 'w249']);
+});
+
+test('what comes late for an earlier filter is passed over, and a page that failed is asked for again', async () => {
+  const answers = [];
+  const seen = [];
+  const pages = new WordPages(() => new Promise((settle, refuse) => { answers.push({ settle, refuse }); }), (error) => seen.push(error?.message ?? 'words'), 10);
+  const first = pages.renew();
+  const second = pages.renew();
+  answers[1].settle({ total: 30, words: [{ lemma: 'new' }] });
+  await second;
+  answers[0].settle({ total: 1, words: [{ lemma: 'old' }] });
+  await first;
+  assert.equal(pages.word(0).lemma, 'new');
+  pages.need(20, 25);
+  answers[2].refuse(new Error('gone'));
+  await settled();
+  pages.need(20, 25);
+  assert.equal(answers.length, 4);
+  assert.deepEqual(seen, ['words', 'gone']);
+});
+
+test('a removal is carried out when it has waited, when the next comes, and never after it was taken back', async (context) => {
+  const timers = new FakeTimers(context);
+  const removal = new PendingRemoval(5000);
+  const log = [];
+  const begin = (key) => removal.begin({
+    key, carryOut: () => log.push(`gone ${key}`), takenBack: () => log.push(`back ${key}`), done: () => log.push(`done ${key}`),
+  });
+  begin('a');
+  assert.equal(removal.has('a'), true);
+  begin('b');
+  removal.takeBack();
+  begin('c');
+  timers.pass(5000);
+  removal.takeBack();
+  assert.deepEqual(log, ['done a', 'gone a', 'done b', 'back b', 'done c', 'gone c']);
+});
+
+test('hits are grouped by film in the order in which they come, over pages too', async () => {
+  const line = (videoId, text) => ({ videoId, fileName: `${videoId}.mkv`, text });
+  const pages = [
+    { lines: [line(2, 'a'), line(1, 'b')], next: 7 },
+    { lines: [line(1, 'c'), line(3, 'd')], next: null },
+  ];
+  const asked = [];
+  const hits = new Hits({ searchLines: async (text, { below }) => { asked.push(below); return pages[below ? 1 : 0]; } });
+  assert.equal(await hits.search({ text: 'sea' }), true);
+  const [first, second] = [hits.groups, await hits.more()];
+  assert.equal(second, true);
+  assert.deepEqual(hits.groups.map(({ videoId, lines }) => [videoId, lines.map(({ text }) => text).join('')]), [[2, 'a'], [1, 'bc'], [3, 'd']]);
+  assert.equal(first[1].lines.length, 1, 'what was shown is not changed under it');
+  assert.equal(await hits.more(), false);
+  assert.deepEqual(asked, [undefined, 7]);
+  assert.deepEqual(grouped([], []), []);
+});
+
+test('a renewed search brings as many lines as were there, and an empty one none', async () => {
+  const pages = [{ lines: Array(30).fill({ videoId: 1 }), next: 9 }, { lines: Array(30).fill({ videoId: 1 }), next: 4 }];
+  const hits = new Hits({ searchLines: async (text, { below }) => pages[below ? 1 : 0] });
+  await hits.search({ text: 'sea' }, 45);
+  assert.equal(hits.count, 60);
+  await hits.search({ text: ' ' }, 45);
+  assert.deepEqual([hits.query, hits.count, hits.hasMore], [null, 0, false]);
+});
+
+test('an answer to an earlier search does not replace the later one', async () => {
+  const answers = new Map();
+  const hits = new Hits({ searchLines: (text) => new Promise((settle) => { answers.set(text, settle); }) });
+  const early = hits.search({ text: 'se' });
+  const late = hits.search({ text: 'sea' });
+  answers.get('sea')({ lines: [{ videoId: 1 }], next: null });
+  assert.equal(await late, true);
+  answers.get('se')({ lines: [{ videoId: 2 }, { videoId: 3 }], next: null });
+  assert.equal(await early, false);
+  assert.equal(hits.count, 1);
+});
+
+test('states are told as sentences', () => {
+  assert.equal(levelText({ level: 'A2', nextLevel: 'B1', percentToNext: 40, vocabulary: 1500 }),
+    'Level A2, 40 % of the way to B1, about 1,500 words');
+  assert.equal(levelText({ level: 'C2', nextLevel: null, percentToNext: 100, vocabulary: 1 }), 'Level C2, about 1 word');
+  const anki = { isOn: true, waitingCount: 3, sentCount: 12, refusedCount: 0, problem: { message: 'Anki is not there.' } };
+  assert.equal(ankiText(anki), 'Anki is not there. Sent: 12. Waiting: 3.');
+  assert.equal(ankiText({ ...anki, isOn: false }), '');
+  assert.deepEqual([400, 999_999, 1_450_000].map(sizeText), ['1 kB', '1,000 kB', '1.5 MB']);
+});

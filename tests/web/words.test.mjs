@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import assert from 'node:assert/strict';
+import { test } from 'node:test';
+import { formOf, lineText, sentenceAround, wordsOf } from '../../web/play/lines/linetext.mjs';
+import { cardPlace } from '../../web/play/words/cardplace.mjs';
+import { FilmWords } from '../../web/play/words/filmwords.mjs';
+import { byPartOfSpeech, likeliest, lookUpPicked } from '../../web/play/words/lookups.mjs';
+import { WordRecord } from '../../web/play/words/wordrecord.mjs';
+import { occurrences } from '../../web/play/words/occurrences.mjs';
+
+const cue = (startMs, ...lines) => ({ startMs, endMs: startMs + 1000, lines, italics: [] });
+
+test('words are told from what stands between them', () => {
+  const words = (text) => wordsOf(text).map((word) => word.text);
+  assert.deepEqual(words("- Don't go, Mr. O’Neill!"), ["Don't", 'go', 'Mr', 'O’Neill']);
+  assert.deepEqual(words('a well-known “thing” – 42, 7th'), ['a', 'well-known', 'thing', '7th']);
+  assert.deepEqual(words("He said 'hello' and was goin' home"), ['He', 'said', 'hello', 'and', 'was', "goin'", 'home']);
+  assert.deepEqual(words('naïve cafés Ωmega'), ['naïve', 'cafés', 'Ωmega']);
+  assert.deepEqual(words('… ♪ -- 100 %'), []);
+  assert.equal(formOf('O’NEILL'), "o'neill");
+});
+
+test('a line is drawn in parts that make up its text, with its italics, and words know their place in all of it', () => {
+  const { text, words, lines } = lineText([
+    { lines: ['Oh, <b> well', 'go on'], italics: [{ line: 0, start: 4, end: 9 }, { line: 1, start: 0, end: 5 }] },
+    { lines: ['Now'], italics: [] },
+  ]);
+  assert.equal(text, 'Oh, <b> well\ngo on\nNow');
+  assert.equal(lines.map((parts) => parts.flatMap((part) => part.pieces.map((piece) => piece.text)).join('')).join('\n'), text);
+  for (const word of words) assert.equal(text.slice(word.start, word.end), word.text);
+  assert.deepEqual(words.map((word) => word.text), ['Oh', 'b', 'well', 'go', 'on', 'Now']);
+  const well = lines[0].find((part) => part.word === 2);
+  assert.deepEqual(well.pieces, [{ text: 'w', isItalic: true }, { text: 'ell', isItalic: false }]);
+});
+
+test('a sentence is followed into the lines around, and no further', () => {
+  assert.deepEqual(sentenceAround('looking forward', 'I have been', 'to it.'), { text: 'I have been\nlooking forward\nto it.', offset: 12 });
+  assert.deepEqual(sentenceAround('Yes.', 'Really?', 'No'), { text: 'Yes.', offset: 0 });
+  assert.deepEqual(sentenceAround('end.', '', ''), { text: 'end.', offset: 0 });
+  const long = 'x'.repeat(890);
+  assert.deepEqual(sentenceAround('a word', long, long), { text: `${long}\na word`, offset: 891 });
+});
+
+test('a word is found in the other lines in all its forms, those to come first', () => {
+  const cues = [cue(0, 'I ran.'), cue(1000, 'Run!'), cue(2000, 'Running', 'late'), cue(3000, 'a trunk'), cue(4000, 'Look', 'forward')];
+  const found = occurrences(cues, ['run', 'ran', 'running'], cues[1], 5);
+  assert.deepEqual(found, { count: 2, cues: [cues[2], cues[0]] });
+  assert.equal(occurrences(cues, ['look forward'], cues[0], 5).count, 1);
+  assert.deepEqual(occurrences(cues, ['run', 'ran', 'running'], cues[3], 2).cues, [cues[0], cues[1]]);
+});
+
+test('a card stands where there is room, within the window, and hides no line', () => {
+  const window = { width: 1000, height: 600 };
+  const lines = { top: 450, bottom: 530 };
+  const above = cardPlace({ word: { left: 480, right: 520 }, lines, width: 400, window, reserved: 60 });
+  assert.deepEqual(above, { left: 300, bottom: 160, maxHeight: 430 });
+  assert.equal(cardPlace({ word: { left: 0, right: 20 }, lines, width: 400, window, reserved: 60 }).left, 10);
+  assert.equal(cardPlace({ word: { left: 980, right: 999 }, lines, width: 400, window, reserved: 60 }).left, 590);
+  const below = cardPlace({ word: { left: 480, right: 520 }, lines: { top: 20, bottom: 100 }, width: 400, window, reserved: 60 });
+  assert.deepEqual(below, { left: 300, top: 110, maxHeight: 430 });
+});
+
+const filmReply = {
+  subtitleId: 3,
+  words: [
+    { lemma: 'see', forms: ['saw', 'see'], status: null, isKnown: true },
+    { lemma: 'saw', forms: ['saw', 'saws'], status: null, isKnown: false },
+    { lemma: 'harbour', forms: ['harbour', "harbour's"], status: null, isKnown: false },
+    { lemma: 'gull', forms: ['gulls'], status: 'learning2', isKnown: false },
+  ],
+};
+
+test('the words of a film tell what wants learning, and a mark counts at once', async () => {
+  let changes = 0;
+  let reply = filmReply;
+  const words = new FilmWords({ filmWords: async () => structuredClone(reply) }, 1, () => { changes += 1; });
+  assert.equal(words.isHard(cue(0, 'The harbour')), false); // nothing is known of the film yet
+  await words.load();
+  assert.equal(changes, 1);
+  assert.equal(words.classOf('SAW'), ''); // the commoner word keeps the form
+  assert.equal(words.classOf('Harbour’s'), 'unknown');
+  assert.equal(words.classOf('gulls'), 'learning');
+  assert.equal(words.classOf('ship'), '');
+  assert.equal(words.isHard(cue(0, 'I see', 'a harbour')), true);
+  words.marked({ lemma: 'harbour', status: 'known' });
+  assert.equal(words.classOf('harbour'), '');
+  assert.equal(words.isHard(cue(0, 'I see', 'a harbour')), false);
+  words.marked({ lemma: 'harbour', status: 'new' });
+  assert.equal(words.classOf('harbour'), 'fresh');
+  words.marked({ lemma: 'no word of this film', status: 'new' });
+  reply = { ...filmReply, words: filmReply.words.map((word) => ({ ...word, isKnown: true })) };
+  words.marked({ lemma: 'harbour', status: null }); // whether it is known then is the service's to say
+  await new Promise(setImmediate);
+  assert.equal(words.classOf('harbour'), '');
+});
+
+test('a picked word is looked up in its sentence, a phrase by itself, and one that nobody has can still be kept', async () => {
+  const asked = [];
+  const head = (word, start, length) => ({ word, start, length, entries: [], english: [], gloss: '', status: null });
+  const api = {
+    lookUp: async (text, at) => { asked.push([text, at]); return { headwords: [head('go', 0, 2)] }; },
+    word: async (lemma) => ({ lemma: lemma.toLowerCase(), gloss: 'own', status: 'new' }),
+  };
+  await lookUpPicked(api, { text: 'go on', start: 3, end: 5, isPhrase: false, before: 'They', after: '' });
+  assert.deepEqual(asked[0], ['They\ngo on', 8]);
+  const phrase = await lookUpPicked(api, { text: 'Go\non now', start: 0, end: 5, isPhrase: true, before: '', after: '' });
+  assert.deepEqual(asked[1], ['Go on', 0]);
+  assert.deepEqual(phrase.headwords.map(({ word, gloss }) => [word, gloss]), [['go on', 'own'], ['go', '']]);
+  assert.equal(phrase.form, 'Go on');
+});
+
+test('meanings are grouped as they are read', () => {
+  const entry = (partOfSpeech, ...translations) => ({ partOfSpeech, senses: [{ translations, definition: '', examples: [] }] });
+  const groups = byPartOfSpeech([entry('noun', 'mer'), entry('verb', 'voir'), entry('noun', 'océan')]);
+  assert.deepEqual(groups.map(({ partOfSpeech, senses }) => [partOfSpeech, senses.length]), [['noun', 2], ['verb', 1]]);
+});
+
+test('a word that is told in the learner’s language comes before one that is not', () => {
+  const head = (word, more = {}) => ({ word, gloss: '', entries: [], english: [{}], isPhrase: false, ...more });
+  assert.equal(likeliest([head('known'), head('know', { entries: [{}] })]).word, 'know');
+  assert.equal(likeliest([head('look forward', { isPhrase: true }), head('look', { entries: [{}] })]).word, 'look forward');
+  assert.equal(likeliest([head('known')]).word, 'known');
+  assert.equal(likeliest([]), null);
+});
+
+test('a word that is graded is kept with its line, unless there is nothing to learn', async () => {
+  const asked = [];
+  const marked = [];
+  const word = (status, ...lines) => ({ lemma: 'gull', status, sightings: lines.map((line) => ({ line })) });
+  const api = {
+    word: async () => word(null),
+    saveWord: async (sighting) => { asked.push(['save', sighting]); return word(sighting.status ?? 'new', sighting.line); },
+    changeWord: async (lemma, changes) => { asked.push(['change', changes]); return word(changes.status ?? null); },
+    forgetWord: async () => { asked.push(['forget']); return word(null); },
+  };
+  const sighting = { lemma: 'gull', form: 'gulls', line: 'Two gulls' };
+  const record = new WordRecord(api, { marked: ({ status }) => marked.push(status) }, sighting);
+  await record.load();
+  assert.deepEqual([record.status, record.isSaved], [null, false]);
+  await record.grade('learning2');
+  assert.deepEqual(asked.pop(), ['save', { ...sighting, status: 'learning2' }]);
+  assert.deepEqual([record.status, record.isSaved], ['learning2', true]);
+  await record.toggleSaved();
+  assert.deepEqual(asked.pop(), ['forget']);
+  await record.grade('ignored');
+  assert.deepEqual(asked.pop(), ['change', { status: 'ignored' }]);
+  assert.equal(record.isSaved, false);
+  assert.deepEqual(marked, ['learning2', null, 'ignored']);
+});

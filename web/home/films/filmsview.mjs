@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import { t } from '../../shared/texts.mjs';
+import { filmCard, titleTexts } from './filmcard.mjs';
+
+const filmsAtATime = 24;
+
+/** The first view: the field for a film, and the shelf of those that were watched. */
+export class FilmsView {
+  #document;
+  #api;
+  #tools;
+  #films = [];
+  #total = 0;
+  #wanted = filmsAtATime;
+  #generation = 0;
+
+  /** tools: { toast, removal, opened() once a film waits for the page's word, trouble(error) }. */
+  constructor(document, api, tools) {
+    this.#document = document;
+    this.#api = api;
+    this.#tools = tools;
+    this.#element('more-films').addEventListener('click', () => {
+      this.#wanted += filmsAtATime;
+      this.refresh();
+    });
+  }
+
+  async refresh() {
+    this.#generation += 1;
+    const generation = this.#generation;
+    try {
+      const films = [];
+      let total;
+      do {
+        const reply = await this.#api.films({ offset: films.length, count: filmsAtATime });
+        if (generation !== this.#generation) return;
+        films.push(...reply.films);
+        total = reply.films.length > 0 ? reply.total : films.length;
+      } while (films.length < Math.min(total, this.#wanted));
+      this.#films = films;
+      this.#total = total;
+    } catch (error) {
+      this.#tools.trouble(error); // what shows stays
+    }
+    this.render();
+  }
+
+  /** Shows the films that are known; where the keyboard was, it stays. */
+  render() {
+    const shelf = this.#element('shelf');
+    const films = this.#films.filter((film) => !this.#tools.removal.has(`film ${film.videoId}`));
+    const focused = [...shelf.querySelectorAll('button')].indexOf(this.#document.activeElement);
+    shelf.replaceChildren(...films.map((film) => filmCard(this.#document, film, {
+      still: this.#api.stillAddress(film),
+      opened: () => this.#open(film),
+      removed: () => this.#remove(film),
+    })));
+    const buttons = shelf.querySelectorAll('button');
+    if (focused >= 0) (buttons[Math.min(focused, buttons.length - 1)] ?? this.#document.getElementById('tab-films')).focus();
+    this.#element('shelf-part').hidden = films.length === 0;
+    this.#element('films').classList.toggle('has-films', films.length > 0);
+    this.#element('more-films').hidden = this.#films.length >= this.#total;
+  }
+
+  /** How many words wait for their review. */
+  showDue(dueCount) {
+    const due = this.#element('due');
+    due.hidden = dueCount === 0;
+    due.querySelector('.number').textContent = t('home.number', { number: dueCount });
+    due.querySelector('.what').textContent = t('films.wordsDue', { count: dueCount });
+  }
+
+  async #open(film) {
+    const { title } = titleTexts(film.fileName);
+    if (!film.isThere) {
+      this.#tools.toast.show(t(film.isAddress ? 'films.howAddress' : 'films.howMoved', { title }));
+      return;
+    }
+    try {
+      await this.#tools.removal.carryOut();
+      await this.#api.openFilm(film.videoId);
+      this.#tools.opened();
+    } catch (error) {
+      this.#tools.toast.show(error.message);
+      this.refresh(); // it may have moved away
+    }
+  }
+
+  #remove(film) {
+    const { toast, removal, trouble } = this.#tools;
+    removal.begin({
+      key: `film ${film.videoId}`,
+      carryOut: async () => {
+        this.#films = this.#films.filter((each) => each.videoId !== film.videoId);
+        await this.#api.forgetFilm(film.videoId).catch(trouble);
+        await this.refresh();
+      },
+      takenBack: () => this.render(),
+      done: () => toast.hide(),
+    });
+    toast.show(t('films.removed', { title: titleTexts(film.fileName).title }), () => removal.takeBack());
+    this.render();
+  }
+
+  #element(id) {
+    return this.#document.getElementById(id);
+  }
+}

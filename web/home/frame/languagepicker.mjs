@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import { create } from '../../shared/elements.mjs';
+import { t } from '../../shared/texts.mjs';
+import { flagClass } from './flagclass.mjs';
+import { Popover } from './popover.mjs';
+
+/**
+ * The language box of the home page and the list that it opens. The box's flag element names the language by its
+ * classes, and the player reads it from there; so there is exactly one, and its classes are set as a whole.
+ */
+export class LanguagePicker {
+  #document;
+  #chosen;
+  #box;
+  #list;
+  #popover;
+  #languages = [];
+  #selected = '';
+
+  /** chosen(code) is called when the person picks another language, not by select(). */
+  constructor(document, chosen) {
+    this.#document = document;
+    this.#chosen = chosen;
+    this.#box = document.getElementById('selectedLanguage');
+    this.#list = document.getElementById('language-list');
+    this.#popover = new Popover(document, this.#box, document.getElementById('languages'));
+    this.#list.addEventListener('change', (event) => this.#pick(event.target.value));
+  }
+
+  offer(languages) {
+    this.#languages = languages;
+    this.render();
+  }
+
+  render() {
+    this.#list.replaceChildren(...this.#languages.map((language) => this.#option(language)));
+    this.#check();
+  }
+
+  open() {
+    this.#popover.show(true);
+  }
+
+  select(code) {
+    const language = this.#languages.find((offered) => offered.code === code);
+    this.#selected = code;
+    this.#box.querySelector('.flag').className = flagClass(code);
+    const name = this.#document.getElementById('selected-name');
+    name.textContent = language?.nativeName ?? code;
+    name.lang = language?.languageTag ?? '';
+    this.#check();
+  }
+
+  #pick(code) {
+    this.select(code);
+    this.#chosen(code);
+  }
+
+  #check() {
+    const option = this.#list.querySelector(`input[value="${this.#selected}"]`);
+    if (!option) return;
+    const hadFocus = this.#popover.isOpen && !this.#list.contains(this.#document.activeElement);
+    option.checked = true;
+    if (hadFocus) option.focus(); // the list was made anew under it
+  }
+
+  #option({ code, languageTag, nativeName, englishName, hasDictionary = true }) {
+    const make = (...rest) => create(this.#document, ...rest);
+    // Also the English name, for a machine without the letters of the language's own.
+    const note = hasDictionary ? englishName : t('home.noDictionary', { language: englishName });
+    return make('label', {},
+      make('input', { type: 'radio', name: 'language', value: code }),
+      make('span', { className: flagClass(code) }),
+      make('span', { className: 'names' },
+        make('span', { textContent: nativeName, lang: languageTag }),
+        make('small', { textContent: note })));
+  }
+}

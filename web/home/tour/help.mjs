@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import { button, create } from '../../shared/elements.mjs';
+import { t } from '../../shared/texts.mjs';
+
+// Groups of keys, each with its text; 'space' stands for the interface's word for it.
+const keyGroups = [
+  ['help.everywhere', [
+    [['1', '2', '3', '4'], 'help.toView'], [['/'], 'help.toSearch'], [['?', 'F1'], 'help.thisSheet'], [['Ctrl+O'], 'help.openFilm'],
+  ]],
+  ['help.inReview', [
+    [['space'], 'help.turn'], [['1', '2', '3', '4'], 'help.grade'], [['S'], 'help.hearLine'], [['W'], 'help.hearWord'],
+    [['U'], 'help.undo'], [['Alt+1', 'Alt+4'], 'help.toViewFromReview'],
+  ]],
+  ['help.inLists', [[['↑', '↓'], 'help.rows'], [['PgUp', 'PgDn'], 'help.pages']]],
+];
+
+/** The sheet with the keys of this page, and the ways to the tour and to what is told of accounts. */
+export class Help {
+  #document;
+  #dialog;
+  #tour;
+
+  /** tour() begins it. */
+  constructor(document, tour) {
+    this.#document = document;
+    this.#tour = tour;
+    this.#dialog = document.getElementById('help');
+    document.getElementById('help-button').addEventListener('click', () => this.toggle());
+    this.#dialog.addEventListener('click', (event) => {
+      if (event.target === this.#dialog) this.#dialog.close(); // beside it
+    });
+  }
+
+  toggle() {
+    if (this.#dialog.open) {
+      this.#dialog.close();
+      return;
+    }
+    this.#build();
+    this.#dialog.showModal();
+  }
+
+  #build() {
+    const make = (...rest) => create(this.#document, ...rest);
+    const press = (className, pressed, ...children) => button(this.#document, { className }, pressed, ...children);
+    const close = button(this.#document, { className: 'close', ariaLabel: t('home.close') }, () => this.#dialog.close());
+    const keys = (names) => make('dt', { dir: 'ltr' }, ...names.map((name) => make('kbd', { textContent: name === 'space' ? t('key.space') : name })));
+    const group = ([title, rows]) => make('section', {}, make('h3', { textContent: t(title) }),
+      make('dl', {}, ...rows.map(([names, text]) => make('div', {}, keys(names), make('dd', { textContent: t(text) })))));
+    this.#dialog.replaceChildren(
+      make('header', {}, make('h2', { id: 'help-title', tabIndex: -1, autofocus: true, textContent: t('help.title') }), close),
+      make('div', { className: 'parts', tabIndex: 0, role: 'group', 'aria-labelledby': 'help-title' },
+        ...keyGroups.map(group),
+        make('p', { className: 'quiet', textContent: t('help.inFilm') }),
+        make('div', { className: 'buttons' },
+          press('field', () => { this.#dialog.close(); this.#tour(); }, t('help.tour')),
+          // The player opens it in the user's own browser.
+          make('a', { className: 'field', href: 'PlayerRegister', textContent: t('help.account') }))));
+  }
+}

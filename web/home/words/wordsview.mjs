@@ -1,0 +1,210 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import { button, create } from '../../shared/elements.mjs';
+import { t } from '../../shared/texts.mjs';
+import { placeOfWord } from '../marking.mjs';
+import { meaningOf } from '../review/meaning.mjs';
+import { RowList } from './rowlist.mjs';
+import { WordPages } from './wordpages.mjs';
+import { statuses, wordRow } from './wordrow.mjs';
+
+const typingPauseMs = 180;
+const restMs = 150;
+const orders = ['added', 'changed', 'alphabet', 'due'];
+const learning = 'learning1,learning2,learning3,learning4';
+
+/** All words that the learner has marked: to look through, to change, to take away. */
+export class WordsView {
+  #document;
+  #api;
+  #tools;
+  #filter = { text: '', statuses: '', order: 'added' };
+  #pages;
+  #list;
+  #parts = {};
+  #timer = null;
+  #meanings = new Map(); // lemma -> promise of a text
+  #wasLoaded = false;
+
+  /** tools: { toast, removal, play(soundUrl), find(text), lists(), say(text), trouble(error), changed() }. */
+  constructor(document, api, tools) {
+    this.#document = document;
+    this.#api = api;
+    this.#tools = tools;
+    this.#pages = new WordPages(
+      (offset, count) => api.words({ ...this.#filter, offset, count }), (error) => this.#pagesChanged(error));
+    this.#build();
+  }
+
+  /** Anew from the service; the place in the list stays. */
+  async refresh() {
+    const { first, last } = this.#list.range;
+    await this.#tools.removal.carryOut();
+    await this.#pages.renew(first, last);
+  }
+
+  /** The interface speaks another language. */
+  render() {
+    this.#meanings.clear();
+    this.#label();
+    this.#list.draw(true);
+    this.#showCount();
+  }
+
+  shown() {
+    this.#list.draw();
+  }
+
+  focus() {
+    this.#parts.text.focus();
+    this.#parts.text.select();
+  }
+
+  #build() {
+    const make = (...rest) => create(this.#document, ...rest);
+    const parts = this.#parts;
+    parts.text = make('input', { type: 'search', className: 'field', autocomplete: 'off', spellcheck: false });
+    parts.status = make('select', { className: 'field' });
+    parts.order = make('select', { className: 'field' });
+    parts.lists = button(this.#document, { className: 'plain', ariaHasPopup: 'dialog' }, () => this.#tools.lists());
+    parts.count = make('p', { id: 'word-count', role: 'status' });
+    parts.list = make('div', { id: 'word-list' });
+    parts.empty = make('p', { className: 'nothing', hidden: true });
+    parts.text.addEventListener('input', () => {
+      clearTimeout(this.#timer);
+      this.#timer = setTimeout(() => this.#search({ text: parts.text.value.trim() }), typingPauseMs);
+    });
+    parts.text.addEventListener('keydown', (event) => {
+      if (event.key !== 'ArrowDown' || !this.#list.focusRow(0)) return;
+      event.preventDefault();
+    });
+    parts.status.addEventListener('change', () => this.#search({ statuses: parts.status.value }));
+    parts.order.addEventListener('change', () => this.#search({ order: parts.order.value }));
+    this.#document.getElementById('words').append(
+      make('div', { className: 'tool-row', role: 'search' }, parts.text, parts.status, parts.order),
+      make('div', { className: 'count-row' }, parts.count, parts.lists), parts.empty, parts.list);
+    this.#list = new RowList(parts.list, this.#source());
+    this.#label();
+  }
+
+  #source() {
+    const pages = this.#pages;
+    const actions = {
+      meaning: (word, isWanted) => this.#meaning(word, isWanted),
+      setGloss: (word, gloss) => this.#change(word, { gloss }, t('words.glossKept', { word: word.lemma })),
+      setStatus: (word, status) => this.#change(word, { status }, t('words.statusSet', {
+        word: word.lemma, status: t(`words.status.${status}`),
+      })),
+      play: this.#tools.play,
+      find: (word) => this.#tools.find(word.lemma),
+      remove: (word) => this.#remove(word),
+    };
+    return {
+      get length() { return pages.length; },
+      item: (at) => pages.word(at),
+      need: (first, last) => pages.need(first, last),
+      row: (word) => wordRow(this.#document, word, actions),
+    };
+  }
+
+  #label() {
+    const { text, status, order, lists } = this.#parts;
+    text.placeholder = t('words.filter');
+    text.ariaLabel = t('words.filter');
+    status.ariaLabel = t('words.whichStatus');
+    order.ariaLabel = t('words.order');
+    lists.textContent = t('words.lists');
+    this.#list.label = t('home.words');
+    const option = (value, label, chosen) => create(this.#document, 'option', { value, textContent: label, selected: value === chosen });
+    const { statuses: chosen, order: chosenOrder } = this.#filter;
+    status.replaceChildren(option('', t('words.allStatuses'), chosen), option(learning, t('words.allLearning'), chosen),
+      ...statuses.map((each) => option(each, t(`words.status.${each}`), chosen)));
+    order.replaceChildren(...orders.map((each) => option(each, t(`words.order.${each}`), chosenOrder)));
+  }
+
+  async #search(changes) {
+    this.#filter = { ...this.#filter, ...changes };
+    await this.#tools.removal.carryOut();
+    this.#list.scrollToStart();
+    await this.#pages.renew();
+  }
+
+  #pagesChanged(error) {
+    if (error) this.#tools.trouble(error);
+    this.#wasLoaded ||= !error;
+    this.#showCount();
+    this.#list.draw();
+  }
+
+  #showCount() {
+    if (!this.#wasLoaded) return;
+    const { length } = this.#pages;
+    const isFiltered = Boolean(this.#filter.text || this.#filter.statuses);
+    this.#parts.count.textContent = length > 0 ? t('words.count', { count: length }) : '';
+    this.#parts.empty.hidden = length > 0;
+    this.#parts.empty.textContent = t(isFiltered ? 'words.noneFound' : 'words.none');
+    this.#parts.list.hidden = length === 0;
+  }
+
+  async #change(word, changes, said) {
+    try {
+      const changed = await this.#api.changeWord(word.lemma, changes);
+      // A row has the newest line only, and its sound's address.
+      this.#pages.replace({ ...word, ...changed, sightings: word.sightings });
+      this.#tools.say(said);
+      this.#tools.changed();
+    } catch (error) {
+      this.#tools.trouble(error);
+      this.#pages.replace({ ...word });
+    }
+    this.#list.draw();
+  }
+
+  #remove(word) {
+    const { toast, removal, trouble, changed } = this.#tools;
+    const at = this.#placeOf(word);
+    removal.begin({
+      key: `word ${word.lemma}`,
+      carryOut: async () => {
+        const { first, last } = this.#list.range;
+        await this.#api.forgetWord(word.lemma).catch(trouble);
+        await this.#pages.renew(first, last);
+        changed();
+      },
+      takenBack: () => this.#hide(null),
+      done: () => toast.hide(),
+    });
+    toast.show(t('words.removed', { word: word.lemma }), () => removal.takeBack());
+    this.#hide(this.#placeOf(word) ?? at);
+  }
+
+  #hide(at) {
+    this.#pages.hide(at);
+    this.#showCount();
+    this.#list.draw();
+  }
+
+  #placeOf(word) {
+    const { first, last } = this.#list.range;
+    for (let at = Math.max(0, first - 8); at <= last + 8; at += 1) {
+      if (this.#pages.word(at)?.lemma === word.lemma) return at;
+    }
+    return null;
+  }
+
+  /** A promise that always keeps: the dictionary's first words for it, perhaps empty. */
+  async #meaning({ lemma, sightings: [sighting] }, isWanted) {
+    if (!this.#meanings.has(lemma)) {
+      // Words that only pass by while the list is scrolled are not looked up.
+      do await new Promise((go) => { setTimeout(go, restMs); });
+      while (isWanted() && this.#list.isMoving);
+      if (!isWanted()) return '';
+    }
+    if (!this.#meanings.has(lemma)) {
+      const place = sighting && placeOfWord(sighting.line, sighting.form);
+      const looked = place ? this.#api.lookUp(sighting.line, place.start) : this.#api.lookUp(lemma, 0);
+      this.#meanings.set(lemma, looked.then((lookup) => meaningOf(lookup, lemma).translations.slice(0, 3).join(', ')).catch(() => ''));
+    }
+    return this.#meanings.get(lemma);
+  }
+}

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What the line tools take for a line. Subtitles hold more than that: two speakers at once, signs that stand over a
+// whole scene, cues that begin where the one before ends. Film times in milliseconds; pure.
+
+// Cues that share no more than this are two lines, one after the other.
+const sharedMs = 20;
+// So long before the next line begins the film must stand, or its first sound is heard.
+const guardMs = 15;
+
+// A cue over several others that do not touch it otherwise is no speech but a sign or a song.
+function withoutBackground(cues) {
+  return cues.filter((cue, place) => {
+    let within = 0;
+    for (let i = place + 1; i < cues.length && cues[i].startMs < cue.endMs; i += 1) {
+      if (cues[i].endMs <= cue.endMs && cues[i].endMs - cues[i].startMs < cue.endMs - cue.startMs) within += 1;
+    }
+    return within < 2;
+  });
+}
+
+export class SpokenLines {
+  #lines = [];
+
+  /** cues: { startMs, endMs, ... } by start. isHard(cue): whether it has a word that the learner does not know. */
+  constructor(cues = [], isHard = () => false) {
+    for (const cue of withoutBackground(cues.filter(({ startMs, endMs }) => endMs > startMs))) {
+      const last = this.#lines[this.#lines.length - 1];
+      if (last && cue.startMs < last.endMs - sharedMs) {
+        last.endMs = Math.max(last.endMs, cue.endMs);
+        last.cues.push(cue);
+      } else {
+        this.#lines.push({ startMs: cue.startMs, endMs: cue.endMs, cues: [cue] });
+      }
+    }
+    this.#lines.forEach((line, i) => {
+      const following = this.#lines[i + 1];
+      line.stopMs = following ? Math.min(line.endMs, following.startMs - guardMs) : line.endMs;
+      line.isHard = () => line.cues.some(isHard);
+    });
+  }
+
+  get count() {
+    return this.#lines.length;
+  }
+
+  /** { startMs, endMs, stopMs: where to stop after it, isHard() }; undefined where there is none. */
+  line(place) {
+    return this.#lines[place];
+  }
+
+  /** The place of the last line that has begun at time; -1 before the first. */
+  lastStarted(time) {
+    let low = 0;
+    let high = this.#lines.length;
+    while (low < high) {
+      const middle = (low + high) >> 1;
+      if (this.#lines[middle].startMs <= time) low = middle + 1;
+      else high = middle;
+    }
+    return low - 1;
+  }
+
+  /** The place of the first line that is to be stopped after later than time; the count when there is none. */
+  firstStopAfter(time) {
+    let place = Math.max(0, this.lastStarted(time));
+    while (place < this.#lines.length && this.#lines[place].stopMs <= time) place += 1;
+    return place;
+  }
+
+  /** The silence at time: { fromMs, toMs }, Infinity after the last line; null within a line. */
+  gapAt(time) {
+    const place = this.lastStarted(time);
+    if (place >= 0 && this.#lines[place].endMs > time) return null;
+    return { fromMs: this.#lines[place]?.endMs ?? 0, toMs: this.#lines[place + 1]?.startMs ?? Infinity };
+  }
+}

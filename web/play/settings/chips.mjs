@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import { create } from '../../shared/elements.mjs';
+
+/** A choice of few: a named group of radio buttons that look like chips. chosen(value): the learner's choice. */
+export class Chips {
+  #inputs = new Map();
+
+  /** options: [[value, text], ...]; name: unique in the page. */
+  constructor(document, name, legend, options, chosen) {
+    const labels = options.map(([value, text]) => {
+      const input = create(document, 'input', { type: 'radio', name, value });
+      input.addEventListener('change', () => chosen(value));
+      this.#inputs.set(value, input);
+      return create(document, 'label', { className: 'chip' }, input, create(document, 'span', {}, text));
+    });
+    this.element = create(document, 'div', { className: 'chips', role: 'radiogroup', ariaLabel: legend },
+      create(document, 'span', { className: 'name' }, legend), create(document, 'div', {}, ...labels));
+  }
+
+  show(value) {
+    const input = this.#inputs.get(value);
+    if (input) input.checked = true;
+  }
+}
+
+/** A switch with its name, and what it means beneath. */
+export class Switch {
+  #input;
+
+  constructor(document, name, meaning, changed) {
+    this.#input = create(document, 'input', { type: 'checkbox', role: 'switch' });
+    this.#input.addEventListener('change', () => changed(this.#input.checked));
+    this.element = create(document, 'label', { className: 'switch' }, this.#input,
+      create(document, 'span', {}, name, meaning ? create(document, 'small', {}, meaning) : ''));
+  }
+
+  show(isOn) {
+    this.#input.checked = isOn;
+  }
+}
+
+/** A number that is chosen by dragging, with its value beside it. text(value): how it reads. */
+export class Slider {
+  #input;
+  #output;
+  #text;
+
+  constructor(document, name, { least, most, step }, text, changed) {
+    this.#text = text;
+    this.#input = create(document, 'input', { type: 'range', min: least, max: most, step, ariaLabel: name });
+    this.#output = create(document, 'span', { className: 'value' });
+    this.#input.addEventListener('input', () => changed(Number(this.#input.value)));
+    this.element = create(document, 'div', { className: 'slider' },
+      create(document, 'span', { className: 'name' }, name), this.#input, this.#output);
+  }
+
+  show(value) {
+    const { min, max } = this.#input;
+    this.#input.value = value;
+    this.#input.style.setProperty('--filled', `${((value - min) / (max - min)) * 100}%`);
+    this.#input.setAttribute('aria-valuetext', this.#text(value));
+    this.#output.textContent = this.#text(value);
+  }
+}

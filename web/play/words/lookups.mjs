@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import { sentenceAround } from '../lines/linetext.mjs';
+
+/**
+ * What a card has to show for a picked word or phrase: { form, whole, headwords, near, sources, language,
+ * hasDictionary }, as the service answers. A phrase that no dictionary has stands first all the same, so that it can
+ * be saved and taught.
+ * picked: { text, start, end, isPhrase, before, after }, before and after the texts of the lines around.
+ */
+export async function lookUpPicked(api, { text, start, end, isPhrase, before, after }) {
+  if (!isPhrase) {
+    const sentence = sentenceAround(text, before, after);
+    return api.lookUp(sentence.text, sentence.offset + start);
+  }
+  const phrase = text.slice(start, end).replace(/\s+/g, ' ');
+  const reply = await api.lookUp(phrase, 0);
+  const isWhole = (headword) => headword.start === 0 && headword.length === phrase.length;
+  if (reply.headwords.some(isWhole)) return { ...reply, form: phrase };
+  return { ...reply, form: phrase, headwords: [ownHeadword(phrase, await api.word(phrase)), ...reply.headwords] };
+}
+
+function ownHeadword(phrase, { lemma, gloss, status }) {
+  return { word: lemma, isPhrase: true, start: 0, length: phrase.length, rank: 0, gloss, status, entries: [], english: [] };
+}
+
+/** Entries of the same part of speech together: [{ partOfSpeech, senses }], senses as the entries have them. */
+export function byPartOfSpeech(entries) {
+  const groups = new Map();
+  for (const { partOfSpeech, senses } of entries) {
+    if (!groups.has(partOfSpeech)) groups.set(partOfSpeech, []);
+    groups.get(partOfSpeech).push(...senses);
+  }
+  return [...groups].map(([partOfSpeech, senses]) => ({ partOfSpeech, senses }));
+}
+
+/** Which headword to show first: one that is told in the learner's language, or a phrase; null when there is none. */
+export function likeliest(headwords) {
+  const isTold = ({ gloss, entries, english, isPhrase }) => gloss !== '' || entries.length > 0 || (isPhrase && english.length > 0);
+  return headwords.find(isTold) ?? headwords[0] ?? null;
+}
