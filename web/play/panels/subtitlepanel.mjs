@@ -69,7 +69,11 @@ export class SubtitlePanel {
   // The program's own chooser of files comes with this.
   #adder() {
     const input = create(this.#document, 'input', {
-      type: 'file', accept: '.srt,.sub', className: 'unseen', tabIndex: -1, // what the player's chooser offers
+      type: 'file',
+      accept: '.srt,.sub', // what the player's chooser offers
+      className: 'unseen',
+      tabIndex: -1,
+      'data-label': 'subtitles.add',
     });
     input.addEventListener('change', () => {
       if (input.files[0]) this.#add(input.files[0]);
