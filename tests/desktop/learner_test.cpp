@@ -1,17 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What a learner gets from an installed Murvo: the player with its own service and pages, nothing else.
 
+#include "LearnerFixture.h"
+
 #include "app/AppDelegate.h"
-#include "app/Classes/MConstants.h"
 #include "app/Classes/MDragReceiverWebView.h"
 #include "app/Classes/MKeyableWindow.h"
 #include "app/Media/VLCMediaPlayer.h"
 #include "app/Platform/MainWindow.h"
 #include "app/ViewControllers/WebViewController.h"
-#include "service/EmbeddedService.h"
-#include "support/DesktopEnvironment.h"
 #include "support/SoundRecorder.h"
-#include "support/TestFilms.h"
 #include "support/Wait.h"
 #include "support/XTools.h"
 
@@ -46,77 +44,6 @@ QByteArray subtitles(const QByteArray &word, int count) {
 }
 
 } // namespace
-
-class Learner : public testing::Test {
-  protected:
-    Learner() {
-        QString error;
-        service = service::EmbeddedService::start(_data.filePath(QStringLiteral("murvo")), error);
-        if (!service)
-            throw std::runtime_error(error.toStdString());
-        MConstants::setMurvoBaseUrl(service->baseUrl());
-        AppDelegate::ServiceLink link;
-        link.filmIdentified = [this](const QString &path, const VideoHash &hash) {
-            service->filmIdentified(path, hash.fileHash, hash.fileSize);
-        };
-        link.filmPending = [this] { service->filmPending(); };
-        delegate = std::make_unique<AppDelegate>(DesktopEnvironment::profile(), DesktopEnvironment::vlc(),
-                                                 std::move(link));
-        film = _data.filePath(QStringLiteral("A Film.mkv"));
-        QFile::copy(filmWithTwoAudioTracks(), film);
-    }
-
-    void writeBeside(const QString &suffix, const QByteArray &text) const {
-        QFile file(_data.filePath(QStringLiteral("A Film")) + suffix);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text);
-    }
-
-    void play() {
-        delegate->applicationOpenFile(film);
-        delegate->applicationDidFinishLaunching();
-        ASSERT_TRUE(waitUntil([this] { return player() && player()->isPlaying(); }, 20s));
-        ASSERT_TRUE(waitUntil([this] {
-            return inPage("!!document.querySelector('#next-sub') && document.readyState") ==
-                   QLatin1String("complete");
-        }));
-        ASSERT_TRUE(waitUntil([this] { return delegate->playerWebViewWindow()->isActiveWindow(); }));
-    }
-
-    [[nodiscard]] VLCMediaPlayer *player() const { return delegate->player(); }
-    [[nodiscard]] qint64 time() const { return player()->time().intValue(); }
-    [[nodiscard]] QString inPage(const char *script) const {
-        return delegate->playerWebViewController()->evaluate(QString::fromUtf8(script));
-    }
-    [[nodiscard]] QString line(const char *id) const {
-        return inPage(
-            ("(e => e.hidden ? '' : e.textContent)(document.getElementById('" + QByteArray(id) + "'))")
-                .constData());
-    }
-    /// 3 while "english 3" shows, 0 between lines.
-    [[nodiscard]] int lineNumber() const { return line("learned").section(u' ', 1).toInt(); }
-    /// Screen position of the middle of the page's element.
-    [[nodiscard]] QPoint middleOf(const char *selector) const {
-        const QByteArray script =
-            "(r => Math.round(r.x + r.width / 2) + ' ' + Math.round(r.y + r.height / 2))"
-            "(document.querySelector('" +
-            QByteArray(selector) + "').getBoundingClientRect())";
-        const QStringList numbers = inPage(script.constData()).split(u' ');
-        return delegate->window().contentScreenRect().topLeft() +
-               QPoint(numbers.value(0).toInt(), numbers.value(1).toInt());
-    }
-    void expectPaused(bool isPaused) const {
-        EXPECT_TRUE(waitUntil([&] { return player()->isPlaying() != isPaused; })) << "paused: " << isPaused;
-    }
-
-  private:
-    QTemporaryDir _data; // first, so that it goes after those who use it
-
-  protected:
-    QString film;
-    std::unique_ptr<service::EmbeddedService> service;
-    std::unique_ptr<AppDelegate> delegate;
-};
 
 TEST_F(Learner, SeesBothLinesWithinAFrameOfTheirTime) {
     writeBeside(QStringLiteral(".en.srt"), subtitles("english", 9));
