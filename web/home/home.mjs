@@ -31,6 +31,7 @@ const sayReady = () => bridge.execute('EnableDraggableHomeScreen');
 
 let learner = { nativeLanguage: '', startLevel: '' };
 let shownLanguage = '';
+let wantedLanguage = '';
 let languages = [];
 let dueCount = 0;
 
@@ -112,17 +113,18 @@ async function attempt(work) {
   }
 }
 
-const changeSettings = (changes) => attempt(async () => {
-  await api.changeSettings(changes);
-  await refreshLearner();
-});
-
-function setLanguage(code) {
-  return changeSettings({ nativeLanguage: code });
+async function setLanguage(code) {
+  wantedLanguage = code;
+  await attempt(() => api.changeSettings({ nativeLanguage: code }));
+  // With arrow keys one comes by many: what shows is not set back to an earlier one.
+  if (wantedLanguage === code) await attempt(refreshLearner);
 }
 
-function setStartLevel(level) {
-  return changeSettings({ startLevel: level });
+function setStartLevel(startLevel) {
+  return attempt(async () => {
+    await api.changeSettings({ startLevel });
+    await refreshLearner();
+  });
 }
 
 async function refreshLearner() {

@@ -8,6 +8,9 @@ import { meaningOf } from './meaning.mjs';
 import { backParts, endPart, frontPart, gradePart, sittingPart, turnPart, undoButton } from './reviewparts.mjs';
 import { ReviewSession } from './reviewsession.mjs';
 
+const dueMarginMs = 1000;
+const longestWaitMs = 24 * 3_600_000;
+
 /** The review: a card at a time, first the line in which the word was met, then what it means. */
 export class ReviewView {
   #document;
@@ -17,6 +20,7 @@ export class ReviewView {
   #root;
   #looked = new Map(); // lemma -> promise of what was found of it
   #hasWords = true;
+  #timer = null;
 
   /** tools: { play(soundUrl), say(text), trouble(error), learnerTag(), counted(dueCount) }. */
   constructor(document, api, tools) {
@@ -33,10 +37,20 @@ export class ReviewView {
       await this.#session.load();
       this.#hasWords = Boolean(this.#session.card) || (await this.#api.words({ count: 1 })).total > 0;
       this.#tools.counted(this.#session.dueCount);
+      this.#renewInTime();
     } catch (error) {
       this.#tools.trouble(error);
     }
     this.render();
+  }
+
+  // While nothing is due, the next word shows when its time has come.
+  #renewInTime() {
+    clearTimeout(this.#timer);
+    const { card, nextDueAtMs } = this.#session;
+    if (card || nextDueAtMs === null) return;
+    const waitMs = Math.max(0, nextDueAtMs - Date.now()) + dueMarginMs;
+    if (waitMs <= longestWaitMs) this.#timer = setTimeout(() => this.refresh(), waitMs);
   }
 
   /** The learner's language is another one. */
@@ -103,6 +117,7 @@ export class ReviewView {
       return;
     }
     this.#tools.counted(this.#session.dueCount);
+    this.#renewInTime();
     this.render();
     this.focus();
     this.#tools.say(`${said} ${this.#question()}`);
