@@ -2,6 +2,7 @@
 
 import { create } from '../../shared/elements.mjs';
 import { t } from '../../shared/texts.mjs';
+import { digitOf } from '../digit.mjs';
 import { placeOfWord } from '../marking.mjs';
 import { grades, intervalsOf, outcomeText } from './intervals.mjs';
 import { meaningOf } from './meaning.mjs';
@@ -77,10 +78,11 @@ export class ReviewView {
   }
 
   /** Whether the key was one of the review's. */
-  key({ key }) {
+  key(event) {
     const { card, isTurned, canUndo } = this.#session;
+    const { key } = event;
     const letter = key.toLowerCase();
-    const grade = grades[Number(key) - 1];
+    const grade = grades[digitOf(event) - 1];
     if (letter === 'u' && canUndo) this.#undo();
     else if (!card) return false;
     else if (key === ' ' || key === 'Enter') this.#turn();
