@@ -89,7 +89,7 @@ struct EmbeddedService::Impl {
         learnerFile.removeLeftovers();
         addPageRoutes(router);
         addHomeRoutes(router, pendingFilms);
-        addSettingsRoutes(router, settings, [this] { ankiSender.tryNow(); });
+        addSettingsRoutes(router, settings, dictionaries, [this] { ankiSender.tryNow(); });
         addPageSettingsRoutes(router, pageSettings);
         addFilmRoutes(router,
                       {films, subtitles, choices, timings, settings, lookup, inside, lines, filmChanges});

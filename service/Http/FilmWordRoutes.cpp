@@ -5,6 +5,7 @@
 #include "Http/Router.h"
 #include "Http/SoundUrls.h"
 #include "Http/VocabularyJson.h"
+#include "Languages.h"
 #include "Store/FilmTable.h"
 #include "Vocabulary/FilmWords.h"
 #include "Vocabulary/LineSearch.h"
@@ -72,16 +73,34 @@ Response level(const VocabularyParts &parts) {
                          {QStringLiteral("ignoredWords"), knows.countOf(WordStatus::Ignored)}});
 }
 
+QString languageAsked(const Request &request) {
+    const QString code = request.parameters.value(QStringLiteral("language"));
+    const Language *language = findLanguage(code);
+    if (!code.isEmpty() && (language == nullptr || code != language->code))
+        throw RouteError(400, QStringLiteral("badParameter"),
+                         QStringLiteral("\"language\" must be a code like eng."));
+    return code;
+}
+
+bool isWholeWordAsked(const Request &request) {
+    const QString word = request.parameters.value(QStringLiteral("wholeWord"), QStringLiteral("false"));
+    if (word != QLatin1String("true") && word != QLatin1String("false"))
+        throw RouteError(400, QStringLiteral("badParameter"),
+                         QStringLiteral("The parameter \"wholeWord\" must be true or false."));
+    return word == QLatin1String("true");
+}
+
 Response search(const Request &request, const VocabularyParts &parts) {
-    const QString text = request.parameters.value(QStringLiteral("text")).simplified();
-    if (text.isEmpty() || text.size() > longestPhrase)
+    const LineQuery sought{request.parameters.value(QStringLiteral("text")).simplified(),
+                           languageAsked(request), isWholeWordAsked(request)};
+    if (sought.phrase.isEmpty() || sought.phrase.size() > longestPhrase)
         throw RouteError(400, QStringLiteral("badParameter"),
                          QStringLiteral("\"text\" must be what to search for, two hundred characters at "
                                         "most."));
     const auto number = [&request](const QString &name, qint32 otherwise) {
         return request.parameters.contains(name) ? request.positiveId(name) : otherwise;
     };
-    const FoundLines found = findLines(parts.lines, text, number(QStringLiteral("below"), 0),
+    const FoundLines found = findLines(parts.lines, sought, number(QStringLiteral("below"), 0),
                                        std::min(number(QStringLiteral("count"), usualLines), mostLines));
     SoundUrls sounds(request, parts.lines.films);
     QJsonArray list;

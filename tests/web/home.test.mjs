@@ -2,6 +2,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 
+import { digitOf } from '../../web/home/digit.mjs';
 import { filmProgress } from '../../web/home/films/filmprogress.mjs';
 import { filmTitle } from '../../web/home/films/filmtitle.mjs';
 import { levelText } from '../../web/home/frame/levelmeter.mjs';
@@ -196,6 +197,15 @@ test('an answer to an earlier search does not replace the later one', async () =
   answers.get('se')({ lines: [{ videoId: 2 }, { videoId: 3 }], next: null });
   assert.equal(await early, false);
   assert.equal(hits.count, 1);
+});
+
+test('digits are known on keyboards that write them with Shift, and signs above them are none', () => {
+  assert.equal(digitOf({ key: '3', code: 'Digit3' }), 3);
+  assert.equal(digitOf({ key: '3', code: 'Numpad3' }), 3);
+  assert.equal(digitOf({ key: '"', code: 'Digit3' }), 3);
+  assert.equal(digitOf({ key: '3', code: 'Digit3', shiftKey: true }), 3);
+  assert.equal(digitOf({ key: '/', code: 'Digit7', shiftKey: true }), null);
+  assert.equal(digitOf({ key: 'u', code: 'KeyU' }), null);
 });
 
 test('states are told as sentences', () => {

@@ -6,6 +6,7 @@ import { ServiceApi } from '../shared/api.mjs';
 import { PlayerBridge, hiddenFrameNavigation } from '../shared/bridge.mjs';
 import { Preferences } from '../shared/preferences.mjs';
 import { number, speak, t, translate } from '../shared/texts.mjs';
+import { digitOf } from './digit.mjs';
 import { DropField } from './films/dropfield.mjs';
 import { FilmsView } from './films/filmsview.mjs';
 import { watchForFilms } from './filmwatch.mjs';
@@ -31,6 +32,7 @@ const sayReady = () => bridge.execute('EnableDraggableHomeScreen');
 
 let learner = { nativeLanguage: '', startLevel: '' };
 let shownLanguage = '';
+let wantedLanguage = '';
 let languages = [];
 let dueCount = 0;
 
@@ -61,7 +63,7 @@ const views = new Views(document, Object.keys(byName), viewChanged);
 const meter = new LevelMeter(document, setStartLevel);
 const picker = new LanguagePicker(document, setLanguage);
 const tour = new Tour(document, {
-  begun: () => { views.show('films'); bridge.execute('ResizeForTutorial'); showTitle(); },
+  begun: () => { bridge.execute('ResizeForTutorial'); showTitle(); },
   ended: tourEnded,
   chooseLanguage: () => picker.open(),
   startLevel: () => learner.startLevel,
@@ -84,7 +86,7 @@ function showTitle() {
 }
 
 function viewChanged(name) {
-  if (name !== 'films') tour.end();
+  tour.end();
   showTitle();
   byName[name].shown?.();
 }
@@ -112,17 +114,18 @@ async function attempt(work) {
   }
 }
 
-const changeSettings = (changes) => attempt(async () => {
-  await api.changeSettings(changes);
-  await refreshLearner();
-});
-
-function setLanguage(code) {
-  return changeSettings({ nativeLanguage: code });
+async function setLanguage(code) {
+  wantedLanguage = code;
+  await attempt(() => api.changeSettings({ nativeLanguage: code }));
+  // With arrow keys one comes by many: what shows is not set back to an earlier one.
+  if (wantedLanguage === code) await attempt(refreshLearner);
 }
 
-function setStartLevel(level) {
-  return changeSettings({ startLevel: level });
+function setStartLevel(startLevel) {
+  return attempt(async () => {
+    await api.changeSettings({ startLevel });
+    await refreshLearner();
+  });
 }
 
 async function refreshLearner() {
@@ -165,7 +168,7 @@ function refreshAll() {
 /** Keys of the whole page; those of a field, a list or an open sheet are theirs. */
 function keyPressed(event) {
   const { key, altKey, ctrlKey, metaKey, target } = event;
-  const name = views.names[Number(event.code?.replace('Digit', '')) - 1] ?? views.names[Number(key) - 1];
+  const name = views.names[digitOf(event) - 1];
   if (ctrlKey || metaKey || document.querySelector('dialog[open]')) {
     if (key === 'F1') help.toggle();
     return;
@@ -176,6 +179,7 @@ function keyPressed(event) {
   }
   const isTyped = target.matches('input:not([type="checkbox"]), select, textarea') || target.closest('.popover');
   if (isTyped) return;
+  if (event.repeat) return; // a held key turns no cards
   // The tab of the view that shows already has nothing to do.
   const isPress = (key === ' ' || key === 'Enter') && target.matches('button:not([aria-selected="true"]), a');
   if (isPress) return;

@@ -246,6 +246,7 @@ export default {
   'films.watched': 'Watched',
   'films.minutesLeft': { one: '{count} min left', other: '{count} min left' },
   'films.known': '{percent} % known',
+  'films.saved': { one: '{count} word saved', other: '{count} words saved' },
   'films.moved': 'Moved away',
   'films.ofAddress': 'From an address',
   'films.howMoved':

@@ -45,7 +45,8 @@ export function filmCard(document, film, { still, opened, removed }) {
     ...(gone ? [make('span', { className: 'gone', textContent: gone })] : []),
     make('span', { className: 'way' }, filled));
 
-  const facts = [leftText(film), known].filter(Boolean);
+  const saved = film.savedWords === 0 ? '' : t('films.saved', { count: film.savedWords });
+  const facts = [leftText(film), known, saved].filter(Boolean);
   const card = button(document, { className: 'film-open', title: film.fileName }, opened,
     picture,
     make('span', { className: 'film-title', dir: 'auto', textContent: title }),

@@ -2,11 +2,15 @@
 
 import { create } from '../../shared/elements.mjs';
 import { t } from '../../shared/texts.mjs';
+import { digitOf } from '../digit.mjs';
 import { placeOfWord } from '../marking.mjs';
 import { grades, intervalsOf, outcomeText } from './intervals.mjs';
 import { meaningOf } from './meaning.mjs';
 import { backParts, endPart, frontPart, gradePart, sittingPart, turnPart, undoButton } from './reviewparts.mjs';
 import { ReviewSession } from './reviewsession.mjs';
+
+const dueMarginMs = 1000;
+const longestWaitMs = 24 * 3_600_000;
 
 /** The review: a card at a time, first the line in which the word was met, then what it means. */
 export class ReviewView {
@@ -17,6 +21,7 @@ export class ReviewView {
   #root;
   #looked = new Map(); // lemma -> promise of what was found of it
   #hasWords = true;
+  #timer = null;
 
   /** tools: { play(soundUrl), say(text), trouble(error), learnerTag(), counted(dueCount) }. */
   constructor(document, api, tools) {
@@ -33,10 +38,20 @@ export class ReviewView {
       await this.#session.load();
       this.#hasWords = Boolean(this.#session.card) || (await this.#api.words({ count: 1 })).total > 0;
       this.#tools.counted(this.#session.dueCount);
+      this.#renewInTime();
     } catch (error) {
       this.#tools.trouble(error);
     }
     this.render();
+  }
+
+  // While nothing is due, the next word shows when its time has come.
+  #renewInTime() {
+    clearTimeout(this.#timer);
+    const { card, nextDueAtMs } = this.#session;
+    if (card || nextDueAtMs === null) return;
+    const waitMs = Math.max(0, nextDueAtMs - Date.now()) + dueMarginMs;
+    if (waitMs <= longestWaitMs) this.#timer = setTimeout(() => this.refresh(), waitMs);
   }
 
   /** The learner's language is another one. */
@@ -63,10 +78,11 @@ export class ReviewView {
   }
 
   /** Whether the key was one of the review's. */
-  key({ key }) {
+  key(event) {
     const { card, isTurned, canUndo } = this.#session;
+    const { key } = event;
     const letter = key.toLowerCase();
-    const grade = grades[Number(key) - 1];
+    const grade = grades[digitOf(event) - 1];
     if (letter === 'u' && canUndo) this.#undo();
     else if (!card) return false;
     else if (key === ' ' || key === 'Enter') this.#turn();
@@ -103,6 +119,7 @@ export class ReviewView {
       return;
     }
     this.#tools.counted(this.#session.dueCount);
+    this.#renewInTime();
     this.render();
     this.focus();
     this.#tools.say(`${said} ${this.#question()}`);
