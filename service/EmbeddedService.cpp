@@ -7,9 +7,11 @@
 #include "Dictionary/WordLookup.h"
 #include "Dictionary/WordNet.h"
 #include "Export/AnkiSender.h"
+#include "Export/FilmStills.h"
 #include "Export/PackageExport.h"
 #include "Export/ShortMeaning.h"
 #include "FilmHandover.h"
+#include "Http/ClipRoutes.h"
 #include "Http/DictionaryRoutes.h"
 #include "Http/ExportRoutes.h"
 #include "Http/FilmRoutes.h"
@@ -42,6 +44,7 @@
 #include "Store/PageSettings.h"
 #include "Store/ReviewTable.h"
 #include "Store/SettingsTable.h"
+#include "Store/StillTable.h"
 #include "Store/SubtitleTable.h"
 #include "Store/TimingTable.h"
 #include "Store/WatchingTable.h"
@@ -55,6 +58,8 @@
 
 #include <QDir>
 #include <QFile>
+
+#include <atomic>
 
 extern "C" {
 #include <libavutil/log.h>
@@ -84,14 +89,15 @@ struct EmbeddedService::Impl {
         learnerFile.removeLeftovers();
         addPageRoutes(router);
         addHomeRoutes(router, pendingFilms);
-        addSettingsRoutes(router, settings, [this] { ankiSender.tryNow(); });
+        addSettingsRoutes(router, settings, dictionaries, [this] { ankiSender.tryNow(); });
         addPageSettingsRoutes(router, pageSettings);
         addFilmRoutes(router,
                       {films, subtitles, choices, timings, settings, lookup, inside, lines, filmChanges});
         addWatchingRoutes(router, films, watching);
-        addShelfRoutes(router, {films, watching, filmWords, handover});
+        addShelfRoutes(router, {films, watching, filmWords, stills, handover});
         addSubtitleRoutes(router, {films, subtitles, timings, lines, sync, filmChanges});
         addWordRoutes(router, vocabulary);
+        addClipRoutes(router, films, isEnding);
         addReviewRoutes(router, vocabulary, review);
         addFilmWordRoutes(router, vocabulary);
         addLearnerRoutes(router, learnerRouteParts());
@@ -140,6 +146,7 @@ struct EmbeddedService::Impl {
         return spoken.result;
     }
 
+    std::atomic<bool> isEnding{false}; // ends what is being cut out of films
     FilmHandover handover;
     Database database;
     LearnerFile learnerFile;
@@ -151,6 +158,8 @@ struct EmbeddedService::Impl {
     SettingsTable settings{database};
     PageSettings pageSettings{database};
     WatchingTable watching{database};
+    StillTable stillTable{database};
+    FilmStills stills{watching, stillTable, isEnding};
     FilmPaths paths;
     ChangeCounts pendingFilms;
     ChangeCounts filmChanges;
@@ -213,6 +222,7 @@ EmbeddedService::~EmbeddedService() {
     _impl->filmChanges.close();
     _impl->speaker.close();
     _impl->handover.close();
+    _impl->isEnding = true;
 }
 
 QString EmbeddedService::baseUrl() const {

@@ -142,6 +142,16 @@ const Dictionaries::List &Dictionaries::of(const QString &language) {
                                        : _byLanguage.emplace(known, open(known)).first->second;
 }
 
+bool Dictionaries::areThere(const QString &language) const {
+    const auto indexBytes = [this](const QString &name) {
+        return QFileInfo(_folder + u'/' + name + QStringLiteral(".index")).size();
+    };
+    const qint64 reversedBytes = indexBytes(QStringLiteral("freedict-%1-eng").arg(language));
+    return indexBytes(QStringLiteral("freedict-eng-") + language) > 0 ||
+           (language == QStringLiteral("rus") && indexBytes(QStringLiteral("mueller7")) > 0) ||
+           (reversedBytes > 0 && reversedBytes <= largestReversedIndex);
+}
+
 Dictionaries::List Dictionaries::open(const QString &language) const {
     List list;
     if (language.isEmpty())

@@ -27,6 +27,8 @@ class Dictionaries {
     /// The dictionaries of a language (ISO 639-2/T), those from English first; empty when none is installed
     /// that can be read.
     [[nodiscard]] const List &of(const QString &language);
+    /// Whether there are any, by their files: none is opened.
+    [[nodiscard]] bool areThere(const QString &language) const;
     /// Opens those of the language that it is told by the call, in the background, so that the first look-up
     /// finds them ready. Returns at once; the call is made on that thread and may throw.
     void prepare(const std::function<QString()> &language);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 extern "C" {
 #include <libavutil/channel_layout.h>
@@ -124,6 +125,22 @@ QByteArray jpegOf(const AVFrame &frame, int mostWidth) {
         avcodec_send_frame(encoder.get(), nullptr) >= 0)
         drain(*encoder, *packet, file);
     return file;
+}
+
+int lightPercentOf(const AVFrame &frame) {
+    constexpr int enoughWidth = 64;
+    if (frame.width <= 0 || frame.height <= 0)
+        return 0;
+    const Frame picture = scaled(frame, shownSize(frame, enoughWidth));
+    if (!picture)
+        return 0;
+    qint64 sum = 0;
+    for (int y = 0; y < picture->height; ++y) {
+        const uint8_t *row = picture->data[0] + static_cast<ptrdiff_t>(y) * picture->linesize[0];
+        sum = std::accumulate(row, row + picture->width, sum);
+    }
+    const qint64 white = qint64{255} * picture->width * picture->height;
+    return static_cast<int>(100 * sum / white);
 }
 
 QByteArray mp3Of(const std::vector<float> &samples) {

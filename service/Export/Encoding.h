@@ -16,6 +16,9 @@ namespace murvo::service {
 /// aspect ratio counts.
 [[nodiscard]] QByteArray jpegOf(const AVFrame &frame, int mostWidth);
 
+/// How light the frame is on the whole: 0 black, 100 white; 0 when it cannot be looked at.
+[[nodiscard]] int lightPercentOf(const AVFrame &frame);
+
 /// Samples a second that mp3Of() takes.
 constexpr int mp3SampleRate = 44'100;
 

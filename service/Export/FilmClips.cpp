@@ -21,6 +21,9 @@ constexpr qint64 longestSoundMs = 15'000;
 constexpr auto timeToOpen = 5s;
 constexpr auto timeForPicture = 2s;
 constexpr auto timeForSound = 3s;
+constexpr auto timeForLightPicture = 4s;
+// Scenes by night have more.
+constexpr int leastLightPercent = 4;
 // Decoders need some sound before that which is wanted.
 constexpr qint64 soundLeadMs = 500;
 // Within this of the time, pictures on which no other is built are decoded, too.
@@ -39,7 +42,7 @@ const AVStream *picturesOf(const AVFormatContext &input) {
     return nullptr;
 }
 
-const AVStream *soundsOf(AVFormatContext &input) {
+const AVStream *soundsOf(const AVFormatContext &input) {
     const AVStream *english = nullptr;
     for (unsigned i = 0; i < input.nb_streams; ++i) {
         const AVStream *stream = input.streams[i];
@@ -49,7 +52,7 @@ const AVStream *soundsOf(AVFormatContext &input) {
         if (english == nullptr || (stream->disposition & AV_DISPOSITION_DEFAULT) != 0)
             english = stream;
     }
-    return english != nullptr ? english : chooseSound(input, -1);
+    return english != nullptr ? english : soundOf(input, -1);
 }
 
 } // namespace
@@ -182,11 +185,12 @@ void FilmClips::decode(const AVStream &stream, AVCodecContext &decoder, Take tak
     }
 }
 
-QByteArray FilmClips::picture(qint64 atMs) {
-    allow(timeForPicture);
+Frame FilmClips::frameAt(qint64 atMs) {
     if (!_pictureDecoder || !goTo(*_pictures, atMs))
-        return {};
-    const Frame nearest(av_frame_alloc());
+        return nullptr;
+    Frame nearest(av_frame_alloc());
+    if (!nearest)
+        return nullptr;
     bool isThere = false;
     int64_t nearestMs = 0;
     decode(*_pictures, *_pictureDecoder, [&](AVFrame &frame) {
@@ -201,10 +205,39 @@ QByteArray FilmClips::picture(qint64 atMs) {
         return ms < atMs;
     });
     if (!isThere || _isCancelled || atMs - nearestMs > farthestPictureMs)
-        return {};
+        return nullptr;
     if (nearest->sample_aspect_ratio.num == 0)
         nearest->sample_aspect_ratio = _pictures->sample_aspect_ratio;
-    return jpegOf(*nearest, mostPictureWidth);
+    return nearest;
+}
+
+QByteArray FilmClips::picture(qint64 atMs) {
+    allow(timeForPicture);
+    const Frame frame = frameAt(atMs);
+    return frame ? jpegOf(*frame, mostPictureWidth) : QByteArray();
+}
+
+// What was seen already comes before what is still to be seen.
+QByteArray FilmClips::lightPicture(qint64 atMs) {
+    const auto limit = std::chrono::steady_clock::now() + timeForLightPicture;
+    Frame lightest;
+    int lightestPercent = -1;
+    for (const qint64 awayMs : {0, -2000, 2000, -6000, 6000, -15'000, 15'000}) {
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(limit - std::chrono::steady_clock::now());
+        if (lightestPercent >= leastLightPercent || left <= 0ms || _isCancelled)
+            break;
+        if (awayMs < 0 && atMs == 0)
+            continue;
+        allow(std::min<std::chrono::milliseconds>(left, timeForPicture));
+        Frame frame = frameAt(std::max<qint64>(0, atMs + awayMs));
+        const int percent = frame ? lightPercentOf(*frame) : -1;
+        if (percent <= lightestPercent)
+            continue;
+        lightest = std::move(frame);
+        lightestPercent = percent;
+    }
+    return lightest ? jpegOf(*lightest, mostPictureWidth) : QByteArray();
 }
 
 QByteArray FilmClips::sound(qint64 startMs, qint64 endMs) {

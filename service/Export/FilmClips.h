@@ -27,6 +27,9 @@ class FilmClips {
     /// shortly before. Empty for a film without pictures and a time that lies behind its end.
     [[nodiscard]] QByteArray picture(qint64 atMs);
 
+    /// The same, or, where that one is black, one of some seconds before or after it that is not.
+    [[nodiscard]] QByteArray lightPicture(qint64 atMs);
+
     /// An MP3 of what is heard from start to end, 15 s at most; of the tracks in English before others, of
     /// the default one before others. Empty when nothing was found there.
     [[nodiscard]] QByteArray sound(qint64 startMs, qint64 endMs);
@@ -34,6 +37,8 @@ class FilmClips {
   private:
     class Voice;
 
+    /// Null for none. Within the time that is allowed.
+    [[nodiscard]] Frame frameAt(qint64 atMs);
     void allow(std::chrono::milliseconds time);
     [[nodiscard]] bool isLate() const;
     [[nodiscard]] bool goTo(const AVStream &stream, qint64 ms) const;

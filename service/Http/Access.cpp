@@ -12,7 +12,7 @@ namespace {
 
 constexpr auto scheme = "http://";
 // What the player fetches by itself, and whose addresses it may write into its log.
-constexpr std::array downloadPaths{"Api/Subtitles/File", "Api/Speech/Sound"};
+constexpr std::array downloadPaths{"Api/Subtitles/File", "Api/Speech/Sound", "Api/Lines/Sound"};
 
 QByteArray randomToken() {
     std::array<quint32, 8> words{};

@@ -19,8 +19,8 @@ class Access {
     /// "http://127.0.0.1:PORT/TOKEN/".
     [[nodiscard]] QString baseUrl() const;
 
-    /// The same with a token that opens nothing but what the player fetches by itself: subtitle files and
-    /// spoken texts. It writes these addresses into its log, where others may read them.
+    /// The same with a token that opens nothing but what the player fetches by itself: subtitle files,
+    /// spoken texts and lines. It writes these addresses into its log, where others may read them.
     [[nodiscard]] QString downloadBaseUrl() const;
 
     /// True when the one Host header is ours and an Origin header, if there is one, is ours too.

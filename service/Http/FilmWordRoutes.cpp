@@ -3,7 +3,9 @@
 
 #include "Http/RequestedFilm.h"
 #include "Http/Router.h"
+#include "Http/SoundUrls.h"
 #include "Http/VocabularyJson.h"
+#include "Languages.h"
 #include "Store/FilmTable.h"
 #include "Vocabulary/FilmWords.h"
 #include "Vocabulary/LineSearch.h"
@@ -36,6 +38,7 @@ Response words(const Request &request, const VocabularyParts &parts) {
     QJsonArray list;
     for (const FilmWord &word : answer.words)
         list.append(filmWordJson(word));
+    SoundUrls sounds(request, parts.lines.films);
     QJsonArray first;
     for (const WordToLearn &each : answer.first)
         first.append(QJsonObject{{QStringLiteral("lemma"), each.word.lemma},
@@ -43,7 +46,7 @@ Response words(const Request &request, const VocabularyParts &parts) {
                                  {QStringLiteral("count"), each.word.count},
                                  {QStringLiteral("rank"), each.word.rank},
                                  {QStringLiteral("status"), statusJson(each.word.status)},
-                                 {QStringLiteral("line"), lineJson(each.line)}});
+                                 {QStringLiteral("line"), lineJson(each.line, sounds)}});
     return jsonResponse(
         {{QStringLiteral("videoId"), filmId},
          {QStringLiteral("subtitleId"), answer.subtitleId == 0 ? QJsonValue() : answer.subtitleId},
@@ -70,20 +73,39 @@ Response level(const VocabularyParts &parts) {
                          {QStringLiteral("ignoredWords"), knows.countOf(WordStatus::Ignored)}});
 }
 
+QString languageAsked(const Request &request) {
+    const QString code = request.parameters.value(QStringLiteral("language"));
+    const Language *language = findLanguage(code);
+    if (!code.isEmpty() && (language == nullptr || code != language->code))
+        throw RouteError(400, QStringLiteral("badParameter"),
+                         QStringLiteral("\"language\" must be a code like eng."));
+    return code;
+}
+
+bool isWholeWordAsked(const Request &request) {
+    const QString word = request.parameters.value(QStringLiteral("wholeWord"), QStringLiteral("false"));
+    if (word != QLatin1String("true") && word != QLatin1String("false"))
+        throw RouteError(400, QStringLiteral("badParameter"),
+                         QStringLiteral("The parameter \"wholeWord\" must be true or false."));
+    return word == QLatin1String("true");
+}
+
 Response search(const Request &request, const VocabularyParts &parts) {
-    const QString text = request.parameters.value(QStringLiteral("text")).simplified();
-    if (text.isEmpty() || text.size() > longestPhrase)
+    const LineQuery sought{request.parameters.value(QStringLiteral("text")).simplified(),
+                           languageAsked(request), isWholeWordAsked(request)};
+    if (sought.phrase.isEmpty() || sought.phrase.size() > longestPhrase)
         throw RouteError(400, QStringLiteral("badParameter"),
                          QStringLiteral("\"text\" must be what to search for, two hundred characters at "
                                         "most."));
     const auto number = [&request](const QString &name, qint32 otherwise) {
         return request.parameters.contains(name) ? request.positiveId(name) : otherwise;
     };
-    const FoundLines found = findLines(parts.lines, text, number(QStringLiteral("below"), 0),
+    const FoundLines found = findLines(parts.lines, sought, number(QStringLiteral("below"), 0),
                                        std::min(number(QStringLiteral("count"), usualLines), mostLines));
+    SoundUrls sounds(request, parts.lines.films);
     QJsonArray list;
     for (const ShownLine &line : found.lines)
-        list.append(lineJson(line));
+        list.append(lineJson(line, sounds));
     return jsonResponse({{QStringLiteral("lines"), list},
                          {QStringLiteral("next"), found.next == 0 ? QJsonValue() : QJsonValue(found.next)}});
 }

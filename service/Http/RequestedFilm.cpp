@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Http/RequestedFilm.h"
 
+#include <QFileInfo>
+
 namespace murvo::service {
 
 Film filmNumbered(qint32 filmId, FilmTable &films) {
@@ -12,6 +14,17 @@ Film filmNumbered(qint32 filmId, FilmTable &films) {
 
 Film requestedFilm(const Request &request, FilmTable &films) {
     return filmNumbered(request.positiveId(QStringLiteral("videoId")), films);
+}
+
+bool liesThere(const QString &path) {
+    return !path.isEmpty() && QFileInfo(path).isFile();
+}
+
+Response pictureResponse(const QByteArray &jpeg) {
+    if (jpeg.isEmpty())
+        throw RouteError(404, QStringLiteral("noPicture"),
+                         QStringLiteral("The film has no picture there, or no longer lies where it did."));
+    return {200, QByteArrayLiteral("image/jpeg"), jpeg};
 }
 
 } // namespace murvo::service

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Http/SettingsRoutes.h"
 
+#include "Dictionary/Dictionaries.h"
 #include "Http/Router.h"
 #include "Languages.h"
 #include "Store/PageSettings.h"
@@ -15,14 +16,15 @@ namespace murvo::service {
 
 namespace {
 
-Response languages() {
+Response languages(const Dictionaries &dictionaries) {
     QJsonArray list;
     for (const Language &language : knownLanguages()) {
         if (language.offered)
             list.append(QJsonObject{{QStringLiteral("code"), language.code},
                                     {QStringLiteral("languageTag"), language.twoLetter},
                                     {QStringLiteral("nativeName"), language.nativeName.toString()},
-                                    {QStringLiteral("englishName"), language.englishName}});
+                                    {QStringLiteral("englishName"), language.englishName},
+                                    {QStringLiteral("hasDictionary"), dictionaries.areThere(language.code)}});
     }
     return jsonResponse({{QStringLiteral("languages"), list}});
 }
@@ -141,8 +143,10 @@ Response changePages(const Request &request, PageSettings &table) {
 
 } // namespace
 
-void addSettingsRoutes(Router &router, SettingsTable &settings, const std::function<void()> &ankiChanged) {
-    router.add("GET", QStringLiteral("Api/Settings/Languages"), [](const Request &) { return languages(); });
+void addSettingsRoutes(Router &router, SettingsTable &settings, const Dictionaries &dictionaries,
+                       const std::function<void()> &ankiChanged) {
+    router.add("GET", QStringLiteral("Api/Settings/Languages"),
+               [&dictionaries](const Request &) { return languages(dictionaries); });
     router.add("GET", QStringLiteral("Api/Settings"),
                [&settings](const Request &) { return current(settings); });
     router.add("PUT", QStringLiteral("Api/Settings"), [&settings, ankiChanged](const Request &request) {

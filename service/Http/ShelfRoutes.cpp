@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Http/ShelfRoutes.h"
 
+#include "Export/FilmStills.h"
 #include "FilmHandover.h"
 #include "Http/RequestedFilm.h"
 #include "Http/Router.h"
 #include "Store/WatchingTable.h"
 #include "Vocabulary/FilmWords.h"
 
-#include <QFileInfo>
 #include <QJsonArray>
 
 #include <algorithm>
@@ -20,10 +20,6 @@ namespace {
 constexpr qint32 usualFilms = 24;
 constexpr qint32 mostFilms = 100;
 
-bool isThere(const QString &path) {
-    return !path.isEmpty() && QFileInfo(path).isFile();
-}
-
 QJsonObject filmJson(const WatchedFilm &each, const WordShare &share) {
     return {{QStringLiteral("videoId"), each.filmId},
             {QStringLiteral("fileName"), each.name},
@@ -31,7 +27,7 @@ QJsonObject filmJson(const WatchedFilm &each, const WordShare &share) {
             {QStringLiteral("durationMs"), each.watching.durationMs},
             {QStringLiteral("isFinished"), each.watching.isFinished},
             {QStringLiteral("watchedAtMs"), each.watching.watchedAtMs.value_or(0)},
-            {QStringLiteral("isThere"), isThere(each.path)},
+            {QStringLiteral("isThere"), liesThere(each.path)},
             {QStringLiteral("isAddress"), each.path.isEmpty()},
             {QStringLiteral("runningWords"), share.running},
             {QStringLiteral("knownPercent"), share.percent() ? QJsonValue(*share.percent()) : QJsonValue()},
@@ -59,6 +55,10 @@ Response numbered(qint32 filmId) {
     return jsonResponse({{QStringLiteral("videoId"), filmId}});
 }
 
+Response still(const Request &request, const ShelfRouteParts &parts) {
+    return pictureResponse(parts.stills.still(requestedFilm(request, parts.films)));
+}
+
 Response takeOff(const Request &request, const ShelfRouteParts &parts) {
     const qint32 filmId = requestedFilm(request, parts.films).id;
     parts.watching.takeOff(filmId);
@@ -67,7 +67,7 @@ Response takeOff(const Request &request, const ShelfRouteParts &parts) {
 
 Response open(const Request &request, const ShelfRouteParts &parts) {
     const Film film = filmNumbered(jsonBody(request).value(QLatin1String("videoId")).toInt(), parts.films);
-    if (!isThere(film.path))
+    if (!liesThere(film.path))
         throw RouteError(404, QStringLiteral("filmMoved"),
                          QStringLiteral("The film no longer lies where it did."));
     if (!parts.handover.hand(film.path))
@@ -84,6 +84,7 @@ void addShelfRoutes(Router &router, const ShelfRouteParts &parts) {
     };
     add("GET", "", list);
     add("DELETE", "", takeOff);
+    add("GET", "/Still", still);
     add("POST", "/Open", open);
 }
 

@@ -4,6 +4,7 @@
 namespace murvo::service {
 
 class FilmHandover;
+class FilmStills;
 class FilmTable;
 class FilmWords;
 class Router;
@@ -14,6 +15,7 @@ struct ShelfRouteParts {
     FilmTable &films;
     WatchingTable &watching;
     FilmWords &words;
+    FilmStills &stills;
     FilmHandover &handover;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Http/VocabularyJson.h"
 
+#include "Http/SoundUrls.h"
 #include "Store/GlossTable.h"
 #include "Store/SettingsTable.h"
 #include "Vocabulary/Lexicon.h"
@@ -17,11 +18,12 @@ QJsonValue idOrNull(qint32 id) {
 
 } // namespace
 
-QJsonObject wordJson(const SavedWord &word, const Lexicon &lexicon) {
+QJsonObject wordJson(const SavedWord &word, const Lexicon &lexicon, SoundUrls &sounds) {
     QJsonArray sightings;
     if (!word.line.isEmpty())
         sightings.append(sightingJson({word.form, word.line, word.translation, word.filmId, word.filmName, 0,
-                                       word.startMs, word.endMs, word.savedAtMs}));
+                                       word.startMs, word.endMs, word.savedAtMs},
+                                      sounds));
     return {{QStringLiteral("lemma"), word.lemma},
             {QStringLiteral("status"), nameOf(word.status)},
             {QStringLiteral("gloss"), word.gloss},
@@ -44,7 +46,7 @@ QJsonObject unmarkedWordJson(const QString &lemma, const QString &gloss, const L
             {QStringLiteral("dueAtMs"), QJsonValue::Null}};
 }
 
-QJsonObject sightingJson(const Sighting &sighting) {
+QJsonObject sightingJson(const Sighting &sighting, SoundUrls &sounds) {
     return {{QStringLiteral("form"), sighting.form},
             {QStringLiteral("line"), sighting.line},
             {QStringLiteral("translation"), sighting.translation},
@@ -52,26 +54,28 @@ QJsonObject sightingJson(const Sighting &sighting) {
             {QStringLiteral("fileName"), sighting.filmName},
             {QStringLiteral("startMs"), sighting.startMs},
             {QStringLiteral("endMs"), sighting.endMs},
-            {QStringLiteral("savedAtMs"), sighting.savedAtMs}};
+            {QStringLiteral("savedAtMs"), sighting.savedAtMs},
+            {QStringLiteral("soundUrl"), sounds.of(sighting.filmId, sighting.startMs, sighting.endMs)}};
 }
 
-QJsonObject lineJson(const ShownLine &line) {
+QJsonObject lineJson(const ShownLine &line, SoundUrls &sounds) {
     return {{QStringLiteral("videoId"), line.filmId},
             {QStringLiteral("fileName"), line.filmName},
             {QStringLiteral("subtitleId"), line.subtitleId},
             {QStringLiteral("startMs"), line.startMs},
             {QStringLiteral("endMs"), line.endMs},
             {QStringLiteral("text"), line.text},
-            {QStringLiteral("translation"), line.translation}};
+            {QStringLiteral("translation"), line.translation},
+            {QStringLiteral("soundUrl"), sounds.of(line.filmId, line.startMs, line.endMs)}};
 }
 
-QJsonObject wholeWordJson(const QString &lemma, const VocabularyParts &parts) {
+QJsonObject wholeWordJson(const QString &lemma, const VocabularyParts &parts, SoundUrls &sounds) {
     const QString language = parts.lines.settings.nativeLanguage();
     const auto word = parts.words.find(lemma, language);
     QJsonArray sightings;
     for (const Sighting &each : parts.words.sightings(lemma))
-        sightings.append(sightingJson(each));
-    QJsonObject object = word ? wordJson(*word, parts.lexicon)
+        sightings.append(sightingJson(each, sounds));
+    QJsonObject object = word ? wordJson(*word, parts.lexicon, sounds)
                               : unmarkedWordJson(lemma, parts.glosses.gloss(lemma, language), parts.lexicon);
     object.insert(QStringLiteral("sightings"), sightings);
     return object;

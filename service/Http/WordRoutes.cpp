@@ -3,6 +3,7 @@
 
 #include "Http/RequestedFilm.h"
 #include "Http/Router.h"
+#include "Http/SoundUrls.h"
 #include "Http/VocabularyJson.h"
 #include "Store/FilmTable.h"
 #include "Store/SettingsTable.h"
@@ -127,19 +128,20 @@ WordChange changeOf(const QString &lemma, const QJsonObject &body, const Vocabul
     return change;
 }
 
-Response wordResponse(const QString &lemma, const VocabularyParts &parts) {
-    return jsonResponse(wholeWordJson(lemma, parts));
+Response wordResponse(const Request &request, const QString &lemma, const VocabularyParts &parts) {
+    SoundUrls sounds(request, parts.lines.films);
+    return jsonResponse(wholeWordJson(lemma, parts, sounds));
 }
 
 Response one(const Request &request, const VocabularyParts &parts) {
-    return wordResponse(checkedLemma(request.parameters.value(QStringLiteral("lemma"))), parts);
+    return wordResponse(request, checkedLemma(request.parameters.value(QStringLiteral("lemma"))), parts);
 }
 
 Response change(const Request &request, const VocabularyParts &parts) {
     const QJsonObject body = jsonBody(request);
     const QString lemma = checkedLemma(body.value(QLatin1String("lemma")).toString());
     parts.words.keep(changeOf(lemma, body, parts));
-    return wordResponse(lemma, parts);
+    return wordResponse(request, lemma, parts);
 }
 
 Response save(const Request &request, const VocabularyParts &parts) {
@@ -150,13 +152,13 @@ Response save(const Request &request, const VocabularyParts &parts) {
     WordChange kept = changeOf(key, body, parts);
     kept.sighting = checkedSighting(body, parts);
     parts.words.keep(kept);
-    return wordResponse(key, parts);
+    return wordResponse(request, key, parts);
 }
 
 Response forget(const Request &request, const VocabularyParts &parts) {
     const QString lemma = checkedLemma(request.parameters.value(QStringLiteral("lemma")));
     std::ignore = parts.words.forget(lemma);
-    return wordResponse(lemma, parts);
+    return wordResponse(request, lemma, parts);
 }
 
 // Everything is checked before anything is changed.
@@ -208,9 +210,10 @@ Response list(const Request &request, const VocabularyParts &parts) {
     query.offset = numberOr(request, QStringLiteral("offset"), 0, 0);
     query.count = std::min(numberOr(request, QStringLiteral("count"), 1, usualWords), mostWords);
     const WordPage page = parts.words.list(query, parts.lines.settings.nativeLanguage());
+    SoundUrls sounds(request, parts.lines.films);
     QJsonArray words;
     for (const SavedWord &word : page.words)
-        words.append(wordJson(word, parts.lexicon));
+        words.append(wordJson(word, parts.lexicon, sounds));
     return jsonResponse({{QStringLiteral("total"), page.total}, {QStringLiteral("words"), words}});
 }
 

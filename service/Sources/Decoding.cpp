@@ -11,24 +11,6 @@ bool isSound(const AVStream &stream) {
     return stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO;
 }
 
-const AVStream *soundOf(const AVFormatContext &input, int streamIndex) {
-    if (streamIndex >= 0) {
-        const bool isThere = static_cast<unsigned>(streamIndex) < input.nb_streams;
-        return isThere && isSound(*input.streams[streamIndex]) ? input.streams[streamIndex] : nullptr;
-    }
-    const AVStream *first = nullptr;
-    for (unsigned i = 0; i < input.nb_streams; ++i) {
-        const AVStream *stream = input.streams[i];
-        if (!isSound(*stream))
-            continue;
-        if ((stream->disposition & AV_DISPOSITION_DEFAULT) != 0)
-            return stream;
-        if (first == nullptr)
-            first = stream;
-    }
-    return first;
-}
-
 /// Containers without headers tell of their streams only when some packets have been looked at.
 bool tellsEnough(const AVStream *sound) {
     return sound != nullptr && sound->codecpar->sample_rate > 0 && sound->codecpar->ch_layout.nb_channels > 0;
@@ -54,6 +36,24 @@ Decoder openDecoder(const AVStream &stream, int threads) {
 int64_t filmStart(const AVFormatContext &input) {
     const bool countsFromAnywhere = (input.iformat->flags & AVFMT_TS_DISCONT) != 0;
     return countsFromAnywhere && input.start_time != AV_NOPTS_VALUE ? input.start_time : 0;
+}
+
+const AVStream *soundOf(const AVFormatContext &input, int streamIndex) {
+    if (streamIndex >= 0) {
+        const bool isThere = static_cast<unsigned>(streamIndex) < input.nb_streams;
+        return isThere && isSound(*input.streams[streamIndex]) ? input.streams[streamIndex] : nullptr;
+    }
+    const AVStream *first = nullptr;
+    for (unsigned i = 0; i < input.nb_streams; ++i) {
+        const AVStream *stream = input.streams[i];
+        if (!isSound(*stream))
+            continue;
+        if ((stream->disposition & AV_DISPOSITION_DEFAULT) != 0)
+            return stream;
+        if (first == nullptr)
+            first = stream;
+    }
+    return first;
 }
 
 const AVStream *chooseSound(AVFormatContext &input, int streamIndex) {

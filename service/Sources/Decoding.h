@@ -39,8 +39,12 @@ using Packet = std::unique_ptr<AVPacket, PacketCloser>;
 /// The time that the player shows as 0, in AV_TIME_BASE.
 [[nodiscard]] int64_t filmStart(const AVFormatContext &input);
 
-/// The sound track of that index, else the default one, looked for in the film's packets where its headers do
-/// not tell enough; null when there is none.
+/// The sound track of that index, else the default one, by what is known of the film so far; null when there
+/// is none.
+[[nodiscard]] const AVStream *soundOf(const AVFormatContext &input, int streamIndex);
+
+/// The same, looked for in the film's packets where its headers do not tell enough. Not for a film whose
+/// packets have been looked at: the library does not survive that twice.
 [[nodiscard]] const AVStream *chooseSound(AVFormatContext &input, int streamIndex);
 
 } // namespace murvo::service

@@ -89,9 +89,10 @@ void writeWords(SQLite::Database &connection, qint32 subtitleId, const QList<Met
 }
 
 // A phrase for the index, whatever stands in the text. NUL would end it.
-std::string quoted(QString phrase) {
+std::string matchOf(const LineQuery &sought) {
+    QString phrase = sought.phrase;
     phrase.remove(QChar(u'\0')).replace(u'"', u' ');
-    return '"' + phrase.toStdString() + "\" *";
+    return '"' + phrase.toStdString() + (sought.isWholeWord ? "\"" : "\" *");
 }
 
 } // namespace
@@ -201,29 +202,31 @@ void LineTable::remakeIndex(SQLite::Database &connection) {
     connection.exec("INSERT INTO line_texts (line_texts) VALUES ('rebuild')");
 }
 
-QList<FoundLine> LineTable::search(const QString &phrase, qint64 belowId, qint32 count) {
+QList<FoundLine> LineTable::search(const LineQuery &sought, qint64 belowId, qint32 count) {
     try {
-        return find(phrase, belowId, count);
+        return find(sought, belowId, count);
     } catch (const SQLite::Exception &failure) {
         if ((failure.getErrorCode() & 0xff) != SQLITE_CORRUPT)
             throw;
         _database.transact(remakeIndex); // all of it is in the lines
-        return find(phrase, belowId, count);
+        return find(sought, belowId, count);
     }
 }
 
-QList<FoundLine> LineTable::find(const QString &phrase, qint64 belowId, qint32 count) {
+QList<FoundLine> LineTable::find(const LineQuery &sought, qint64 belowId, qint32 count) {
     return _database.run([&](SQLite::Database &connection) {
         SQLite::Statement query(
             connection, std::string("SELECT lines.id, subtitle_id, start_ms, end_ms, lines.text, film_id "
                                     "FROM line_texts CROSS JOIN lines ON lines.id = line_texts.rowid "
                                     "CROSS JOIN subtitles ON subtitles.id = subtitle_id "
-                                    "WHERE line_texts MATCH ? ") +
-                            (belowId > 0 ? "AND line_texts.rowid < ? " : "AND ? = 0 ") +
-                            "ORDER BY line_texts.rowid DESC LIMIT ?");
-        query.bind(1, quoted(phrase));
-        query.bind(2, static_cast<int64_t>(belowId));
-        query.bind(3, count);
+                                    "WHERE line_texts MATCH ?1 AND (?2 = '' OR ?2 = ") +
+                            likelyLanguage + ") " +
+                            (belowId > 0 ? "AND line_texts.rowid < ?3 " : "AND ?3 = 0 ") +
+                            "ORDER BY line_texts.rowid DESC LIMIT ?4");
+        query.bind(1, matchOf(sought));
+        query.bind(2, sought.language.toStdString());
+        query.bind(3, static_cast<int64_t>(belowId));
+        query.bind(4, count);
         QList<FoundLine> found;
         while (query.executeStep())
             found.append({lineOfRow(query), query.getColumn(5).getInt()});

@@ -32,6 +32,13 @@ struct FoundLine {
     qint32 filmId = 0;
 };
 
+/// What to look for in the lines of all films.
+struct LineQuery {
+    QString phrase;           ///< its letters of any case, with accents or without
+    QString language;         ///< of the subtitle, as likelyLanguage() tells it; empty: any
+    bool isWholeWord = false; ///< whether the phrase ends with its last word; else that may go on
+};
+
 /// How often a dictionary form is in an English subtitle.
 struct MetWord {
     QString lemma;
@@ -71,15 +78,15 @@ class LineTable {
 
     [[nodiscard]] std::optional<StoredLine> line(qint64 lineId);
 
-    /// Up to count lines with that phrase, the last word of which may go on, in letters of any case and with
-    /// accents or without: those below the line of that id (0: all), films met last first, each in its order.
-    [[nodiscard]] QList<FoundLine> search(const QString &phrase, qint64 belowId, qint32 count);
+    /// Up to count lines with that phrase: those below the line of that id (0: all), films met last first,
+    /// each in its order.
+    [[nodiscard]] QList<FoundLine> search(const LineQuery &sought, qint64 belowId, qint32 count);
 
     /// Makes the index of the words anew, whatever state it is in. Of another store, too.
     static void remakeIndex(SQLite::Database &connection);
 
   private:
-    [[nodiscard]] QList<FoundLine> find(const QString &phrase, qint64 belowId, qint32 count);
+    [[nodiscard]] QList<FoundLine> find(const LineQuery &sought, qint64 belowId, qint32 count);
 
     Database &_database;
 };

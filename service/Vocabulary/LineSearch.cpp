@@ -12,11 +12,11 @@ constexpr int mostBatches = 25;
 
 } // namespace
 
-FoundLines findLines(const LineParts &parts, const QString &phrase, qint64 below, qint32 count) {
+FoundLines findLines(const LineParts &parts, const LineQuery &sought, qint64 below, qint32 count) {
     LineReader reader(parts);
     FoundLines page;
     for (int read = 0; read < mostBatches; ++read) {
-        const QList<FoundLine> found = parts.lines.search(phrase, below, batch);
+        const QList<FoundLine> found = parts.lines.search(sought, below, batch);
         for (const FoundLine &each : found) {
             if (reader.tracks(each.filmId).areOfEachLanguage(each.line.subtitleId)) {
                 if (page.lines.size() == count) {

@@ -4,7 +4,6 @@
 #include "Vocabulary/LineReader.h"
 
 #include <QList>
-#include <QString>
 
 namespace murvo::service {
 
@@ -16,6 +15,7 @@ struct FoundLines {
 
 /// Finds the lines of all films in which something is said. Of each film one subtitle of each language is
 /// searched, as the same line would be found in others again. Any thread; may throw SQLite::Exception.
-[[nodiscard]] FoundLines findLines(const LineParts &parts, const QString &phrase, qint64 below, qint32 count);
+[[nodiscard]] FoundLines findLines(const LineParts &parts, const LineQuery &sought, qint64 below,
+                                   qint32 count);
 
 } // namespace murvo::service

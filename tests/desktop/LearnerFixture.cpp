@@ -53,10 +53,15 @@ Learner::Learner() {
     delegate = std::make_unique<AppDelegate>(DesktopEnvironment::profile(), DesktopEnvironment::vlc(),
                                              std::move(link));
     film = _data.filePath(QStringLiteral("A Film.mkv"));
-    QFile::copy(filmWithTwoAudioTracks(), film);
+    useFilm(filmWithTwoAudioTracks());
 }
 
 Learner::~Learner() = default;
+
+void Learner::useFilm(const QString &path) const {
+    QFile::remove(film);
+    ASSERT_TRUE(QFile::copy(path, film));
+}
 
 void Learner::writeBeside(const QString &suffix, const QByteArray &text) const {
     QFile file(_data.filePath(QStringLiteral("A Film")) + suffix);

@@ -29,6 +29,8 @@ class Learner : public testing::Test {
     Learner();
     ~Learner() override;
 
+    /// Puts a copy of the film at the path in the place of the one that is there.
+    void useFilm(const QString &path) const;
     /// Puts a file beside the film: its name with the suffix (".en.srt").
     void writeBeside(const QString &suffix, const QByteArray &text) const;
 

@@ -101,6 +101,47 @@ TEST_F(Learner, GoesOnWithAFilmOfTheShelf) {
               QStringLiteral("200"));
 }
 
+TEST_F(Learner, ReviewsAWordAndGoesOnWithTheFilmFromHome) {
+    ASSERT_NO_FATAL_FAILURE(play());
+    std::ignore = inPage(
+        "const send = (path, method, what) => fetch('../Api/' + path, {method, body: JSON.stringify(what)});"
+        "Promise.all([send('Words/Save', 'POST', {form: 'boats', line: 'The boats come home.'}),"
+        "  send('MovieFile/Watching' + location.search, 'PUT', {positionMs: 3000, durationMs: 20000})])"
+        "  .then((replies) => { window.kept = replies.every((reply) => reply.ok); }); 1");
+    ASSERT_TRUE(waitUntil([this] { return inPage("String(window.kept)") == QLatin1String("true"); }));
+    const QString videoId = inPage("location.search");
+    delegate->loadHomeScreen();
+    const auto home = [this](const char *script) {
+        return delegate->homeWebViewController()->evaluate(QString::fromUtf8(script));
+    };
+    const auto shows = [&](const char *selector) {
+        const QByteArray script =
+            "String(Boolean(document.querySelector('" + QByteArray(selector) + "')?.offsetParent))";
+        return waitUntil([&] { return home(script.constData()) == QLatin1String("true"); });
+    };
+    ASSERT_TRUE(shows("#due")) << "without a reload";
+    ASSERT_TRUE(waitUntil([this] { return delegate->window().isActiveWindow(); }));
+    delegate->homeWebViewController()->view()->setFocus();
+    pressKey(QStringLiteral("2"));
+    ASSERT_TRUE(shows("#review .card"));
+    EXPECT_EQ(home("document.querySelector('#review mark').textContent"), QStringLiteral("boats"));
+    pressKey(QStringLiteral("space"));
+    ASSERT_TRUE(shows("#review .back"));
+    pressKey(QStringLiteral("3"));
+    ASSERT_TRUE(shows("#review .end"));
+    EXPECT_TRUE(home("document.querySelector('#review .end h3 + p').textContent").contains(u'1'))
+        << "the next word in a day";
+    pressKey(QStringLiteral("u"));
+    EXPECT_TRUE(shows("#review .card")) << "taken back";
+
+    pressKey(QStringLiteral("alt+1"));
+    ASSERT_TRUE(shows("#shelf .film-open"));
+    std::ignore = home("document.querySelector('#shelf .film-open').focus(); 1");
+    pressKey(QStringLiteral("Return"));
+    EXPECT_TRUE(waitUntil([this] { return player() && player()->isPlaying(); }, 20s));
+    EXPECT_TRUE(waitUntil([&] { return inPage("location.search") == videoId; }));
+}
+
 TEST_F(Learner, HearsALineSpokenByTheService) {
     SoundRecorder recorder;
     const auto loudness = [&recorder] { // of a voice: its lowest tones are never all still

@@ -240,6 +240,20 @@ TEST_F(FilmWordsTest, APhraseIsFoundInEveryFilmWhateverStandsInIt) {
     EXPECT_EQ(get(u"Api/Lines/Search?text=a&count=0"_s).errorCode(), u"badParameter"_s);
 }
 
+TEST_F(FilmWordsTest, ASearchIsOfOneLanguageAndOfWholeWordsWhereThatIsWanted) {
+    ASSERT_EQ(awaited(u"deja vu"_s, 2).size(), 2);
+    ASSERT_EQ(awaited(u"la"_s, 3).size(), 3) << "là, la-ntern, la-isse";
+    EXPECT_EQ(search(u"deja vu"_s, u"&language=eng"_s)[0]["text"_L1], u"Is it déjà vu?"_s);
+    EXPECT_EQ(search(u"deja vu"_s, u"&language=fra"_s).size(), 1);
+    EXPECT_EQ(search(u"deja vu"_s, u"&language=deu"_s).size(), 0);
+    EXPECT_EQ(search(u"la"_s, u"&wholeWord=true"_s).size(), 1);
+    EXPECT_EQ(search(u"la"_s, u"&wholeWord=false&language=eng"_s).size(), 1);
+    EXPECT_EQ(search(u"the cliff"_s, u"&wholeWord=true"_s).size(), 3);
+    for (const QString &wrong :
+         {u"language=en"_s, u"language=English"_s, u"language=xyz"_s, u"wholeWord=1"_s})
+        EXPECT_EQ(get(u"Api/Lines/Search?text=a&"_s + wrong).errorCode(), u"badParameter"_s);
+}
+
 TEST_F(FilmWordsTest, HitsComeInPagesTheNewestFilmFirstAndEachLineOnce) {
     // The second film has its lines twice: beside it, and for the hard of hearing.
     writeFile(u"Other.en.srt"_s, englishLines);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Dictionary/ReversedDictionary.h"
 #include "Dictionary/Dictionaries.h"
+#include "Languages.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -101,6 +102,18 @@ TEST_F(ReversedDictionaryTest, GivesNoMoreHeadwordsThanCanBeRead) {
     ASSERT_EQ(all.size(), 1);
     EXPECT_EQ(all[0].count(u';') + 1, 8);
     EXPECT_EQ(lookUp(u"synonym2999"_s), QStringList{u": ord2999"_s});
+}
+
+TEST_F(ReversedDictionaryTest, WhetherALanguageHasDictionariesIsToldWithoutOpeningThem) {
+    Dictionaries installed(u"/usr/share/dictd"_s);
+    int count = 0;
+    for (const Language &language : knownLanguages()) {
+        count += installed.areThere(language.code) ? 1 : 0;
+        EXPECT_EQ(installed.areThere(language.code), !installed.of(language.code).empty())
+            << language.englishName.latin1();
+    }
+    EXPECT_GT(count, 10);
+    EXPECT_FALSE(Dictionaries(folder.path()).areThere(u"fra"_s));
 }
 
 TEST_F(ReversedDictionaryTest, LivesWithDamagedFiles) {

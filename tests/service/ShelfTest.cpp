@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/SavedWords.h"
 #include "service/ServiceFixture.h"
 
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QJsonArray>
+#include <QProcess>
 
 #include <future>
 #include <thread>
@@ -32,6 +34,18 @@ class ShelfTest : public ServiceFixture {
     }
     [[nodiscard]] Reply open(int videoId) {
         return post(u"Api/Films/Open"_s, "{\"videoId\":" + QByteArray::number(videoId) + "}", "text/plain");
+    }
+    /// The mean of a picture's grey, 0 to 255.
+    static int lightOf(const QByteArray &jpeg) {
+        QProcess ffmpeg;
+        ffmpeg.start(
+            u"ffmpeg"_s,
+            u"-v error -f mjpeg -i - -vf scale=1:1:flags=area -f rawvideo -pix_fmt gray -"_s.split(u' '));
+        ffmpeg.write(jpeg);
+        ffmpeg.closeWriteChannel();
+        ffmpeg.waitForFinished();
+        const QByteArray grey = ffmpeg.readAllStandardOutput();
+        return grey.size() == 1 ? static_cast<uchar>(grey[0]) : -1;
     }
     static void awaitNextMillisecond() {
         const qint64 nowMs = QDateTime::currentMSecsSinceEpoch();
@@ -155,6 +169,61 @@ TEST_F(ShelfTest, AFilmIsOpenedWhereItLiesOnceTheProgramHasIt) {
     EXPECT_EQ(open(one).errorCode(), u"filmMoved"_s);
     EXPECT_EQ(open(lookUp({}, 3).json()["videoId"_L1].toInt()).errorCode(), u"filmMoved"_s) << "an address";
     EXPECT_EQ(open(77).errorCode(), u"unknownFilm"_s);
+}
+
+TEST_F(ShelfTest, TheStillShowsWhereTheLearnerStoppedAndIsNeverBlackForNothing) {
+    const QString path =
+        makeFilm(u"Dark.mkv"_s, {}, uR"(-vf "drawbox=t=fill:color=black:enable='gt(t,1)'")"_s);
+    const int dark = lookUp(path).json()["videoId"_L1].toInt();
+    const QString route = u"Api/Films/Still?videoId=%1"_s.arg(dark);
+    (void)put(watching(dark), {{u"positionMs"_s, 1800}});
+    const Reply still = get(route);
+    ASSERT_EQ(still.status, 200);
+    EXPECT_EQ(still.headers.find("Content-Type")->second, "image/jpeg");
+    EXPECT_GT(lightOf(still.body), 60) << "from before it became dark";
+    EXPECT_LT(lightOf(get(u"Api/Lines/Picture?startMs=1500&endMs=1900&videoId=%1"_s.arg(dark)).body), 5);
+
+    (void)put(watching(dark), {{u"positionMs"_s, 300}});
+    const QByteArray moved = get(route).body;
+    EXPECT_NE(moved, still.body);
+    (void)put(watching(dark), {{u"positionMs"_s, 600}});
+    EXPECT_EQ(get(route).body, moved) << "near enough";
+    QFile::remove(path);
+    (void)put(watching(dark), {{u"positionMs"_s, 1900}});
+    EXPECT_EQ(get(route).body, moved) << "better than none";
+    restart();
+    EXPECT_EQ(get(route).body, moved);
+    (void)ask("DELETE", u"Api/Films?videoId=%1"_s.arg(dark));
+    EXPECT_EQ(get(route).errorCode(), u"noPicture"_s);
+    EXPECT_EQ(get(u"Api/Films/Still?videoId=99"_s).errorCode(), u"unknownFilm"_s);
+}
+
+TEST_F(ShelfTest, ALineIsHeardAsLongAsTheFilmLiesThere) {
+    const QString path = makeFilm(u"Tone.mkv"_s, u"-f lavfi -i sine=f=700:d=2"_s, u"-map 1 -c:a aac"_s);
+    const int film = lookUp(path).json()["videoId"_L1].toInt();
+    const auto sightingOf = [&](const QByteArray &more) {
+        const QByteArray id = QByteArray::number(film);
+        return post(u"Api/Words/Save"_s, R"({"form":"cat","line":"A cat","videoId":)" + id + more + '}', "")
+            .json()["sightings"_L1][0];
+    };
+    EXPECT_EQ(sightingOf({})["soundUrl"_L1], QString()) << "at no time";
+    const QString url = sightingOf(R"(,"startMs":500,"endMs":1100)")["soundUrl"_L1].toString();
+    const Reply sound = download(url);
+    EXPECT_EQ(sound.headers.find("Content-Type")->second, "audio/mpeg");
+    const Tone tone = toneOf(writeFile(u"line.mp3"_s, sound.body));
+    EXPECT_NEAR(tone.seconds, 1.0, 0.1) << "with air around it";
+    EXPECT_NEAR(tone.hertz, 700, 15);
+    EXPECT_EQ(download(QString(url).replace("Sound"_L1, "Picture"_L1)).status, 404)
+        << "its token opens no other";
+    const auto at = [&](const QString &times) {
+        return get(u"Api/Lines/Sound?videoId=%1"_s.arg(film) + times).errorCode();
+    };
+    EXPECT_EQ(at(u"&startMs=60000&endMs=61000"_s), u"noSound"_s) << "behind its end";
+    for (const QString &wrong : {u""_s, u"&startMs=5"_s, u"&startMs=5&endMs=5"_s, u"&startMs=-1&endMs=5"_s})
+        EXPECT_EQ(at(wrong), u"badParameter"_s) << wrong.toStdString();
+    QFile::remove(path);
+    EXPECT_EQ(at(u"&startMs=500&endMs=1100"_s), u"noSound"_s);
+    EXPECT_EQ(get(u"Api/Words"_s).json()["words"_L1][0]["sightings"_L1][0]["soundUrl"_L1], QString());
 }
 
 TEST_F(ShelfTest, TheEndDoesNotWaitForAProgramThatNeverTakesTheFilm) {

@@ -230,6 +230,8 @@ QList<Reply> TablesTest::errors() {
                          get(u"Api/Nothing"_s),
                          get(u"Api/MovieFile/Lines?videoId=12345"_s),
                          post(u"Api/Films/Open"_s, moved, "text/plain"),
+                         get(u"Api/Films/Still?videoId=%1"_s.arg(movedFilm)),
+                         get(u"Api/Lines/Sound?startMs=0&endMs=1&videoId=%1"_s.arg(movedFilm)),
                          get(u"Api/Subtitles/File?subtitleId=999"_s),
                          german(u"File"_s),
                          ask("DELETE", settings),
@@ -393,8 +395,8 @@ QStringList TablesTest::seenFilmWords() {
     see(u"GET Api/Home/Level"_s, get(u"Api/Home/Level"_s));
     (void)get(ofFilm(u"Words"_s));                          // its lines are made by now
     for (const QString &text : {u"line"_s, u"line%2060"_s}) // pages full and not
-        see(u"GET Api/Lines/Search?text=TEXT&below=N&count=N"_s,
-            get(u"Api/Lines/Search?below=2000000000&count=5&text="_s + text));
+        see(u"GET Api/Lines/Search?text=TEXT&language=CODE&wholeWord=BOOLEAN&below=N&count=N"_s,
+            get(u"Api/Lines/Search?language=eng&wholeWord=true&below=2000000000&count=5&text="_s + text));
     return rows;
 }
 

@@ -79,4 +79,21 @@ QString silentFilm() {
                 words("-f lavfi -i testsrc2=s=320x240:r=25:d=4 -c:v libx264 -preset ultrafast"));
 }
 
+QString filmWithFrameNumbers(int seconds) {
+    // A picture of one pixel for each digit, made large.
+    const QString picture =
+        QStringLiteral(
+            "color=black:s=%1x2:r=%2:d=%3,format=gray,geq=lum='10+235*mod(floor(N/pow(2\\,%1-1-X))\\,2)',"
+            "scale=640:360:flags=neighbor,format=yuv420p")
+            .arg(frameBars)
+            .arg(1000 / frameMs)
+            .arg(seconds);
+    return made(QStringLiteral("frame-numbers.mkv"),
+                {QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"), picture,
+                 QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
+                 QStringLiteral("sine=f=440:d=%1").arg(seconds), QStringLiteral("-c:v"),
+                 QStringLiteral("libx264"), QStringLiteral("-preset"), QStringLiteral("ultrafast"),
+                 QStringLiteral("-g"), QStringLiteral("50"), QStringLiteral("-c:a"), QStringLiteral("aac")});
+}
+
 } // namespace murvo::test

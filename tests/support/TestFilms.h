@@ -21,5 +21,10 @@ namespace murvo::test {
 [[nodiscard]] QString soundOnly();
 /// 4 s, 320x240, no sound.
 [[nodiscard]] QString silentFilm();
+/// 640x360, 50 frames a second, each with its number in bars as wide as they are many: the first is the
+/// highest binary digit, white is 1. With a tone.
+[[nodiscard]] QString filmWithFrameNumbers(int seconds);
+constexpr int frameBars = 16;
+constexpr int frameMs = 20;
 
 } // namespace murvo::test

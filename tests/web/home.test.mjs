@@ -2,6 +2,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 
+import { digitOf } from '../../web/home/digit.mjs';
 import { filmProgress } from '../../web/home/films/filmprogress.mjs';
 import { filmTitle } from '../../web/home/films/filmtitle.mjs';
 import { levelText } from '../../web/home/frame/levelmeter.mjs';
@@ -38,8 +39,10 @@ test('a film has the title that people would write', () => {
 
 test('an episode has its series, its numbers and its name', () => {
   const parts = (fileName) => Object.values(filmTitle(fileName));
-  assert.deepEqual(parts('harbour.lights.S02E05.The.Storm.720p.WEB-DL.mkv'), ['Harbour Lights', null, 2, 5, 'The Storm']);
-  assert.deepEqual(parts('Harbour Lights (1998) - 1x07 - Low Tide.mkv'), ['Harbour Lights', 1998, 1, 7, 'Low Tide']);
+  const storm = parts('harbour.lights.S02E05.The.Storm.720p.WEB-DL.mkv');
+  assert.deepEqual(storm, ['Harbour Lights', null, 2, 5, 'The Storm']);
+  const tide = parts('Harbour Lights (1998) - 1x07 - Low Tide.mkv');
+  assert.deepEqual(tide, ['Harbour Lights', 1998, 1, 7, 'Low Tide']);
   assert.deepEqual(parts('Harbour.Lights.s01e10e11.mkv'), ['Harbour Lights', null, 1, 10, '']);
   assert.deepEqual(parts('Flat 16x90 Screen.mkv').slice(2, 4), [16, 90], 'what looks like an episode is one');
 });
@@ -53,7 +56,8 @@ test('the way through a film never exceeds it, and its last minute counts as one
 });
 
 test('words are found in a line as the service finds them', () => {
-  const marked = (text, searched, options) => placesOf(text, searched, options).map(({ start, end }) => text.slice(start, end));
+  const marked = (text, searched, options) => (
+    placesOf(text, searched, options).map(({ start, end }) => text.slice(start, end)));
   assert.deepEqual(marked('Run! He runs, running.', 'run'), ['Run', 'runs', 'running']);
   assert.deepEqual(marked('Run! He runs, running.', 'run', { wholeWord: true }), ['Run']);
   assert.deepEqual(marked('Look\nforward to the cafés', 'look FORWARD'), ['Look\nforward']);
@@ -80,7 +84,8 @@ function wordSource(total) {
   const asked = [];
   const load = async (offset, count) => {
     asked.push(offset);
-    const words = Array.from({ length: Math.max(0, Math.min(count, total - offset)) }, (_, i) => ({ lemma: `w${offset + i}` }));
+    const length = Math.max(0, Math.min(count, total - offset));
+    const words = Array.from({ length }, (_, i) => ({ lemma: `w${offset + i}` }));
     return { total, words };
   };
   return { asked, load };
@@ -112,7 +117,8 @@ test('a word that is about to go leaves no gap, also where pages meet', async ()
 test('what comes late for an earlier filter is passed over, and a page that failed is asked for again', async () => {
   const answers = [];
   const seen = [];
-  const pages = new WordPages(() => new Promise((settle, refuse) => { answers.push({ settle, refuse }); }), (error) => seen.push(error?.message ?? 'words'), 10);
+  const load = () => new Promise((settle, refuse) => { answers.push({ settle, refuse }); });
+  const pages = new WordPages(load, (error) => seen.push(error?.message ?? 'words'), 10);
   const first = pages.renew();
   const second = pages.renew();
   answers[1].settle({ total: 30, words: [{ lemma: 'new' }] });
@@ -128,12 +134,15 @@ test('what comes late for an earlier filter is passed over, and a page that fail
   assert.deepEqual(seen, ['words', 'gone']);
 });
 
-test('a removal is carried out when it has waited, when the next comes, and never after it was taken back', async (context) => {
+test('a removal is carried out in time or when the next comes, and never once it was taken back', (context) => {
   const timers = new FakeTimers(context);
   const removal = new PendingRemoval(5000);
   const log = [];
   const begin = (key) => removal.begin({
-    key, carryOut: () => log.push(`gone ${key}`), takenBack: () => log.push(`back ${key}`), done: () => log.push(`done ${key}`),
+    key,
+    carryOut: () => log.push(`gone ${key}`),
+    takenBack: () => log.push(`back ${key}`),
+    done: () => log.push(`done ${key}`),
   });
   begin('a');
   assert.equal(removal.has('a'), true);
@@ -152,11 +161,16 @@ test('hits are grouped by film in the order in which they come, over pages too',
     { lines: [line(1, 'c'), line(3, 'd')], next: null },
   ];
   const asked = [];
-  const hits = new Hits({ searchLines: async (text, { below }) => { asked.push(below); return pages[below ? 1 : 0]; } });
+  const searchLines = async (text, { below }) => {
+    asked.push(below);
+    return pages[below ? 1 : 0];
+  };
+  const hits = new Hits({ searchLines });
   assert.equal(await hits.search({ text: 'sea' }), true);
   const [first, second] = [hits.groups, await hits.more()];
   assert.equal(second, true);
-  assert.deepEqual(hits.groups.map(({ videoId, lines }) => [videoId, lines.map(({ text }) => text).join('')]), [[2, 'a'], [1, 'bc'], [3, 'd']]);
+  const told = hits.groups.map(({ videoId, lines }) => [videoId, lines.map(({ text }) => text).join('')]);
+  assert.deepEqual(told, [[2, 'a'], [1, 'bc'], [3, 'd']]);
   assert.equal(first[1].lines.length, 1, 'what was shown is not changed under it');
   assert.equal(await hits.more(), false);
   assert.deepEqual(asked, [undefined, 7]);
@@ -164,7 +178,8 @@ test('hits are grouped by film in the order in which they come, over pages too',
 });
 
 test('a renewed search brings as many lines as were there, and an empty one none', async () => {
-  const pages = [{ lines: Array(30).fill({ videoId: 1 }), next: 9 }, { lines: Array(30).fill({ videoId: 1 }), next: 4 }];
+  const lines = Array(30).fill({ videoId: 1 });
+  const pages = [{ lines, next: 9 }, { lines, next: 4 }];
   const hits = new Hits({ searchLines: async (text, { below }) => pages[below ? 1 : 0] });
   await hits.search({ text: 'sea' }, 45);
   assert.equal(hits.count, 60);
@@ -184,11 +199,22 @@ test('an answer to an earlier search does not replace the later one', async () =
   assert.equal(hits.count, 1);
 });
 
+test('digits are known on keyboards that write them with Shift, and signs above them are none', () => {
+  assert.equal(digitOf({ key: '3', code: 'Digit3' }), 3);
+  assert.equal(digitOf({ key: '3', code: 'Numpad3' }), 3);
+  assert.equal(digitOf({ key: '"', code: 'Digit3' }), 3);
+  assert.equal(digitOf({ key: '3', code: 'Digit3', shiftKey: true }), 3);
+  assert.equal(digitOf({ key: '/', code: 'Digit7', shiftKey: true }), null);
+  assert.equal(digitOf({ key: 'u', code: 'KeyU' }), null);
+});
+
 test('states are told as sentences', () => {
   assert.equal(levelText({ level: 'A2', nextLevel: 'B1', percentToNext: 40, vocabulary: 1500 }),
     'Level A2, 40 % of the way to B1, about 1,500 words');
-  assert.equal(levelText({ level: 'C2', nextLevel: null, percentToNext: 100, vocabulary: 1 }), 'Level C2, about 1 word');
-  const anki = { isOn: true, waitingCount: 3, sentCount: 12, refusedCount: 0, problem: { message: 'Anki is not there.' } };
+  const top = { level: 'C2', nextLevel: null, percentToNext: 100, vocabulary: 1 };
+  assert.equal(levelText(top), 'Level C2, about 1 word');
+  const problem = { message: 'Anki is not there.' };
+  const anki = { isOn: true, waitingCount: 3, sentCount: 12, refusedCount: 0, problem };
   assert.equal(ankiText(anki), 'Anki is not there. Sent: 12. Waiting: 3.');
   assert.equal(ankiText({ ...anki, isOn: false }), '');
   assert.deepEqual([400, 999_999, 1_450_000].map(sizeText), ['1 kB', '1,000 kB', '1.5 MB']);

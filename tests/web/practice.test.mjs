@@ -263,6 +263,8 @@ test('a drill gets faster, leaves time to speak, and goes on to the next line', 
   sitting.playing = true; // the learner has spoken
   sitting.run(10);
   assert.equal(sitting.state.run.round, 1);
+  assert.equal(sitting.press('replayLine'), true);
+  assert.equal(sitting.state.run.round, 1, 'the same round again');
   sitting.press('drill');
   assert.equal(sitting.speed, 1.2);
 });

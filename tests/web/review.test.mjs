@@ -18,7 +18,10 @@ test('each grade tells when the word comes back', () => {
 });
 
 test('a length of time is told in its largest unit', () => {
-  const cases = [[0, '1 minute'], [hour / 2, '30 minutes'], [0.95 * hour, '1 hour'], [3.2 * hour, '3 hours'], [23.5 * hour, '1 day'], [2.6 * day, '3 days']];
+  const cases = [
+    [0, '1 minute'], [hour / 2, '30 minutes'], [0.95 * hour, '1 hour'], [3.2 * hour, '3 hours'], [23.5 * hour, '1 day'],
+    [2.6 * day, '3 days'],
+  ];
   for (const [length, text] of cases) assert.equal(lengthText(length), text);
 });
 
@@ -28,8 +31,10 @@ test('the meaning is that of the word itself, else of the first that has one', (
     entries: translations.length ? [{ pronunciation: '', senses: [{ translations }] }] : [],
     english: definition ? [{ definition }] : [],
   });
-  const lookup = { headwords: [head('running', []), head('run up', ['grimper']), head('run', ['courir', 'courir', 'a', 'b', 'c', 'd'], 'move fast')] };
-  assert.deepEqual(meaningOf(lookup, 'run'), { translations: ['courir', 'a', 'b', 'c', 'd'], pronunciation: '', definition: 'move fast' });
+  const run = head('run', ['courir', 'courir', 'a', 'b', 'c', 'd'], 'move fast');
+  const lookup = { headwords: [head('running', []), head('run up', ['grimper']), run] };
+  const told = { translations: ['courir', 'a', 'b', 'c', 'd'], pronunciation: '', definition: 'move fast' };
+  assert.deepEqual(meaningOf(lookup, 'run'), told);
   assert.deepEqual(meaningOf(lookup, 'running').translations, ['grimper']);
   assert.deepEqual(meaningOf({}, 'run').translations, []);
 });
@@ -40,7 +45,8 @@ class Service {
   #due;
   constructor(...lemmas) { this.#due = lemmas.map((lemma) => ({ lemma, status: 'new' })); }
   async review(count) {
-    return { dueCount: this.#due.length, nextDueAtMs: this.#due.length ? null : 5000, cards: this.#due.slice(0, count) };
+    const { length } = this.#due;
+    return { dueCount: length, nextDueAtMs: length ? null : 5000, cards: this.#due.slice(0, count) };
   }
   async gradeWord(lemma, grade) {
     if (grade === 'bad') throw new Error('No such grade.');
@@ -49,6 +55,7 @@ class Service {
     return { dueCount: this.#due.length };
   }
   async undoGrade() {
+    if (this.refusesUndo) throw new Error('The word has changed.');
     const [lemma] = this.graded.pop();
     this.#due.unshift({ lemma, status: 'new' });
     return { dueCount: this.#due.length };
@@ -97,10 +104,32 @@ test('undo brings the card back, also after the last one', async () => {
     await session.grade('good');
   }
   await session.undo();
-  assert.deepEqual([session.card.lemma, session.isTurned, session.dueCount, session.gradedCount], ['rain', false, 1, 1]);
+  assert.deepEqual([session.card.lemma, session.isTurned, session.total, session.gradedCount], ['rain', false, 2, 1]);
   await session.undo();
   await session.undo();
   assert.deepEqual([session.card.lemma, session.gradedCount, session.canUndo], ['sea', 0, false]);
+});
+
+test('an undo that is refused is not offered again, until the next grade', async () => {
+  const { service, session } = await begun('sea', 'rain');
+  session.turn();
+  await session.grade('good');
+  service.refusesUndo = true;
+  await assert.rejects(session.undo(), /has changed/);
+  assert.deepEqual([session.canUndo, session.card.lemma, session.gradedCount], [false, 'rain', 1]);
+  session.turn();
+  await session.grade('good');
+  assert.equal(session.canUndo, true);
+});
+
+test('after the end a word that comes due begins another sitting', async () => {
+  const { service, session } = await begun('sea');
+  session.turn();
+  await session.grade('again');
+  assert.deepEqual([session.card, session.gradedCount], [null, 1]);
+  service.add('sea');
+  await session.load();
+  assert.deepEqual([session.card.lemma, session.gradedCount, session.total], ['sea', 0, 1]);
 });
 
 test('new words that come due do not take the turned card away', async () => {

@@ -95,7 +95,7 @@ class FakeService {
   async addSubtitle(_, { name }) { return { subtitleId: 9, language: name }; }
 }
 
-const track = (subtitleId, rest = {}) => ({ subtitleId, timing: unmoved, cues: [cue(1000, 2000, 'Hello'), cue(3000, 4000, 'You')], ...rest });
+const track = (subtitleId, rest = {}) => ({ subtitleId, source: 'beside', isThere: true, timing: unmoved, cues: [cue(1000, 2000, 'Hello'), cue(3000, 4000, 'You')], ...rest });
 
 test('lines are loaded anew while the film is read, and not asked for any more after that', async () => {
   const service = new FakeService();

@@ -6,6 +6,7 @@ import { ServiceApi } from '../shared/api.mjs';
 import { PlayerBridge, hiddenFrameNavigation } from '../shared/bridge.mjs';
 import { Preferences } from '../shared/preferences.mjs';
 import { number, speak, t, translate } from '../shared/texts.mjs';
+import { digitOf } from './digit.mjs';
 import { DropField } from './films/dropfield.mjs';
 import { FilmsView } from './films/filmsview.mjs';
 import { watchForFilms } from './filmwatch.mjs';
@@ -30,6 +31,8 @@ const preferences = new Preferences(api, { tour: { seen: false } });
 const sayReady = () => bridge.execute('EnableDraggableHomeScreen');
 
 let learner = { nativeLanguage: '', startLevel: '' };
+let shownLanguage = '';
+let wantedLanguage = '';
 let languages = [];
 let dueCount = 0;
 
@@ -41,6 +44,8 @@ const tools = {
   play: (soundUrl) => bridge.execute('PlayAudio', { audioUrl: encodeURIComponent(soundUrl) }),
   say: (text) => { element('said').textContent = text; },
   trouble: showTrouble,
+  /** The two-letter code of the learner's language. */
+  learnerTag: () => languages.find(({ code }) => code === shownLanguage)?.languageTag ?? '',
 };
 
 const films = new FilmsView(document, api, { ...tools, opened: sayReady });
@@ -48,14 +53,17 @@ const review = new ReviewView(document, api, { ...tools, counted: showDue });
 const search = new SearchView(document, api, tools);
 const lists = new ListsPanel(document, api, { imported: () => { words.refresh(); refreshCounts(); } });
 const words = new WordsView(document, api, {
-  ...tools, find: (text) => { search.find(text); views.show('search'); search.focus(); }, lists: () => lists.open(), changed: refreshCounts,
+  ...tools,
+  find: (text) => { search.find(text); views.show('search'); search.focus(); },
+  lists: () => lists.open(),
+  changed: refreshCounts,
 });
 const byName = { films, review, words, search };
 const views = new Views(document, Object.keys(byName), viewChanged);
 const meter = new LevelMeter(document, setStartLevel);
 const picker = new LanguagePicker(document, setLanguage);
 const tour = new Tour(document, {
-  begun: () => { views.show('films'); bridge.execute('ResizeForTutorial'); showTitle(); },
+  begun: () => { bridge.execute('ResizeForTutorial'); showTitle(); },
   ended: tourEnded,
   chooseLanguage: () => picker.open(),
   startLevel: () => learner.startLevel,
@@ -78,7 +86,7 @@ function showTitle() {
 }
 
 function viewChanged(name) {
-  if (name !== 'films') tour.end();
+  tour.end();
   showTitle();
   byName[name].shown?.();
 }
@@ -106,29 +114,35 @@ async function attempt(work) {
   }
 }
 
-const changeSettings = (changes) => attempt(async () => {
-  learner = await api.changeSettings(changes);
-  await refreshLearner();
-});
-
 async function setLanguage(code) {
-  await changeSettings({ nativeLanguage: code });
-  review.forgetMeanings();
-  renderAll();
+  wantedLanguage = code;
+  await attempt(() => api.changeSettings({ nativeLanguage: code }));
+  // With arrow keys one comes by many: what shows is not set back to an earlier one.
+  if (wantedLanguage === code) await attempt(refreshLearner);
 }
 
-function setStartLevel(level) {
-  return changeSettings({ startLevel: level });
+function setStartLevel(startLevel) {
+  return attempt(async () => {
+    await api.changeSettings({ startLevel });
+    await refreshLearner();
+  });
 }
 
 async function refreshLearner() {
   learner = await api.settings();
-  await speak(learner.nativeLanguage);
-  translate(document);
-  picker.select(learner.nativeLanguage);
-  search.offer(languages.filter(({ code }) => code === learner.nativeLanguage));
+  if (shownLanguage !== learner.nativeLanguage) await showLanguage(learner.nativeLanguage);
   meter.show(await api.level(), learner.startLevel);
   tour.render();
+}
+
+async function showLanguage(code) {
+  await speak(code);
+  shownLanguage = code;
+  translate(document);
+  picker.select(code);
+  search.offer(languages.filter((language) => language.code === code));
+  review.forgetMeanings();
+  renderAll();
 }
 
 /** What the interface says, in its language of this moment. */
@@ -154,7 +168,7 @@ function refreshAll() {
 /** Keys of the whole page; those of a field, a list or an open sheet are theirs. */
 function keyPressed(event) {
   const { key, altKey, ctrlKey, metaKey, target } = event;
-  const name = views.names[Number(event.code?.replace('Digit', '')) - 1] ?? views.names[Number(key) - 1];
+  const name = views.names[digitOf(event) - 1];
   if (ctrlKey || metaKey || document.querySelector('dialog[open]')) {
     if (key === 'F1') help.toggle();
     return;
@@ -165,7 +179,9 @@ function keyPressed(event) {
   }
   const isTyped = target.matches('input:not([type="checkbox"]), select, textarea') || target.closest('.popover');
   if (isTyped) return;
-  const isPress = (key === ' ' || key === 'Enter') && target.matches('button, a');
+  if (event.repeat) return; // a held key turns no cards
+  // The tab of the view that shows already has nothing to do.
+  const isPress = (key === ' ' || key === 'Enter') && target.matches('button:not([aria-selected="true"]), a');
   if (isPress) return;
   if (views.current === 'review' && !tour.isOpen && review.key(event)) event.preventDefault();
   else if (key === '?' || key === 'F1') help.toggle();
@@ -179,8 +195,7 @@ function toView(name, event) {
   tour.end();
   views.show(name);
   if (event?.key === '/') search.focus();
-  else if (name === 'review') review.focus();
-  else views.focusTab();
+  else if (name !== 'review' || !review.focus()) views.focusTab();
 }
 
 async function start() {
@@ -189,7 +204,6 @@ async function start() {
     picker.offer(languages);
   });
   await attempt(refreshLearner);
-  renderAll();
   // A film that waits is what the learner has come for: the tour can wait.
   const [waiting] = await Promise.all([api.pendingFilms().catch(() => 0), attempt(() => preferences.load())]);
   if (!preferences.get('tour').seen && waiting === 0) tour.begin();

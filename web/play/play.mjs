@@ -15,6 +15,7 @@ import { PictureClick } from './bar/pictureclick.mjs';
 import { PointerRest } from './bar/rest.mjs';
 import { SeekBar } from './bar/seekbar.mjs';
 import { playDefaults } from './defaults.mjs';
+import { EndCard } from './end/endcard.mjs';
 import { Film } from './film/film.mjs';
 import { ResumeCard } from './film/resumecard.mjs';
 import { SavedVolume } from './film/savedvolume.mjs';
@@ -107,6 +108,7 @@ const watching = new Watching(api, videoId, film, now, {
   show: (positionMs, durationMs) => resumeCard.show(positionMs, durationMs),
   hide: () => resumeCard.hide(),
 });
+const endCard = new EndCard(document, api, videoId, subtitles);
 const isBarSeen = () => !document.body.classList.contains('resting');
 
 const actions = {
@@ -177,7 +179,7 @@ function show() {
   practice.update();
   volume.update();
   watching.update();
-  element('end').hidden = !film.ended;
+  endCard.update(film.ended);
   showWaiting();
   // Behind a bar that nobody sees nothing needs to be drawn.
   if (!isBarSeen() && film.playing) return;
@@ -220,6 +222,8 @@ function showWords() {
 function showTexts() {
   controls.named();
   settingsPanel.translate();
+  subtitlePanel.show();
+  transcript.load();
   practice.show();
   show();
 }
@@ -281,8 +285,10 @@ addEventListener('pagehide', () => {
   watching.saveNow();
 });
 // What comes of the player's silence comes without an event.
+let wasOver = false;
 setInterval(() => {
-  if (film.ended !== !element('end').hidden) { rest.wake(); show(); }
+  if (film.ended !== wasOver) { rest.wake(); show(); }
+  wasOver = film.ended;
   showWaiting();
 }, silenceWatchMs);
 

@@ -150,11 +150,15 @@ export class ServiceApi {
     return this.#ask(`Words/Word?lemma=${encodeURIComponent(lemma)}`, { method: 'DELETE', keepalive: true });
   }
 
-  /** { total, words }: marked words. statuses: parted by commas, empty for all; text: in the word or its gloss. */
-  words({ text = '', statuses = '', order = 'added', offset = 0, count = 100 }) {
+  /**
+   * { total, words }: marked words. statuses: parted by commas, empty for all; text: in the word or its gloss; videoId: of
+   * the film in which they were saved.
+   */
+  words({ text = '', statuses = '', videoId = '', order = 'added', offset = 0, count = 100 }) {
     const query = new URLSearchParams({ order, offset, count });
     if (statuses) query.set('status', statuses);
     if (text) query.set('text', text);
+    if (videoId) query.set('videoId', videoId);
     return this.#ask(`Words?${query}`);
   }
 

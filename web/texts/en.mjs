@@ -218,7 +218,6 @@ export default {
   'home.yourLanguage': 'Your language',
   'home.whichLanguage': 'Which language is yours?',
   'home.noDictionary': '{language} · no dictionary',
-  'home.number': '{number}',
   'home.undo': 'Undo',
   'home.undoKey': 'Undo (U)',
   'home.close': 'Close',
@@ -247,10 +246,13 @@ export default {
   'films.watched': 'Watched',
   'films.minutesLeft': { one: '{count} min left', other: '{count} min left' },
   'films.known': '{percent} % known',
+  'films.saved': { one: '{count} word saved', other: '{count} words saved' },
   'films.moved': 'Moved away',
   'films.ofAddress': 'From an address',
-  'films.howMoved': '“{title}” no longer lies where it did. Drop it here from its new place, and it goes on where you stopped.',
-  'films.howAddress': '“{title}” came from an address. Open it again with File › Open URL, and it goes on where you stopped.',
+  'films.howMoved':
+    '“{title}” no longer lies where it did. Drop it here from its new place, and it goes on where you stopped.',
+  'films.howAddress':
+    '“{title}” came from an address. Open it again with File › Open URL, and it goes on where you stopped.',
   'films.remove': 'Take “{title}” off the shelf',
   'films.removeShort': 'Take off the shelf',
   'films.removed': '“{title}” is off the shelf.',
@@ -279,7 +281,7 @@ export default {
   'review.howWords': 'In a film, click a word and save it. It comes back here, with the line in which you met it.',
 
   // Words
-  'words.filter': 'Find a word or a meaning',
+  'words.filter': 'Word or meaning',
   'words.whichStatus': 'Which words',
   'words.order': 'Order',
   'words.allStatuses': 'All words',
@@ -317,7 +319,8 @@ export default {
   'lists.csv': 'CSV for spreadsheets',
   'lists.tsv': 'TSV with tabs',
   'lists.package': 'Anki package',
-  'lists.packageText': 'A deck of the words that you are learning, to open in Anki. A later one brings the first up to date.',
+  'lists.packageText':
+    'A deck of the words that you are learning, to open in Anki. A later one brings the first up to date.',
   'lists.clips': 'With the picture and the sound of each line',
   'lists.makePackage': 'Make the package',
   'lists.stop': 'Stop',
@@ -339,7 +342,8 @@ export default {
   'lists.ankiCount': 'Sent: {sent}. Waiting: {waiting}.',
   'lists.ankiRefused': { one: 'Anki did not take {count} word:', other: 'Anki did not take {count} words:' },
   'lists.import': 'Words that you know already',
-  'lists.importText': 'Paste a list here, a word a line, or the text of a CSV or TSV file. Words that you are learning stay so.',
+  'lists.importText':
+    'Paste a list here, a word a line, or the text of a CSV or TSV file. Words that you are learning stay so.',
   'lists.importLabel': 'List of words',
   'lists.importExample': 'house\nriver\nbring',
   'lists.importNow': 'Mark as known',
@@ -369,7 +373,8 @@ export default {
   // Tour and help of the home page
   'tour.title': 'Welcome',
   'tour.filmTitle': 'Films in English, with your language beneath',
-  'tour.filmText': 'Drop a film onto this window. Murvo takes the subtitles beside it and inside it, and shows two lines.',
+  'tour.filmText':
+    'Drop a film onto this window. Murvo takes the subtitles beside it and inside it, and shows two lines.',
   'tour.wordTitle': 'Every word can be clicked',
   'tour.wordText': 'The film waits while you read what a word means. Save it, and Murvo keeps its line, too.',
   'tour.lineKeys': 'line before, again, next',
@@ -404,9 +409,11 @@ export default {
 
   // The page about accounts
   'account.title': 'No account needed',
-  'account.local': 'Murvo finds subtitles, words and meanings with a small service of its own that runs on this computer, inside the player.',
+  'account.local':
+    'Murvo finds subtitles and meanings with a small service of its own that runs on this computer, inside the player.',
   'account.nothing': 'There is nothing to sign up for. Nothing about you or your films leaves this machine.',
-  'account.folder': 'Your words, your reviews and your settings lie in a folder of your own. You can save them to a file at any time.',
+  'account.folder':
+    'Your words, your reviews and your settings lie in a folder of your own. You can save them to a file at any time.',
   'account.back': 'You can close this page and go back to Murvo.',
   'sound.track': 'Track {place}',
   'keys.space': 'Space',
@@ -430,6 +437,23 @@ export default {
   'resume.fromStart': 'From the start',
   'resume.said': 'You stopped at {time}. Enter goes on there.',
 
+  // The end of the film
+  'end.title': 'The film is over.',
+  'end.met': 'What you met',
+  'end.known': 'of its words you know',
+  'end.saidKnown': 'You know {percent} % of its words.',
+  'end.lines': { one: 'line', other: 'lines' },
+  'end.running': { one: 'word spoken', other: 'words spoken' },
+  'end.new': { one: 'word new to you', other: 'words new to you' },
+  'end.saved': { one: 'word saved', other: 'words saved' },
+  'end.newWords': 'New to you, and worth learning',
+  'end.savedWords': 'You saved',
+  'end.others': 'and {count} more',
+  'end.due': { one: '{count} word is due for review at home.', other: '{count} words are due for review at home.' },
+  'end.noWords': 'Without English subtitles there are no words to count.',
+  'end.noLines': 'This film was shown without subtitles.',
+  'end.playAgain': 'Play again',
+
   // Panels beside the picture
   'panels.close': 'Close',
 
@@ -446,8 +470,70 @@ export default {
   'transcript.empty': 'No subtitles are shown. Choose one under Subtitles, and all of its lines are here.',
   'transcript.backToNow': 'Back to now',
 
-  // The panel of subtitles
+  // The panel of subtitles, and what is said of a subtitle
+  'subtitles.line.learned': 'Upper line',
+  'subtitles.line.native': 'Lower line',
+  'subtitles.track': 'Subtitle',
+  'subtitles.none': 'None',
+  'subtitles.add': 'Add a subtitle file…',
   'subtitles.reading': 'Reading the film’s own subtitles… {percent} %',
+  'subtitles.chosen': '{line}: {name}',
+  'subtitles.added': 'Added: {name}',
+  'subtitles.unknownLanguage': 'Unknown language',
+  'subtitles.source.inside': 'inside the film',
+  'subtitles.source.beside': 'beside the film',
+  'subtitles.source.added': 'added by you',
+  'subtitles.gone.inside': 'no longer inside the film',
+  'subtitles.gone.beside': 'no longer beside the film',
+  'subtitles.gone.added': 'no longer there',
+  'subtitles.forced': 'forced lines only',
+  'subtitles.hearing': 'for the hard of hearing',
+  'subtitles.lines': { one: '{count} line', other: '{count} lines' },
+  'subtitles.nowShown': '{name}: {details}',
+  'subtitles.noneShown': 'No subtitle in the upper line',
+  'subtitles.wrongLetters': 'Wrong letters?',
+  'subtitles.chooseReadable': 'Choose the line that reads well',
+  'subtitles.oneReading': 'This file can be read in one way only.',
+
+  // When a subtitle's lines are shown
+  'timing.name': 'Timing',
+  'timing.asItIs': 'as it is',
+  'timing.later': '{seconds} s later',
+  'timing.earlier': '{seconds} s earlier',
+  'timing.stretched': '{percent} % as long',
+  'timing.afterCut': '{shift} after a cut',
+  'timing.moved': '{name}: {timing}',
+  'timing.reset': 'Reset',
+  'timing.resetHint': 'As the subtitle itself has it',
+  'timing.stepEarlier': '0.1 s earlier',
+  'timing.stepLater': '0.1 s later',
+  'timing.pick': 'This line is now…',
+  'timing.pickHint': 'Pick the line that is said at this moment',
+  'timing.whichLine': 'Which line is being said?',
+  'timing.noneOfThese': 'None of these',
+  'timing.rate': 'Frames a second',
+  'timing.rateOfFilm': 'as the film',
+  'timing.rateHint': 'For a subtitle that runs away from the film more and more',
+
+  // Finding the timing by itself
+  'fit.begin': 'Fit to the film',
+  'fit.stop': 'Stop',
+  'fit.hint': 'Finds the right timing by itself',
+  'fit.listening': 'Listening to the film…',
+  'fit.stopped': 'Stopped.',
+  'fit.use': 'Use it',
+  'fit.undo': 'Undo',
+  'fit.none': 'No place was found where this subtitle fits the film.',
+  'fit.guessByTrack': 'Perhaps {timing}, by the film’s own subtitles (a guess).',
+  'fit.guessBySound': 'Perhaps {timing}, by the sound (a guess).',
+  'fit.perhapsByTrack': 'Perhaps {timing}, by the film’s own subtitles (half sure).',
+  'fit.perhapsBySound': 'Perhaps {timing}, by the sound (half sure).',
+  'fit.sureByTrack': 'Fitted by the film’s own subtitles: {timing} (sure).',
+  'fit.sureBySound': 'Fitted by the sound: {timing} (sure).',
+  'fit.verySureByTrack': 'Fitted by the film’s own subtitles: {timing} (very sure).',
+  'fit.verySureBySound': 'Fitted by the sound: {timing} (very sure).',
+  'fit.chosen': 'As you chose: {timing}.',
+
   // The line tools: pauses, loops, drill, silences. After .does what a tool does, told when it is first used.
   'practice.title': 'Practice',
   'practice.close': 'Close',

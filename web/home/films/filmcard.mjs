@@ -9,8 +9,8 @@ import { filmTitle } from './filmtitle.mjs';
 /** A film's title, and its year, season and episode as a quieter text, perhaps empty. */
 export function titleTexts(fileName) {
   const { title, year, season, episode, name } = filmTitle(fileName);
-  const parts = [season === null ? '' : t('films.episode', { season, episode }), name, year === null ? '' : String(year)];
-  return { title, detail: parts.filter(Boolean).join(' · ') };
+  const parts = [season === null ? '' : t('films.episode', { season, episode }), name, year ?? ''];
+  return { title, detail: parts.filter((part) => part !== '').join(' · ') };
 }
 
 function leftText(film) {
@@ -45,7 +45,8 @@ export function filmCard(document, film, { still, opened, removed }) {
     ...(gone ? [make('span', { className: 'gone', textContent: gone })] : []),
     make('span', { className: 'way' }, filled));
 
-  const facts = [leftText(film), known].filter(Boolean);
+  const saved = film.savedWords === 0 ? '' : t('films.saved', { count: film.savedWords });
+  const facts = [leftText(film), known, saved].filter(Boolean);
   const card = button(document, { className: 'film-open', title: film.fileName }, opened,
     picture,
     make('span', { className: 'film-title', dir: 'auto', textContent: title }),

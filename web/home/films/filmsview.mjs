@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { t } from '../../shared/texts.mjs';
+import { number, t } from '../../shared/texts.mjs';
 import { filmCard, titleTexts } from './filmcard.mjs';
 
 const filmsAtATime = 24;
@@ -57,7 +57,7 @@ export class FilmsView {
       removed: () => this.#remove(film),
     })));
     const buttons = shelf.querySelectorAll('button');
-    if (focused >= 0) (buttons[Math.min(focused, buttons.length - 1)] ?? this.#document.getElementById('tab-films')).focus();
+    if (focused >= 0) (buttons[Math.min(focused, buttons.length - 1)] ?? this.#element('tab-films')).focus();
     this.#element('shelf-part').hidden = films.length === 0;
     this.#element('films').classList.toggle('has-films', films.length > 0);
     this.#element('more-films').hidden = this.#films.length >= this.#total;
@@ -67,7 +67,7 @@ export class FilmsView {
   showDue(dueCount) {
     const due = this.#element('due');
     due.hidden = dueCount === 0;
-    due.querySelector('.number').textContent = t('home.number', { number: dueCount });
+    due.querySelector('.number').textContent = number(dueCount);
     due.querySelector('.what').textContent = t('films.wordsDue', { count: dueCount });
   }
 

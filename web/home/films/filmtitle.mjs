@@ -8,12 +8,20 @@ const extension = /\.(?=[a-z\d]*[a-z])[a-z\d]{2,4}$/i;
 const group = /^\s*\[[^\]]*\]\s*/;
 const episode = /(?:^|[\s(\-–[])(?:s(\d{1,2})\s?e(\d{1,3})(?:-?e?\d{1,3})?|(\d{1,2})x(\d{2,3}))(?=$|[\s)\-–\]])/i;
 // From here on a name tells of the file and no longer of the film.
-const technical = new RegExp('[\\s([{]+(?:\\d{3,4}[pi]|4k|uhd|web[- ]?(?:dl|rip)|web(?=\\s*[xh]\\s?26)|blu-?ray|b[dr]rip'
-  + '|dvd(?:rip|scr)?|hd(?:tv|rip|r)|[xh]\\s?26[45]|hevc|av1|xvid|divx|aac|ac3|dts|\\d{1,2}bit|remux)(?![a-z]).*$', 'i');
+const signs = [
+  '\\d{3,4}[pi]', '4k', 'uhd', 'web[- ]?(?:dl|rip)', 'web(?=\\s*[xh]\\s?26)', 'blu-?ray', 'b[dr]rip', 'dvd(?:rip|scr)?',
+  'hd(?:tv|rip|r)', '[xh]\\s?26[45]', 'hevc', 'av1', 'xvid', 'divx', 'aac', 'ac3', 'dts', '\\d{1,2}bit', 'remux',
+];
+const technical = new RegExp(`[\\s([{]+(?:${signs.join('|')})(?![a-z]).*$`, 'i');
 const separators = /^[\s\-–_.,([{]+|[\s\-–_.,([{]+$/g;
 
 const tidy = (text) => text.replace(separators, '').replace(/\s+/g, ' ');
-const capitals = (text) => (/\p{Lu}/u.test(text) ? text : text.replace(/(^|\s)(\p{Ll})/gu, (_, gap, letter) => gap + letter.toUpperCase()));
+
+// Names in lower case only get a capital for each word.
+function capitals(text) {
+  if (/\p{Lu}/u.test(text)) return text;
+  return text.replace(/(^|\s)(\p{Ll})/gu, (_, gap, letter) => gap + letter.toUpperCase());
+}
 
 function withoutYear(text) {
   const years = [...text.matchAll(/[\s([]((?:19|20)\d\d)(?=$|[\s)\]])/g)]

@@ -74,6 +74,6 @@ export class LanguagePicker {
       make('span', { className: flagClass(code) }),
       make('span', { className: 'names' },
         make('span', { textContent: nativeName, lang: languageTag }),
-        make('small', { textContent: note })));
+        make('small', { textContent: note, title: note })));
   }
 }

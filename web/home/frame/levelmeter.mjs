@@ -13,7 +13,8 @@ const counts = ['vocabulary', 'learningWords', 'knownWords'];
 /** What the meter shows, as a sentence. */
 export function levelText({ level, nextLevel, percentToNext, vocabulary }) {
   const words = t('level.words', { count: vocabulary });
-  return nextLevel ? t('level.onTheWay', { level, percent: percentToNext, next: nextLevel, words }) : t('level.there', { level, words });
+  if (!nextLevel) return t('level.there', { level, words });
+  return t('level.onTheWay', { level, percent: percentToNext, next: nextLevel, words });
 }
 
 export class LevelMeter {
@@ -69,5 +70,6 @@ export function levelChoice(document, name, labelId, level) {
   const option = (each) => create(document, 'label', { title: t(`level.of.${each}`) },
     create(document, 'input', { type: 'radio', name, value: each, checked: each === level }),
     create(document, 'span', { textContent: each }));
-  return create(document, 'div', { className: 'levels', role: 'radiogroup', 'aria-labelledby': labelId }, ...levels.map(option));
+  const properties = { className: 'levels', role: 'radiogroup', 'aria-labelledby': labelId };
+  return create(document, 'div', properties, ...levels.map(option));
 }

@@ -19,7 +19,7 @@ export class Popover {
     });
     panel.addEventListener('click', (event) => {
       // Arrow keys "click" a choice as well, but at no place: only a real click has made it.
-      if (event.detail > 0 && event.target.matches('input')) this.show(false);
+      if (event.detail > 0 && event.target.closest('label')) this.show(false);
     });
     document.addEventListener('pointerdown', (event) => {
       if (!panel.contains(event.target) && !box.contains(event.target)) this.show(false, false);

@@ -9,7 +9,9 @@ const hourMs = 60 * minuteMs;
 const dayMs = 24 * hourMs;
 const soonMs = 10 * minuteMs;
 const ladder = ['new', 'learning1', 'learning2', 'learning3', 'learning4', 'known'];
-const intervalsMs = { new: 0, learning1: dayMs, learning2: 3 * dayMs, learning3: 7 * dayMs, learning4: 16 * dayMs, known: null };
+const intervalsMs = {
+  new: 0, learning1: dayMs, learning2: 3 * dayMs, learning3: 7 * dayMs, learning4: 16 * dayMs, known: null,
+};
 
 /** In the order of their keys, 1 to 4. */
 export const grades = ['again', 'hard', 'good', 'easy'];

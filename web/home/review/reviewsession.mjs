@@ -6,7 +6,8 @@ const cardsAtATime = 20;
 export class ReviewSession {
   #api;
   #cards = [];
-  #graded = []; // the cards of this sitting that were graded, for undo
+  #graded = []; // the cards of this sitting that were graded
+  #undoableCount = 0;
   #isBusy = false;
   isTurned = false;
   isLoaded = false;
@@ -27,7 +28,7 @@ export class ReviewSession {
   }
 
   get canUndo() {
-    return this.#graded.length > 0;
+    return this.#undoableCount > 0;
   }
 
   /** Of this sitting: graded and still due. */
@@ -38,6 +39,11 @@ export class ReviewSession {
   /** What is due now. The card that shows stays, with its side, while it is among it. */
   async load() {
     const { cards, dueCount, nextDueAtMs } = await this.#api.review(cardsAtATime);
+    // After an end, what comes later is another sitting.
+    if (this.isLoaded && !this.#isBusy && !this.card && dueCount > 0) {
+      this.#graded = [];
+      this.#undoableCount = 0;
+    }
     this.isLoaded = true;
     this.dueCount = dueCount;
     this.nextDueAtMs = nextDueAtMs;
@@ -57,6 +63,7 @@ export class ReviewSession {
       if (!card || !this.isTurned) return;
       const { dueCount } = await this.#api.gradeWord(card.lemma, grade);
       this.#graded.push(card);
+      this.#undoableCount += 1;
       this.#cards.shift();
       this.isTurned = false;
       this.dueCount = dueCount;
@@ -69,17 +76,16 @@ export class ReviewSession {
   async undo() {
     await this.#once(async () => {
       if (!this.canUndo) return;
+      // What is refused (the word has changed elsewhere) will be again.
+      const before = this.#undoableCount;
+      this.#undoableCount = 0;
       const { dueCount } = await this.#api.undoGrade();
+      this.#undoableCount = before - 1;
       const card = this.#graded.pop();
       this.#cards = [card, ...this.#cards.filter((each) => each.lemma !== card.lemma)];
       this.isTurned = false;
       this.dueCount = dueCount;
     });
-  }
-
-  /** The next sitting counts from none. */
-  startAnew() {
-    this.#graded = [];
   }
 
   // A second press while the first is under way would grade the next card.

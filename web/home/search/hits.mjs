@@ -52,7 +52,8 @@ export class Hits {
     const generation = this.#generation;
     this.#isLoading = true;
     try {
-      const { lines, next } = await this.#api.searchLines(this.#query.text, { ...this.#query, below: this.#next, count: pageSize });
+      const page = { ...this.#query, below: this.#next, count: pageSize };
+      const { lines, next } = await this.#api.searchLines(this.#query.text, page);
       if (generation !== this.#generation) return false;
       this.#next = next;
       this.count += lines.length;
@@ -64,7 +65,7 @@ export class Hits {
   }
 }
 
-/** Groups { videoId, fileName, lines } with more lines put in: those of a film together, in the order in which they came. */
+/** Groups { videoId, fileName, lines } with more lines put in: those of a film together, as they come. */
 export function grouped(groups, lines) {
   const all = groups.map((group) => ({ ...group, lines: [...group.lines] }));
   const byFilm = new Map(all.map((group) => [group.videoId, group]));

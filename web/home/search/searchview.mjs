@@ -62,7 +62,9 @@ export class SearchView {
 
   #build() {
     const parts = this.#parts;
-    parts.field = this.#make('input', { type: 'search', className: 'field', maxLength: 200, autocomplete: 'off', spellcheck: false });
+    parts.field = this.#make('input', {
+      type: 'search', className: 'field', maxLength: 200, autocomplete: 'off', spellcheck: false,
+    });
     parts.language = this.#make('select', { className: 'field' });
     parts.whole = this.#make('input', { type: 'checkbox' });
     parts.wholeText = this.#make('span', {});
@@ -77,7 +79,8 @@ export class SearchView {
     parts.language.addEventListener('change', () => this.#search());
     parts.whole.addEventListener('change', () => this.#search());
     const root = this.#document.getElementById('search');
-    parts.scroller = this.#make('div', { id: 'search-scroller', tabIndex: 0, role: 'region' }, parts.found, parts.hint, parts.results, parts.end);
+    parts.scroller = this.#make('div', { id: 'search-scroller', tabIndex: 0, role: 'region' },
+      parts.found, parts.hint, parts.results, parts.end);
     root.append(
       this.#make('div', { className: 'tool-row', role: 'search' }, parts.field, parts.language,
         this.#make('label', { className: 'switch' }, parts.whole, parts.wholeText)),
@@ -108,7 +111,7 @@ export class SearchView {
     const query = { text: field.value.trim(), language: language.value, wholeWord: whole.checked };
     try {
       if (!await this.#hits.search(query, atLeast)) return;
-      if (before && ['text', 'language', 'wholeWord'].some((name) => before[name] !== query[name])) scroller.scrollTop = 0;
+      if (before && Object.keys(query).some((name) => before[name] !== query[name])) scroller.scrollTop = 0;
     } catch (error) {
       this.#tools.trouble(error);
     }
@@ -148,11 +151,13 @@ export class SearchView {
     const said = this.#make('p', { className: 'line', dir: 'auto' });
     showMarked(said, text, placesOf(text, this.#hits.query.text, this.#hits.query));
     const time = timeText(startMs);
-    const play = button(this.#document, { className: 'sound', ariaLabel: t('search.hear', { time }), title: t('search.hearShort') },
-      () => this.#tools.play(soundUrl));
+    const label = { ariaLabel: t('search.hear', { time }), title: t('search.hearShort') };
+    const play = button(this.#document, { className: 'sound', ...label }, () => this.#tools.play(soundUrl));
     play.disabled = !soundUrl;
-    return this.#make('li', {}, play,
-      this.#make('div', {}, said, ...(translation ? [this.#make('p', { className: 'translation', dir: 'auto', textContent: translation })] : [])),
-      this.#make('span', { className: 'time', textContent: time }));
+    const texts = this.#make('div', {}, said);
+    if (translation) {
+      texts.append(this.#make('p', { className: 'translation', dir: 'auto', textContent: translation }));
+    }
+    return this.#make('li', {}, play, texts, this.#make('span', { className: 'time', textContent: time }));
   }
 }

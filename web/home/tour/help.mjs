@@ -6,7 +6,8 @@ import { t } from '../../shared/texts.mjs';
 // Groups of keys, each with its text; 'space' stands for the interface's word for it.
 const keyGroups = [
   ['help.everywhere', [
-    [['1', '2', '3', '4'], 'help.toView'], [['/'], 'help.toSearch'], [['?', 'F1'], 'help.thisSheet'], [['Ctrl+O'], 'help.openFilm'],
+    [['1', '2', '3', '4'], 'help.toView'], [['/'], 'help.toSearch'], [['?', 'F1'], 'help.thisSheet'],
+    [['Ctrl+O'], 'help.openFilm'],
   ]],
   ['help.inReview', [
     [['space'], 'help.turn'], [['1', '2', '3', '4'], 'help.grade'], [['S'], 'help.hearLine'], [['W'], 'help.hearWord'],
@@ -44,12 +45,16 @@ export class Help {
   #build() {
     const make = (...rest) => create(this.#document, ...rest);
     const press = (className, pressed, ...children) => button(this.#document, { className }, pressed, ...children);
-    const close = button(this.#document, { className: 'close', ariaLabel: t('home.close') }, () => this.#dialog.close());
-    const keys = (names) => make('dt', { dir: 'ltr' }, ...names.map((name) => make('kbd', { textContent: name === 'space' ? t('key.space') : name })));
-    const group = ([title, rows]) => make('section', {}, make('h3', { textContent: t(title) }),
-      make('dl', {}, ...rows.map(([names, text]) => make('div', {}, keys(names), make('dd', { textContent: t(text) })))));
+    const closing = { className: 'close', ariaLabel: t('home.close') };
+    const close = button(this.#document, closing, () => this.#dialog.close());
+    const key = (name) => make('kbd', { textContent: name === 'space' ? t('key.space') : name });
+    const row = ([names, text]) => make('div', {},
+      make('dt', { dir: 'ltr' }, ...names.map(key)), make('dd', { textContent: t(text) }));
+    const group = ([title, rows]) => make('section', {},
+      make('h3', { textContent: t(title) }), make('dl', {}, ...rows.map(row)));
+    const title = make('h2', { id: 'help-title', tabIndex: -1, autofocus: true, textContent: t('help.title') });
     this.#dialog.replaceChildren(
-      make('header', {}, make('h2', { id: 'help-title', tabIndex: -1, autofocus: true, textContent: t('help.title') }), close),
+      make('header', {}, title, close),
       make('div', { className: 'parts', tabIndex: 0, role: 'group', 'aria-labelledby': 'help-title' },
         ...keyGroups.map(group),
         make('p', { className: 'quiet', textContent: t('help.inFilm') }),

@@ -58,9 +58,10 @@ export class ListsPanel {
   }
 
   #build() {
-    const close = button(this.#document, { className: 'close', ariaLabel: t('home.close') }, () => this.#dialog.close());
+    const closing = { className: 'close', ariaLabel: t('home.close') };
+    const title = { id: 'lists-title', tabIndex: -1, autofocus: true, textContent: t('lists.title') };
     this.#dialog.replaceChildren(
-      this.#make('header', {}, this.#make('h2', { id: 'lists-title', tabIndex: -1, autofocus: true, textContent: t('lists.title') }), close),
+      this.#make('header', {}, this.#make('h2', title), button(this.#document, closing, () => this.#dialog.close())),
       this.#make('div', { className: 'parts', tabIndex: 0, role: 'group', 'aria-labelledby': 'lists-title' },
         this.#filePart(), this.#packagePart(), this.#ankiPart(), this.#importPart(), this.#learnerPart()));
   }
@@ -75,14 +76,16 @@ export class ListsPanel {
   #packagePart() {
     const parts = this.#parts;
     parts.clips = this.#make('input', { type: 'checkbox', checked: true });
-    parts.clipsLabel = this.#make('label', { className: 'switch' }, parts.clips, this.#make('span', { textContent: t('lists.clips') }));
+    parts.clipsLabel = this.#make('label', { className: 'switch' },
+      parts.clips, this.#make('span', { textContent: t('lists.clips') }));
     parts.make = this.#button(t('lists.makePackage'), () => this.#makePackage());
     parts.stop = this.#button(t('lists.stop'), () => this.#endPackage());
     parts.get = this.#download(t('lists.getPackage'), this.#api.ankiPackageAddress);
     parts.progress = this.#make('progress', { max: 100, value: 0, ariaLabel: t('lists.package') });
     parts.packageState = this.#make('p', { className: 'state', role: 'status' });
     return this.#part(t('lists.package'), this.#make('p', { textContent: t('lists.packageText') }), parts.clipsLabel,
-      this.#make('div', { className: 'buttons' }, parts.make, parts.progress, parts.stop, parts.get), parts.packageState);
+      this.#make('div', { className: 'buttons' }, parts.make, parts.progress, parts.stop, parts.get),
+      parts.packageState);
   }
 
   async #makePackage() {
@@ -140,7 +143,8 @@ export class ListsPanel {
         this.#make('label', { className: 'labelled' }, t('lists.ankiPort'), parts.port),
         this.#make('label', { className: 'labelled' }, t('lists.ankiKey'), parts.key)));
     return this.#part(t('lists.anki'), this.#make('p', { textContent: t('lists.ankiText') }),
-      this.#make('label', { className: 'switch' }, parts.sends, this.#make('span', { textContent: t('lists.ankiSends') })),
+      this.#make('label', { className: 'switch' },
+        parts.sends, this.#make('span', { textContent: t('lists.ankiSends') })),
       parts.ankiMore);
   }
 
@@ -179,10 +183,14 @@ export class ListsPanel {
 
   #importPart() {
     const parts = this.#parts;
-    parts.list = this.#make('textarea', { className: 'field', rows: 4, spellcheck: false, ariaLabel: t('lists.importLabel'), placeholder: t('lists.importExample') });
+    parts.list = this.#make('textarea', {
+      className: 'field', rows: 4, spellcheck: false, ariaLabel: t('lists.importLabel'),
+      placeholder: t('lists.importExample'),
+    });
     parts.importState = this.#make('p', { className: 'state', role: 'status' });
     return this.#part(t('lists.import'), this.#make('p', { textContent: t('lists.importText') }), parts.list,
-      this.#make('div', { className: 'buttons' }, this.#button(t('lists.importNow'), () => this.#import())), parts.importState);
+      this.#make('div', { className: 'buttons' }, this.#button(t('lists.importNow'), () => this.#import())),
+      parts.importState);
   }
 
   async #import() {

@@ -46,7 +46,8 @@ export class RowList {
   /** First and last row in view. */
   get range() {
     const { scrollTop, clientHeight } = this.#list;
-    return rowsInView({ scrollTop, height: clientHeight, rowHeight: this.#height || 1, length: this.#source.length, spare: 0 });
+    const { length } = this.#source;
+    return rowsInView({ scrollTop, height: clientHeight, rowHeight: this.#height || 1, length, spare: 0 });
   }
 
   scrollToStart() {
@@ -132,9 +133,8 @@ export class RowList {
     const page = Math.max(1, Math.floor(this.#list.clientHeight / this.#height) - 1);
     const last = this.#source.length - 1;
     const isText = event.target.matches('input');
-    const to = {
-      ArrowUp: at - 1, ArrowDown: at + 1, PageUp: at - page, PageDown: at + page, ...(isText ? {} : { Home: 0, End: last }),
-    }[event.key];
+    const ends = isText ? {} : { Home: 0, End: last };
+    const to = { ArrowUp: at - 1, ArrowDown: at + 1, PageUp: at - page, PageDown: at + page, ...ends }[event.key];
     if (to === undefined) return;
     event.preventDefault();
     this.focusRow(Math.max(0, Math.min(last, to)), places(element).indexOf(event.target));

@@ -9,7 +9,8 @@ export const statuses = ['new', 'learning1', 'learning2', 'learning3', 'learning
 
 /**
  * The row of a word. actions: { meaning(word, isWanted) promises what a dictionary tells, setGloss(word, gloss),
- * setStatus(word, status), play(soundUrl), find(word), remove(word) }.
+ * setStatus(word, status), play(soundUrl), find(word), remove(word),
+ * learnerTag() }.
  */
 export function wordRow(document, word, actions) {
   const make = (...rest) => create(document, ...rest);
@@ -20,9 +21,10 @@ export function wordRow(document, word, actions) {
       make('b', { lang: 'en', dir: 'auto', textContent: word.lemma, title: word.lemma }),
       glossField(document, word, actions)));
   if (sighting) row.append(whereMet(document, sighting));
+  const hear = () => actions.play(sighting.soundUrl);
   row.append(make('span', { className: 'tools' },
     statusChoice(document, word, actions),
-    tool(document, 'hear', t('words.hear', { word: word.lemma }), () => actions.play(sighting.soundUrl), !sighting?.soundUrl),
+    tool(document, 'hear', t('words.hear', { word: word.lemma }), hear, !sighting?.soundUrl),
     tool(document, 'find', t('words.find', { word: word.lemma }), () => actions.find(word)),
     tool(document, 'remove', t('words.remove', { word: word.lemma }), () => actions.remove(word))));
   return row;
@@ -31,11 +33,13 @@ export function wordRow(document, word, actions) {
 // What the learner writes counts; without it the dictionary's word shows in its place.
 function glossField(document, word, actions) {
   const field = create(document, 'input', {
-    className: 'gloss', value: word.gloss, maxLength: 2000, dir: 'auto', autocomplete: 'off', spellcheck: false,
+    className: 'gloss', value: word.gloss, maxLength: 2000, lang: actions.learnerTag(), dir: 'auto',
+    autocomplete: 'off', spellcheck: false,
     ariaLabel: t('words.meaningOf', { word: word.lemma }), title: t('words.changeMeaning'),
   });
   if (!word.gloss) {
-    actions.meaning(word, () => field.isConnected).then((text) => { field.placeholder = text || t('words.noMeaning'); });
+    const told = actions.meaning(word, () => field.isConnected);
+    told.then((text) => { field.placeholder = text || t('words.noMeaning'); });
   }
   field.addEventListener('change', () => actions.setGloss(word, field.value.trim()));
   field.addEventListener('keydown', (event) => {
@@ -57,7 +61,8 @@ function whereMet(document, { line, form, fileName, translation }) {
 }
 
 function statusChoice(document, word, actions) {
-  const choice = create(document, 'select', { className: 'status', ariaLabel: t('words.statusOf', { word: word.lemma }) },
+  const label = t('words.statusOf', { word: word.lemma });
+  const choice = create(document, 'select', { className: 'status', ariaLabel: label },
     ...statuses.map((status) => create(document, 'option', {
       value: status, textContent: t(`words.status.${status}`), selected: status === word.status,
     })));

@@ -10,6 +10,7 @@ import { statuses, wordRow } from './wordrow.mjs';
 
 const typingPauseMs = 180;
 const restMs = 150;
+const mostMeanings = 3;
 const orders = ['added', 'changed', 'alphabet', 'due'];
 const learning = 'learning1,learning2,learning3,learning4';
 
@@ -26,7 +27,10 @@ export class WordsView {
   #meanings = new Map(); // lemma -> promise of a text
   #wasLoaded = false;
 
-  /** tools: { toast, removal, play(soundUrl), find(text), lists(), say(text), trouble(error), changed() }. */
+  /**
+   * tools: { toast, removal, play(soundUrl), learnerTag(), find(text), lists(), say(text), trouble(error), changed()
+   * after a change of a word }.
+   */
   constructor(document, api, tools) {
     this.#document = document;
     this.#api = api;
@@ -96,6 +100,7 @@ export class WordsView {
         word: word.lemma, status: t(`words.status.${status}`),
       })),
       play: this.#tools.play,
+      learnerTag: this.#tools.learnerTag,
       find: (word) => this.#tools.find(word.lemma),
       remove: (word) => this.#remove(word),
     };
@@ -115,7 +120,8 @@ export class WordsView {
     order.ariaLabel = t('words.order');
     lists.textContent = t('words.lists');
     this.#list.label = t('home.words');
-    const option = (value, label, chosen) => create(this.#document, 'option', { value, textContent: label, selected: value === chosen });
+    const option = (value, textContent, chosen) => (
+      create(this.#document, 'option', { value, textContent, selected: value === chosen }));
     const { statuses: chosen, order: chosenOrder } = this.#filter;
     status.replaceChildren(option('', t('words.allStatuses'), chosen), option(learning, t('words.allLearning'), chosen),
       ...statuses.map((each) => option(each, t(`words.status.${each}`), chosen)));
@@ -203,7 +209,8 @@ export class WordsView {
     if (!this.#meanings.has(lemma)) {
       const place = sighting && placeOfWord(sighting.line, sighting.form);
       const looked = place ? this.#api.lookUp(sighting.line, place.start) : this.#api.lookUp(lemma, 0);
-      this.#meanings.set(lemma, looked.then((lookup) => meaningOf(lookup, lemma).translations.slice(0, 3).join(', ')).catch(() => ''));
+      const told = looked.then((lookup) => meaningOf(lookup, lemma).translations.slice(0, mostMeanings).join(', '));
+      this.#meanings.set(lemma, told.catch(() => ''));
     }
     return this.#meanings.get(lemma);
   }

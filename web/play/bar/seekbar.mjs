@@ -3,10 +3,12 @@
 import { t } from '../../shared/texts.mjs';
 import { timeText } from '../../shared/timetext.mjs';
 import { CueIndex } from '../lines/cueindex.mjs';
-import { speechMask } from './speechmap.mjs';
+import { drawSpeech } from './speechmap.mjs';
 
 const stepsPerSecond = 4;
 const thumbPx = 14; // as in controls.css: the thumb's middle goes from half of it to half of it before the end
+// What has been seen of the film, and the rest of it.
+const stripColours = { seen: [255, 213, 138], rest: [188, 191, 196] };
 const keySteps = { ArrowLeft: -5, ArrowDown: -5, ArrowRight: 5, ArrowUp: 5, PageDown: -60, PageUp: 60 };
 
 /** The place in the film: shows it, with where there is speech, and moves it; tells what is said under the pointer. */
@@ -81,8 +83,10 @@ export class SeekBar {
     const wanted = `${width} ${durationMs} ${cues.length}`;
     if (width === 0 || durationMs === null || wanted === this.#mapped) return;
     this.#mapped = wanted;
-    const columns = Math.min(4000, Math.round(width * this.#line.ownerDocument.defaultView.devicePixelRatio));
-    this.#line.style.setProperty('--speech', speechMask(this.#line.ownerDocument, cues, durationMs, columns) || 'none');
+    const columns = Math.max(1, Math.min(4000, Math.round(width * this.#line.ownerDocument.defaultView.devicePixelRatio)));
+    for (const [className, colour] of Object.entries(stripColours)) {
+      drawSpeech(this.#line.querySelector(`.${className}`), cues, durationMs, columns, colour);
+    }
   }
 
   #wire() {

@@ -22,17 +22,15 @@ export function speechShares(cues, durationMs, parts) {
   return shares;
 }
 
-/** The strip as an image whose opacity tells the share of speech; empty where there are no cues. */
-export function speechMask(document, cues, durationMs, width) {
-  if (cues.length === 0 || !(durationMs > 0) || width < 1) return '';
-  const canvas = document.createElement('canvas');
+/** Draws the strip, in one colour ([red, green, blue]) whose opacity tells the share of speech; plain without cues. */
+export function drawSpeech(canvas, cues, durationMs, width, colour) {
   canvas.width = width;
   canvas.height = 1;
   const context = canvas.getContext('2d');
   const image = context.createImageData(width, 1);
-  speechShares(cues, durationMs, width).forEach((share, i) => {
-    image.data[4 * i + 3] = Math.round(255 * (silence + (1 - silence) * Math.min(1, share)));
+  const shares = cues.length > 0 ? speechShares(cues, durationMs, width) : new Float32Array(width).fill(1);
+  shares.forEach((share, i) => {
+    image.data.set([...colour, Math.round(255 * (silence + (1 - silence) * Math.min(1, share)))], 4 * i);
   });
   context.putImageData(image, 0, 0);
-  return `url("${canvas.toDataURL()}")`;
 }

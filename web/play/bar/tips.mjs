@@ -21,6 +21,7 @@ export class Tips {
       if (event.target.matches('button:focus-visible')) this.#show(event.target);
     });
     buttons.addEventListener('focusout', () => this.hide());
+    document.addEventListener('keydown', () => this.hide());
   }
 
   hide() {

@@ -12,7 +12,7 @@ const lateReports = 2;
 // While paused, a late report of the time just before the pause must not move the lines.
 const pausedJumpMs = 400;
 const samplesKept = 5;
-// Of the moment of a start only the page's own command is known; two reports know it better.
+// Of the moment of a start or a new speed only the page's own command is known; two reports know it better.
 const reportsForStart = 2;
 // After a seek, reports of the old place still arrive; a new place that never does is believed after this time.
 const longestSeekMs = 1500;
@@ -67,7 +67,7 @@ export class PlaybackClock {
     const standsSince = this.stalled(now) ? this.#samples[this.#samples.length - 1].at : null;
     this.#speed = speed;
     if (standsSince !== null) this.#standAt(position, standsSince);
-    else if (this.#running && position !== null && !this.#seek) this.#startFrom(position, now);
+    else if (this.#running && position !== null && !this.#seek) this.#startFrom(position, now, true);
   }
 
   /** The page has told the player to go to position: it counts at once, and reports of the old place do not. */

@@ -2,6 +2,7 @@
 
 // The film's subtitles as the service knows them, and what the learner does with them. No element is touched here.
 
+import { t } from '../../shared/texts.mjs';
 import { retimed, unmoved } from './timing.mjs';
 
 export const lineNames = ['learned', 'native'];
@@ -148,20 +149,18 @@ export class Subtitles {
 
 /** What a track is called in a list. */
 export function trackName({ languageName, title, fileName }) {
-  return languageName || title || fileName || 'Unknown language';
+  return languageName || title || fileName || t('subtitles.unknownLanguage');
 }
-
-const sources = { inside: 'inside the film', beside: 'beside the film', added: 'added by you' };
 
 /** What else there is to know of a track, in a short line. */
 export function trackDetails(track) {
   const { source, title, fileName, forced, hearingImpaired, isThere, cueCount, error } = track;
   const name = trackName(track);
-  const told = [source === 'inside' ? title : fileName, isThere ? sources[source] : `no longer ${sources[source]}`]
+  const told = [source === 'inside' ? title : fileName, t(isThere ? `subtitles.source.${source}` : `subtitles.gone.${source}`)]
     .filter((text) => text && text !== name);
-  if (forced) told.push('forced lines only');
-  if (hearingImpaired) told.push('for the hard of hearing');
+  if (forced) told.push(t('subtitles.forced'));
+  if (hearingImpaired) told.push(t('subtitles.hearing'));
   if (error) told.push(error.message);
-  else if (cueCount > 0) told.push(`${cueCount} lines`);
+  else if (cueCount > 0) told.push(t('subtitles.lines', { count: cueCount }));
   return told.join(' · ');
 }

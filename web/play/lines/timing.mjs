@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+import { spokenLanguage, t } from '../../shared/texts.mjs';
+
 // How a subtitle's own times become the film's. A timing as the service keeps it: { offsetMs, rateNumerator,
 // rateDenominator, cut: { atMs, offsetMs } or null }. Pure functions; times in milliseconds.
 
@@ -68,11 +70,14 @@ export function isSameRate(timing, made, shown) {
     === timing.rateDenominator * made.numerator * shown.denominator;
 }
 
-const seconds = (ms) => `${(Math.abs(ms) / 1000).toFixed(Math.abs(ms) % 100 === 0 ? 1 : 2)} s`;
+const number = (value, digits) => new Intl.NumberFormat(spokenLanguage(),
+  { minimumFractionDigits: digits, maximumFractionDigits: digits }).format(value);
+
+const seconds = (ms) => number(Math.abs(ms) / 1000, Math.abs(ms) % 100 === 0 ? 1 : 2);
 
 export function offsetText(offsetMs) {
-  if (offsetMs === 0) return 'as it is';
-  return `${seconds(offsetMs)} ${offsetMs > 0 ? 'later' : 'earlier'}`;
+  if (offsetMs === 0) return t('timing.asItIs');
+  return t(offsetMs > 0 ? 'timing.later' : 'timing.earlier', { seconds: seconds(offsetMs) });
 }
 
 /** What a timing does, in words. */
@@ -80,8 +85,8 @@ export function timingText(timing) {
   const parts = [offsetText(timing.offsetMs)];
   if (timing.rateNumerator !== timing.rateDenominator) {
     const share = (timing.rateNumerator / timing.rateDenominator) * 100;
-    parts.push(`${share.toFixed(2)} % as long`);
+    parts.push(t('timing.stretched', { percent: number(share, 2) }));
   }
-  if (timing.cut) parts.push(`${offsetText(timing.cut.offsetMs)} after a cut`);
+  if (timing.cut) parts.push(t('timing.afterCut', { shift: offsetText(timing.cut.offsetMs) }));
   return parts.join(', ');
 }

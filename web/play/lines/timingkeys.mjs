@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+import { t } from '../../shared/texts.mjs';
 import { lineNames, trackDetails, trackName } from './subtitles.mjs';
 import { filmTime, shifted, startingAt, timingText, unmoved } from './timing.mjs';
 
@@ -54,7 +55,7 @@ export class TimingKeys {
     if (this.#asked !== next) return; // the key was pressed again meanwhile
     this.#asked = null;
     const line = this.#subtitles.line('learned');
-    this.#say(line ? `${trackName(line)}: ${trackDetails(line)}` : 'No subtitle in the upper line');
+    this.#say(line ? t('subtitles.nowShown', { name: trackName(line), details: trackDetails(line) }) : t('subtitles.noneShown'));
   }
 
   get #name() {
@@ -67,6 +68,6 @@ export class TimingKeys {
 
   #moveTo(timing) {
     this.#subtitles.move(this.#name, timing);
-    this.#say(`${trackName(this.#line)}: ${timingText(timing)}`);
+    this.#say(t('timing.moved', { name: trackName(this.#line), timing: timingText(timing) }));
   }
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import { button, create } from '../../shared/elements.mjs';
+import { t } from '../../shared/texts.mjs';
 import { timingText } from '../lines/timing.mjs';
 
 const askAgainMs = 300;
@@ -11,10 +12,11 @@ const leastPercent = 20;
 
 /** What to say of a fitting that has ended. */
 export function fitText({ timing, isSure, surePercent, isAgainstTrack }) {
-  if (!timing || surePercent < leastPercent) return 'No place was found where this subtitle fits the film.';
-  const by = isAgainstTrack ? 'by the film’s own subtitles' : 'by the sound';
-  if (!isSure) return `Perhaps ${timingText(timing)}, ${by} (${surePercent < halfSurePercent ? 'a guess' : 'half sure'}).`;
-  return `Fitted ${by}: ${timingText(timing)} (${surePercent < verySurePercent ? 'sure' : 'very sure'}).`;
+  if (!timing || surePercent < leastPercent) return t('fit.none');
+  const how = isAgainstTrack ? 'ByTrack' : 'BySound';
+  const found = { timing: timingText(timing) };
+  if (!isSure) return t(`fit.${surePercent < halfSurePercent ? 'guess' : 'perhaps'}${how}`, found);
+  return t(`fit.${surePercent < verySurePercent ? 'sure' : 'verySure'}${how}`, found);
 }
 
 /** One click moves a line's subtitle to where the film has it. What is not sure is offered, not done. */
@@ -34,10 +36,10 @@ export class FilmFit {
   constructor(document, subtitles, name) {
     this.#subtitles = subtitles;
     this.#name = name;
-    this.button = button(document, { className: 'strong', title: 'Finds the right timing by itself' }, () => this.#pressed(), 'Fit to the film');
+    this.button = button(document, { className: 'strong', 'data-title': 'fit.hint' }, () => this.#pressed());
     this.#text = create(document, 'span', { role: 'status' });
-    this.#use = button(document, { className: 'plain', hidden: true }, () => this.#apply(this.#fitted.found), 'Use it');
-    this.#undo = button(document, { className: 'plain', hidden: true }, () => this.#takeBack(), 'Undo');
+    this.#use = button(document, { className: 'plain', 'data-text': 'fit.use', hidden: true }, () => this.#apply(this.#fitted.found));
+    this.#undo = button(document, { className: 'plain', 'data-text': 'fit.undo', hidden: true }, () => this.#takeBack());
     this.#progress = create(document, 'span'); // no live region: nobody wants to hear each figure
     this.said = create(document, 'div', { className: 'row fit-said silent' }, this.#text, this.#progress,
       this.#use, this.#undo);
@@ -46,7 +48,7 @@ export class FilmFit {
   show() {
     const id = this.#subtitles.line(this.#name)?.subtitleId;
     const isRunning = this.#running === id;
-    this.button.textContent = isRunning ? 'Stop' : 'Fit to the film';
+    this.button.textContent = t(isRunning ? 'fit.stop' : 'fit.begin');
     if (this.#fitted?.subtitleId !== id && !isRunning) this.#say('');
   }
 
@@ -63,7 +65,7 @@ export class FilmFit {
     }
     this.#running = subtitleId;
     this.#fitted = null;
-    this.#say('Listening to the film…');
+    this.#say(t('fit.listening'));
     this.show();
     try {
       await this.#follow(subtitleId, await api.beginSync(subtitleId));
@@ -77,7 +79,7 @@ export class FilmFit {
   async #follow(subtitleId, begun) {
     let state = begun;
     while (state.stage === 'running') {
-      this.#progress.textContent = state.percent > 0 ? `${state.percent} %` : '';
+      this.#progress.textContent = state.percent > 0 ? t('bar.percent', { percent: state.percent }) : '';
       await new Promise((settle) => { setTimeout(settle, askAgainMs); });
       if (this.#running !== subtitleId) return;
       state = await this.#subtitles.api.syncState(subtitleId);
@@ -85,7 +87,7 @@ export class FilmFit {
     this.#running = 0;
     this.#progress.textContent = '';
     const line = this.#subtitles.line(this.#name);
-    if (state.stage === 'none') this.#say('Stopped.');
+    if (state.stage === 'none') this.#say(t('fit.stopped'));
     else if (line?.subtitleId === subtitleId) this.#ended(line, state);
   }
 
@@ -97,7 +99,7 @@ export class FilmFit {
   }
 
   #apply(timing) {
-    if (!this.#use.hidden) this.#say(`As you chose: ${timingText(timing)}.`);
+    if (!this.#use.hidden) this.#say(t('fit.chosen', { timing: timingText(timing) }));
     this.#use.hidden = true;
     this.#undo.hidden = false;
     this.#subtitles.move(this.#name, timing);

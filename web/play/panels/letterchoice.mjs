@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import { button, create } from '../../shared/elements.mjs';
+import { t } from '../../shared/texts.mjs';
 
 /** "Wrong letters?": how the file's bytes can also be read, each with a line of it. */
 export class LetterChoice {
@@ -15,9 +16,9 @@ export class LetterChoice {
     this.#document = document;
     this.#subtitles = subtitles;
     this.#name = name;
-    this.button = button(document, { className: 'plain wrong-letters' }, () => this.#toggle(), 'Wrong letters?');
+    this.button = button(document, { className: 'plain wrong-letters', 'data-text': 'subtitles.wrongLetters' }, () => this.#toggle());
     this.button.setAttribute('aria-expanded', 'false');
-    this.list = create(document, 'div', { className: 'letters', role: 'group', ariaLabel: 'Choose the line that reads well', hidden: true });
+    this.list = create(document, 'div', { className: 'letters', role: 'group', 'data-label': 'subtitles.chooseReadable', hidden: true });
   }
 
   show() {
@@ -52,14 +53,14 @@ export class LetterChoice {
 
   #offer(subtitleId, chosen, guesses) {
     if (guesses.length < 2) {
-      this.list.replaceChildren(create(this.#document, 'p', { textContent: 'This file can be read in one way only.' }));
+      this.list.replaceChildren(create(this.#document, 'p', { textContent: t('subtitles.oneReading') }));
       return;
     }
     const current = guesses.find(({ encoding }) => encoding === chosen) ?? guesses[0];
     const items = guesses.map((guess) => button(this.#document, {
       className: 'line', dir: 'auto', title: guess.encoding, ariaPressed: String(guess === current),
     }, () => this.#choose(subtitleId, guess.encoding), guess.sample));
-    this.list.replaceChildren(create(this.#document, 'p', { textContent: 'Choose the line that reads well:' }), ...items);
+    this.list.replaceChildren(create(this.#document, 'p', { textContent: t('subtitles.chooseReadable') }), ...items);
   }
 
   async #choose(subtitleId, encoding) {

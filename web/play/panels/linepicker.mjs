@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import { button, create } from '../../shared/elements.mjs';
+import { t } from '../../shared/texts.mjs';
 import { filmTime } from '../lines/timing.mjs';
 
 const linesBefore = 4;
@@ -27,7 +28,7 @@ export class LinePicker {
     this.#document = document;
     this.#film = film;
     this.#picked = picked;
-    this.element = create(document, 'div', { className: 'picker', role: 'group', ariaLabel: 'Which line is being said?', hidden: true });
+    this.element = create(document, 'div', { className: 'picker', role: 'group', 'data-label': 'timing.whichLine', hidden: true });
   }
 
   /** The moment that counts is this one: the film waits until a line has been picked. */
@@ -40,8 +41,8 @@ export class LinePicker {
     const first = firstAround(line.cues, line.timing, positionMs);
     const items = line.cues.slice(first, first + linesBefore + linesAfter).map((cue) => this.#item(cue, positionMs));
     this.element.replaceChildren(
-      create(this.#document, 'p', { textContent: 'Which line is being said?' }), ...items,
-      button(this.#document, { className: 'plain' }, () => this.close(), 'None of these'));
+      create(this.#document, 'p', { textContent: t('timing.whichLine') }), ...items,
+      button(this.#document, { className: 'plain' }, () => this.close(), t('timing.noneOfThese')));
     this.element.lang = line.languageTag;
     this.element.hidden = false;
     this.element.scrollIntoView({ block: 'nearest' });

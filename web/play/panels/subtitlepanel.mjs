@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import { button, create } from '../../shared/elements.mjs';
+import { spokenLanguage, t } from '../../shared/texts.mjs';
 import { lineNames, trackDetails, trackName } from '../lines/subtitles.mjs';
 import { TimingCard } from './timingcard.mjs';
 
 const panelName = 'subtitles';
-const lineTitles = { learned: 'Upper line', native: 'Lower line' };
+const lineTitle = (name) => t(`subtitles.line.${name}`);
 
 /** The panel of subtitles: which track is which line, files of the learner's own, and the timing of what is shown. */
 export class SubtitlePanel {
@@ -28,7 +29,7 @@ export class SubtitlePanel {
     this.#reading = create(document, 'p', { className: 'reading', role: 'status' });
     this.#said = create(document, 'p', { className: 'said', role: 'alert' });
     this.#body = create(document, 'tbody');
-    this.#cards = lineNames.map((name) => new TimingCard(document, lineTitles[name], name, subtitles, film));
+    this.#cards = lineNames.map((name) => new TimingCard(document, name, subtitles, film));
     this.#panel.append(this.#heading(), this.#table(), this.#adder(), this.#said,
       ...this.#cards.map((card) => card.element));
     panels.add(panelName, {
@@ -43,10 +44,10 @@ export class SubtitlePanel {
   show() {
     if (!this.#panels.isOpen(panelName)) return;
     const { isReadingFilm, readPercent, tracks } = this.#subtitles;
-    const reading = isReadingFilm ? `Reading the film’s own subtitles… ${readPercent} %` : '';
+    const reading = isReadingFilm ? t('subtitles.reading', { percent: readPercent }) : '';
     if (this.#reading.textContent !== reading) this.#reading.textContent = reading;
     const shown = lineNames.map((name) => this.#subtitles.line(name)?.subtitleId ?? 0);
-    const listed = JSON.stringify([tracks, shown]);
+    const listed = JSON.stringify([spokenLanguage(), tracks, shown]);
     if (listed !== this.#listed) this.#list(tracks, shown);
     this.#listed = listed;
     for (const card of this.#cards) card.show();
@@ -54,34 +55,38 @@ export class SubtitlePanel {
 
   #heading() {
     return create(this.#document, 'header', {},
-      create(this.#document, 'h2', { id: 'subtitles-title', textContent: 'Subtitles' }),
+      create(this.#document, 'h2', { id: 'subtitles-title', 'data-text': 'bar.subtitles' }),
       this.#reading,
-      button(this.#document, { className: 'close', title: 'Close', ariaLabel: 'Close' }, () => this.#panels.close(), '×'));
+      button(this.#document, { className: 'close', 'data-title': 'panels.close', 'data-label': 'panels.close' }, () => this.#panels.close(), '×'));
   }
 
   #table() {
-    const head = create(this.#document, 'tr', {}, create(this.#document, 'th', { className: 'unseen', textContent: 'Subtitle' }),
-      ...lineNames.map((name) => create(this.#document, 'th', { className: name, scope: 'col', textContent: lineTitles[name] })));
+    const head = create(this.#document, 'tr', {}, create(this.#document, 'th', { className: 'unseen', 'data-text': 'subtitles.track' }),
+      ...lineNames.map((name) => create(this.#document, 'th', { className: name, scope: 'col', 'data-text': `subtitles.line.${name}` })));
     return create(this.#document, 'table', {}, create(this.#document, 'thead', {}, head), this.#body);
   }
 
   // The program's own chooser of files comes with this.
   #adder() {
     const input = create(this.#document, 'input', {
-      type: 'file', accept: '.srt,.sub', className: 'unseen', tabIndex: -1, // what the player's chooser offers
+      type: 'file',
+      accept: '.srt,.sub', // what the player's chooser offers
+      className: 'unseen',
+      tabIndex: -1,
+      'data-label': 'subtitles.add',
     });
     input.addEventListener('change', () => {
       if (input.files[0]) this.#add(input.files[0]);
       input.value = ''; // the same file can be chosen again
     });
     return create(this.#document, 'p', { className: 'adder' }, input,
-      button(this.#document, { className: 'plain' }, () => input.click(), 'Add a subtitle file…'));
+      button(this.#document, { className: 'plain', 'data-text': 'subtitles.add' }, () => input.click()));
   }
 
   async #add(file) {
     this.#said.textContent = '';
     try {
-      await this.#subtitles.add(file);
+      this.#tell(t('subtitles.added', { name: trackName(await this.#subtitles.add(file)) }));
     } catch (error) {
       this.#said.textContent = error.message;
     }
@@ -95,7 +100,7 @@ export class SubtitlePanel {
   }
 
   #row(track, shown) {
-    const name = track.subtitleId ? trackName(track) : 'None';
+    const name = track.subtitleId ? trackName(track) : t('subtitles.none');
     const details = track.subtitleId ? trackDetails(track) : '';
     const title = create(this.#document, 'th', { scope: 'row' },
       create(this.#document, 'span', { className: 'name', textContent: name, lang: track.languageTag ?? '' }),
@@ -113,16 +118,23 @@ export class SubtitlePanel {
       className: line,
       checked: track.subtitleId === shownId,
       disabled: Boolean(track.error),
-      ariaLabel: `${lineTitles[line]}: ${name}`,
+      ariaLabel: `${lineTitle(line)}: ${name}`,
     });
     radio.addEventListener('change', () => this.#choose(line, track.subtitleId));
     return radio;
+  }
+
+  // For screen readers: the picture shows it.
+  #tell(text) {
+    this.#document.getElementById('said').textContent = text;
   }
 
   async #choose(line, id) {
     this.#said.textContent = '';
     try {
       await this.#subtitles.choose(line, id);
+      const chosen = this.#subtitles.line(line);
+      this.#tell(t('subtitles.chosen', { line: lineTitle(line), name: chosen ? trackName(chosen) : t('subtitles.none') }));
     } catch (error) {
       this.#said.textContent = error.message;
     }

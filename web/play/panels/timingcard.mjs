@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import { button, create } from '../../shared/elements.mjs';
+import { t } from '../../shared/texts.mjs';
 import { FilmFit } from './filmfit.mjs';
 import { LetterChoice } from './letterchoice.mjs';
 import { LinePicker } from './linepicker.mjs';
@@ -24,27 +25,27 @@ export class TimingCard {
   #fit;
   #letters;
 
-  constructor(document, title, name, subtitles, film) {
+  constructor(document, name, subtitles, film) {
     this.#document = document;
     this.#name = name;
     this.#subtitles = subtitles;
     this.#film = film;
     this.#title = create(document, 'h3', { className: name });
     this.#value = create(document, 'output', { className: 'offset' });
-    this.#reset = button(document, { className: 'plain', title: 'As the subtitle itself has it' },
-      () => this.#moveTo(unmoved), 'Reset');
+    this.#reset = button(document, { className: 'plain', 'data-title': 'timing.resetHint', 'data-text': 'timing.reset' },
+      () => this.#moveTo(unmoved));
     this.#rates = this.#rateChoice();
     this.#picker = new LinePicker(document, film, (cue, positionMs) => this.#moveTo(startingAt(this.#line.timing, cue, positionMs)));
     this.#fit = new FilmFit(document, subtitles, name);
     this.#letters = new LetterChoice(document, subtitles, name);
-    const step = (byMs, text, hint) => button(document, { title: hint, ariaLabel: hint }, () => this.#moveTo(shifted(this.#line.timing, byMs)), text);
-    this.element = create(document, 'section', { className: 'timing-card', ariaLabel: title },
+    const step = (byMs, text, hint) => button(document, { 'data-title': hint, 'data-label': hint }, () => this.#moveTo(shifted(this.#line.timing, byMs)), text);
+    this.element = create(document, 'section', { className: 'timing-card', 'data-label': `subtitles.line.${name}` },
       create(document, 'div', { className: 'row' }, this.#title, this.#fit.button),
       this.#fit.said,
-      create(document, 'div', { className: 'row', role: 'group', ariaLabel: 'Timing' },
-        step(-stepMs, '−', '0.1 s earlier'), this.#value, step(stepMs, '+', '0.1 s later'),
-        button(document, { className: 'plain pick', title: 'Pick the line that is said at this moment' },
-          () => this.#picker.open(this.#line), 'This line is now…'),
+      create(document, 'div', { className: 'row', role: 'group', 'data-label': 'timing.name' },
+        step(-stepMs, '−', 'timing.stepEarlier'), this.#value, step(stepMs, '+', 'timing.stepLater'),
+        button(document, { className: 'plain pick', 'data-title': 'timing.pickHint', 'data-text': 'timing.pick' },
+          () => this.#picker.open(this.#line)),
         this.#reset),
       this.#picker.element,
       create(document, 'div', { className: 'row' }, this.#rates, this.#letters.button),
@@ -78,16 +79,16 @@ export class TimingCard {
   }
 
   #rateChoice() {
-    const choices = [create(this.#document, 'option', { value: '', textContent: 'as the film' })];
+    const choices = [create(this.#document, 'option', { value: '', 'data-text': 'timing.rateOfFilm' })];
     frameRates.forEach((made, i) => frameRates.forEach((shown, k) => {
       if (i !== k) choices.push(create(this.#document, 'option', { value: `${i} ${k}`, textContent: `${made.text} → ${shown.text}` }));
     }));
-    const select = create(this.#document, 'select', { title: 'For a subtitle that runs away from the film more and more' }, ...choices);
+    const select = create(this.#document, 'select', { 'data-title': 'timing.rateHint' }, ...choices);
     select.addEventListener('change', () => {
       const [made, shown] = select.value === '' ? [frameRates[0], frameRates[0]] : select.value.split(' ').map((i) => frameRates[i]);
       this.#moveTo(withRate(this.#line.timing, made, shown, this.#film.positionMs ?? 0));
     });
-    return create(this.#document, 'label', {}, 'Frames a second ', select);
+    return create(this.#document, 'label', {}, create(this.#document, 'span', { 'data-text': 'timing.rate' }), select);
   }
 
   #showRate(timing) {

@@ -4,7 +4,7 @@
 // clock, no timer and no player: they come in as a moment and go out as deeds. It goes by one track only, in the
 // film's time, so that whatever delay has been set holds here as well.
 
-import { beginRun, followRun, followSection, markSection, runToNextEnd } from './repeats.mjs';
+import { beginRun, followRun, followSection, markSection, runToNextEnd, stepRun } from './repeats.mjs';
 import { passSilence } from './silences.mjs';
 import { asleep, Turn } from './turn.mjs';
 
@@ -68,12 +68,6 @@ function toggleRun(turn, kind) {
     return true;
   }
   return beginRun(turn, kind, Math.max(0, turn.currentPlace()));
-}
-
-function stepRun(turn, step) {
-  const { run } = turn.state;
-  if (!run || run.kind === 'once') return false;
-  return beginRun(turn, run.kind, Math.max(0, run.place + step));
 }
 
 function pauseAfterLines(turn) {

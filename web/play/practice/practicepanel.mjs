@@ -140,7 +140,7 @@ export class PracticePanel {
 
   #stepper(name, choices, textOf) {
     const title = t(`practice.${name}`);
-    const value = create(this.#document, 'output', { id: `practice-${name}` });
+    const value = create(this.#document, 'output', { id: `practice-${name}`, dir: 'auto' });
     const step = (by, sign, key) => button(this.#document, { ariaLabel: t(key, { name: title }) },
       () => this.#change(name, stepped(choices, this.#preferences.get('practice')[name], by)), sign);
     const less = step(-1, '−', 'practice.less');

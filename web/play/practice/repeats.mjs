@@ -23,6 +23,16 @@ export function beginRun(turn, kind, place) {
   return true;
 }
 
+/** Plays the run's line again, or that of so many steps further. */
+export function stepRun(turn, step) {
+  const { run } = turn.state;
+  if (!run || run.kind === 'once') return false;
+  if (step !== 0) return beginRun(turn, run.kind, Math.max(0, run.place + step));
+  turn.state.run = { ...run, isWaiting: false };
+  playLine(turn);
+  return true;
+}
+
 /** Plays on, without going back, to the end of the line after the current one. */
 export function runToNextEnd(turn) {
   const place = turn.currentPlace() + 1;
@@ -46,7 +56,8 @@ export function followRun(turn) {
       return;
     }
     const place = Math.max(0, turn.currentPlace());
-    turn.state.run = { ...turn.state.run, place, round: 0, isWaiting: false };
+    const { run } = turn.state;
+    turn.state.run = { ...run, place, round: place === run.place ? run.round : 0, isWaiting: false };
   }
   const { run } = turn.state;
   const line = turn.lines.line(run.place);

@@ -29,7 +29,8 @@ export class LineList {
     this.#element = element;
     this.#picked = picked;
     this.#followed = followed;
-    this.#list = new VirtualList(element, (i) => this.#row(i), (i) => this.#estimate(i));
+    this.#list = new VirtualList(element, (i) => this.#row(i), (i) => this.#estimate(i),
+      () => { if (this.#follows) this.#goAlong(false); });
     element.addEventListener('keydown', (event) => this.#keyPressed(event));
     element.addEventListener('focus', () => {
       if (this.#cursor < 0) this.#setCursor(Math.max(this.#current, 0));

@@ -17,9 +17,10 @@ export class VirtualList {
   #heights = new Heights([]);
   #rows = new Map(); // place -> element
   #measured = new Set();
+  #width = 0; // for which they were measured
 
-  /** makeRow(i): its element. estimate(i): about how high it will be. */
-  constructor(scroller, makeRow, estimate) {
+  /** makeRow(i): its element. estimate(i): about how high it will be. resized(): what is seen has another size. */
+  constructor(scroller, makeRow, estimate, resized) {
     this.#scroller = scroller;
     this.#makeRow = makeRow;
     this.#estimate = estimate;
@@ -27,12 +28,11 @@ export class VirtualList {
     scroller.append(this.#space);
     scroller.addEventListener('scroll', () => this.#draw(), { passive: true });
     const view = scroller.ownerDocument.defaultView;
-    let width = 0;
     new view.ResizeObserver(() => {
       if (scroller.clientWidth === 0) return;
-      if (scroller.clientWidth !== width) this.#measureAnew();
+      if (scroller.clientWidth !== this.#width) this.#measureAnew();
       else this.#draw();
-      width = scroller.clientWidth;
+      resized();
     }).observe(scroller);
   }
 
@@ -107,6 +107,7 @@ export class VirtualList {
   }
 
   #begin(count) {
+    this.#width = this.#scroller.clientWidth;
     this.#heights = new Heights(Array.from({ length: count }, (_, i) => Math.round(this.#estimate(i))));
     this.#rows.clear();
     this.#measured.clear();

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Http/SoundUrls.h"
+
+#include "Http/RequestedFilm.h"
+
+namespace murvo::service {
+
+SoundUrls::SoundUrls(const Request &request, FilmTable &films)
+    : _baseUrl(request.downloadBaseUrl)
+    , _films(films) {}
+
+QString SoundUrls::of(qint32 filmId, qint64 startMs, qint64 endMs) {
+    if (endMs <= startMs || !isThere(filmId))
+        return {};
+    return _baseUrl + QStringLiteral("Api/Lines/Sound?videoId=%1&startMs=%2&endMs=%3")
+                          .arg(filmId)
+                          .arg(startMs)
+                          .arg(endMs);
+}
+
+bool SoundUrls::isThere(qint32 filmId) {
+    if (filmId == 0)
+        return false;
+    const auto known = _areThere.constFind(filmId);
+    if (known != _areThere.constEnd())
+        return *known;
+    const auto film = _films.find(filmId);
+    return *_areThere.insert(filmId, film && liesThere(film->path));
+}
+
+} // namespace murvo::service

@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The home page in each of its states: looked over for accessibility, and walked by keys and mouse.
+
+#include "desktop/LearnerFixture.h"
+
+#include "app/AppDelegate.h"
+#include "app/Media/VLCMediaPlayer.h"
+#include "app/Platform/MainWindow.h"
+#include "app/ViewControllers/WebViewController.h"
+#include "service/EmbeddedService.h"
+#include "support/DesktopEnvironment.h"
+#include "support/PageChecker.h"
+#include "support/SoundRecorder.h"
+#include "support/Wait.h"
+#include "support/XTools.h"
+
+#include <QFile>
+
+#include <gmock/gmock.h>
+
+namespace murvo::test {
+
+using namespace std::chrono_literals;
+
+class HomePage : public Learner {
+  protected:
+    void press(const char *key) const { pressKey(QString::fromLatin1(key)); }
+    void look(const char *state) const {
+        EXPECT_EQ(faultsOf(*delegate->homeWebViewController()).join(u'\n').toStdString(), "") << state;
+        photograph(QString::fromLatin1(state), delegate->window().contentScreenRect());
+    }
+    void waitFor(const char *script) const { ASSERT_TRUE(waitInHome(script)) << script; }
+    void click(const char *selector) const { std::ignore = inHome(clicking(selector).constData()); }
+    void endTour() const {
+        ASSERT_NO_FATAL_FAILURE(waitFor("String(!document.getElementById('tour').hidden)"));
+        click("#tour-skip");
+        ASSERT_NO_FATAL_FAILURE(waitFor("String(document.getElementById('tour').hidden)"));
+    }
+    /// A request to the service, as the page makes them; its status must be 200.
+    void send(const char *method, const QByteArray &path, const QByteArray &body) const {
+        std::ignore = inHome(("window.sent = ''; fetch('../Api/" + path + "', {method: '" + method +
+                              "', body: '" + body + "'}).then((r) => { sent = String(r.status); }); 1")
+                                 .constData());
+        ASSERT_NO_FATAL_FAILURE(waitFor("String(window.sent !== '')"));
+        ASSERT_EQ(inHome("window.sent"), QStringLiteral("200")) << path.constData();
+    }
+    /// A film that was left in the middle, with two words of it saved.
+    void comeBackFromAFilm() {
+        if (const QString own = qEnvironmentVariable("MURVO_GALLERY_FILM"); !own.isEmpty())
+            film = own;
+        else
+            writeBeside(QStringLiteral(".en.srt"), subtitles("the harbour", 9));
+        ASSERT_NO_FATAL_FAILURE(play());
+        ASSERT_TRUE(waitUntil([this] { return !line("learned").isEmpty(); }, 20s));
+        delegate->loadHomeScreen();
+        ASSERT_TRUE(waitUntil([this] { return delegate->window().isActiveWindow(); }));
+        ASSERT_NO_FATAL_FAILURE(
+            send("PUT", "MovieFile/Watching?videoId=1", R"({"positionMs":9000,"durationMs":20000})"));
+        ASSERT_NO_FATAL_FAILURE(
+            send("POST", "Words/Save",
+                 R"({"form":"harbour","line":"the harbour 3","translation":"le port","videoId":1,)"
+                 R"("startMs":5000,"endMs":6000})"));
+        ASSERT_NO_FATAL_FAILURE(
+            send("POST", "Words/Save",
+                 R"({"form":"gave up","lemma":"give up","line":"She gave up.","videoId":1,)"
+                 R"("startMs":7000,"endMs":8000,"gloss":"abandonner"})"));
+        std::ignore = inHome("$(window).trigger('refreshLevel'); 1");
+        ASSERT_NO_FATAL_FAILURE(waitFor("String(document.getElementById('due-count').textContent === '2')"));
+    }
+
+  private:
+    [[nodiscard]] static QByteArray clicking(const char *selector) {
+        return "document.querySelector('" + QByteArray(selector) + "').click(); 1";
+    }
+};
+
+TEST_F(HomePage, ShowsTheTourOnceAndHasNoSeriousFaultInIt) {
+    ASSERT_NO_FATAL_FAILURE(goHome());
+    for (int step = 1; step <= 3; ++step) {
+        ASSERT_NO_FATAL_FAILURE(waitFor("String(!document.getElementById('tour').hidden)"));
+        look(QByteArray("home-tour-" + QByteArray::number(step)).constData());
+        click("#tour-next");
+    }
+    ASSERT_NO_FATAL_FAILURE(waitFor("String(document.getElementById('tour').hidden)"));
+    look("home-empty");
+    ASSERT_NO_FATAL_FAILURE(waitFor("fetch('../Api/Pages/Settings').then((r) => r.json())"
+                                    ".then(({settings}) => { window.seen = String(settings.tour?.seen); });"
+                                    "String(window.seen === 'true')"));
+    std::ignore = inHome("document.body.id = 'old'; location.reload(); 1");
+    ASSERT_NO_FATAL_FAILURE(
+        waitFor("String(document.body.id !== 'old' && !!document.querySelector('#films') &&"
+                " document.getElementById('selected-name').textContent !== '')"));
+    letPass(500ms);
+    EXPECT_EQ(inHome("String(document.getElementById('tour').hidden)"), QStringLiteral("true"));
+}
+
+TEST_F(HomePage, HasNoSeriousFaultInAnyState) {
+    ASSERT_NO_FATAL_FAILURE(comeBackFromAFilm());
+    ASSERT_NO_FATAL_FAILURE(endTour());
+    ASSERT_NO_FATAL_FAILURE(waitFor("String(document.querySelectorAll('#shelf .film-open').length === 1)"));
+    look("home-shelf");
+    click("#tab-review");
+    ASSERT_NO_FATAL_FAILURE(waitFor("String(!!document.querySelector('#review .front'))"));
+    look("home-review");
+    click("#review .turn button");
+    ASSERT_NO_FATAL_FAILURE(waitFor("String(!!document.querySelector('#review .grades'))"));
+    look("home-review-turned");
+    click("#tab-words");
+    ASSERT_NO_FATAL_FAILURE(waitFor("String(document.querySelectorAll('#word-list .gloss').length === 2)"));
+    look("home-words");
+    click("#words .count-row button");
+    ASSERT_NO_FATAL_FAILURE(waitFor("String(document.getElementById('lists').open)"));
+    look("home-lists");
+    click("#lists .close");
+    click("#tab-search");
+    std::ignore =
+        inHome("(f => { f.value = 'harbour'; f.dispatchEvent(new Event('input', {bubbles: true})); })"
+               "(document.querySelector('#search input[type=search]')); 1");
+    if (qEnvironmentVariableIsEmpty("MURVO_GALLERY_FILM"))
+        ASSERT_NO_FATAL_FAILURE(waitFor("String(document.querySelectorAll('#results mark').length > 2)"));
+    look("home-search");
+    click("#selectedLanguage");
+    ASSERT_NO_FATAL_FAILURE(waitFor("String(!document.getElementById('languages').hidden)"));
+    look("home-languages");
+    click("#selectedLanguage");
+    click("#level");
+    ASSERT_NO_FATAL_FAILURE(waitFor("String(!document.getElementById('level-panel').hidden)"));
+    look("home-level");
+    click("#help-button");
+    ASSERT_NO_FATAL_FAILURE(waitFor("String(document.getElementById('help').open)"));
+    look("home-help");
+}
+
+TEST_F(HomePage, ReviewsByKeysAndPlaysTheLine) {
+    ASSERT_NO_FATAL_FAILURE(comeBackFromAFilm());
+    ASSERT_NO_FATAL_FAILURE(endTour());
+    click("#tab-review");
+    ASSERT_NO_FATAL_FAILURE(waitFor("String(!!document.querySelector('#review .front'))"));
+    SoundRecorder recorder;
+    press("s");
+    EXPECT_TRUE(waitUntil([&] { return recorder.amplitudeOf(220) > 0.005; })) << "the film's own sound";
+    for (int i = 0; i < 2; ++i) {
+        press("space");
+        ASSERT_NO_FATAL_FAILURE(waitFor("String(!!document.querySelector('#review .grades'))"));
+        press("3"); // good
+        ASSERT_NO_FATAL_FAILURE(waitFor("String(!document.querySelector('#review .grades'))"));
+    }
+    ASSERT_NO_FATAL_FAILURE(waitFor("String(!!document.querySelector('#review .end'))"));
+    look("home-review-done");
+    EXPECT_EQ(inHome("String(document.getElementById('due-count').hidden)"), QStringLiteral("true"));
+    press("u");
+    ASSERT_NO_FATAL_FAILURE(waitFor("String(document.getElementById('due-count').textContent === '1')"));
+}
+
+TEST_F(HomePage, GoesOnWithAFilmOfTheShelfOrSaysThatItHasMoved) {
+    ASSERT_NO_FATAL_FAILURE(comeBackFromAFilm());
+    ASSERT_NO_FATAL_FAILURE(endTour());
+    ASSERT_NO_FATAL_FAILURE(waitFor("String(document.querySelectorAll('#shelf .film-open').length === 1)"));
+    click("#shelf .film-open");
+    EXPECT_TRUE(waitUntil([this] { return player() && player()->isPlaying(); }, 20s));
+    EXPECT_EQ(delegate->session().videoSourcePath, film);
+    delegate->loadHomeScreen();
+    const QString elsewhere = film + QStringLiteral(".moved");
+    ASSERT_TRUE(QFile::rename(film, elsewhere));
+    std::ignore = inHome("$(window).trigger('refreshLevel'); 1");
+    EXPECT_TRUE(waitInHome("String(!!document.querySelector('#shelf .gone'))"));
+    look("home-moved");
+}
+
+TEST_F(HomePage, SpeaksTheLearnersLanguageAtOnceAndIsWalkedByTab) {
+    ASSERT_NO_FATAL_FAILURE(goHome());
+    ASSERT_NO_FATAL_FAILURE(endTour());
+    click("#selectedLanguage");
+    std::ignore = inHome("document.querySelector('#language-list input[value=ara]').click(); 1");
+    ASSERT_NO_FATAL_FAILURE(waitFor("String(document.documentElement.dir === 'rtl')"));
+    look("home-arabic");
+    std::ignore = inHome("document.querySelector('#language-list input[value=deu]').click(); 1");
+    ASSERT_NO_FATAL_FAILURE(waitFor("String(document.documentElement.lang === 'de')"));
+    std::ignore = inHome("document.activeElement.blur(); window.walked = [];"
+                         "document.addEventListener('focusin', ({target}) => walked.push(target.id)); 1");
+    for (int i = 0; i < 4; ++i)
+        press("Tab");
+    ASSERT_NO_FATAL_FAILURE(waitFor("String(walked.length >= 4)"));
+    EXPECT_EQ(inHome("walked.slice(0, 4).join(' ')"),
+              QStringLiteral("tab-films help-button level selectedLanguage"));
+}
+
+TEST_F(HomePage, SaysOnAPageOfItsOwnThatNoAccountIsNeeded) {
+    WebViewController account(DesktopEnvironment::profile());
+    account.loadUrl(service->baseUrl() + QStringLiteral("Account/Register"));
+    ASSERT_TRUE(waitUntil([&] {
+        return account.evaluate(QStringLiteral("String(document.body.textContent.trim().length > 40)")) ==
+               QLatin1String("true");
+    }));
+    EXPECT_EQ(faultsOf(account).join(u'\n').toStdString(), "");
+}
+
+} // namespace murvo::test
