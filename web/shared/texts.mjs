@@ -6,7 +6,9 @@
 import english from '../texts/en.mjs';
 
 /** Two-letter codes of the languages that the pages speak, by the code of the learner's language. */
-export const interfaceLanguages = new Map([['eng', 'en']]);
+export const interfaceLanguages = new Map([
+  ['eng', 'en'], ['fra', 'fr'], ['deu', 'de'], ['spa', 'es'], ['por', 'pt'],
+]);
 const fromRightToLeft = new Set(['ar']);
 
 let texts = english;
