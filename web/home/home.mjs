@@ -170,7 +170,7 @@ function keyPressed(event) {
   const { key, altKey, ctrlKey, metaKey, target } = event;
   const name = views.names[digitOf(event) - 1];
   if (ctrlKey || metaKey || document.querySelector('dialog[open]')) {
-    if (key === 'F1') help.toggle();
+    if (key === 'F1' || (key === '?' && element('help').open)) help.toggle();
     return;
   }
   if (altKey) {

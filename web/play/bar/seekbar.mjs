@@ -7,8 +7,8 @@ import { drawSpeech } from './speechmap.mjs';
 
 const stepsPerSecond = 4;
 const thumbPx = 14; // as in controls.css: the thumb's middle goes from half of it to half of it before the end
-// What has been seen of the film, and the rest of it.
-const stripColours = { seen: [255, 213, 138], rest: [188, 191, 196] };
+const aheadColour = [160, 164, 171];
+const playedColour = [255, 213, 138]; // --warm
 const keySteps = { ArrowLeft: -5, ArrowDown: -5, ArrowRight: 5, ArrowUp: 5, PageDown: -60, PageUp: 60 };
 
 /** The place in the film: shows it, with where there is speech, and moves it; tells what is said under the pointer. */
@@ -83,10 +83,10 @@ export class SeekBar {
     const wanted = `${width} ${durationMs} ${cues.length}`;
     if (width === 0 || durationMs === null || wanted === this.#mapped) return;
     this.#mapped = wanted;
-    const columns = Math.max(1, Math.min(4000, Math.round(width * this.#line.ownerDocument.defaultView.devicePixelRatio)));
-    for (const [className, colour] of Object.entries(stripColours)) {
-      drawSpeech(this.#line.querySelector(`.${className}`), cues, durationMs, columns, colour);
-    }
+    const columns = Math.min(4000, Math.round(width * this.#line.ownerDocument.defaultView.devicePixelRatio));
+    const [ahead, played] = this.#line.children;
+    drawSpeech(ahead, cues, durationMs, columns, aheadColour);
+    drawSpeech(played, cues, durationMs, columns, playedColour);
   }
 
   #wire() {
@@ -95,6 +95,7 @@ export class SeekBar {
     seek.addEventListener('input', () => {
       this.#seeking = true;
       this.#showPlace(chosen() * 1000);
+      if (!this.#preview.hidden) this.#tell(Number(seek.value) / Number(seek.max));
     });
     seek.addEventListener('change', () => {
       this.#seeking = false;
@@ -102,7 +103,12 @@ export class SeekBar {
     });
     seek.addEventListener('pointerup', () => seek.blur());
     seek.addEventListener('keydown', (event) => this.#keyPressed(event));
-    seek.addEventListener('pointermove', (event) => this.#look(event));
+    const look = (event) => {
+      const { left, width } = seek.getBoundingClientRect();
+      this.#tell(Math.min(1, Math.max(0, (event.clientX - left - thumbPx / 2) / (width - thumbPx))));
+    };
+    // The first move over a bar that was not seen brings it back, and is none over what is in it yet.
+    for (const name of ['pointerenter', 'pointermove']) seek.addEventListener(name, look);
     seek.addEventListener('pointerleave', () => { this.#preview.hidden = true; });
     this.#total.addEventListener('click', () => {
       this.#preferences.change('bar', { showsRemaining: !this.#preferences.get('bar').showsRemaining });
@@ -123,12 +129,11 @@ export class SeekBar {
     event.stopPropagation();
   }
 
-  #look(event) {
+  // What lies at a share of the film.
+  #tell(share) {
     const { durationMs } = this.#film;
     if (durationMs === null) return;
-    const { left, width } = this.#seek.getBoundingClientRect();
-    const share = Math.min(1, Math.max(0, (event.clientX - left - thumbPx / 2) / (width - thumbPx)));
-    const second = this.#seeking ? Number(this.#seek.value) / stepsPerSecond : Math.floor((share * durationMs) / 1000);
+    const second = Math.floor((share * durationMs) / 1000);
     const [time, ...lines] = this.#preview.children;
     put(time, timeText(second * 1000));
     lines.forEach((line, i) => {
@@ -138,6 +143,7 @@ export class SeekBar {
     });
     this.#preview.hidden = false;
     // Above the pointer, but never out of the window.
+    const { left, width } = this.#seek.getBoundingClientRect();
     const half = this.#preview.offsetWidth / 2;
     const room = this.#seek.ownerDocument.documentElement.clientWidth;
     const middle = Math.min(room - half - 8, Math.max(half + 8, left + thumbPx / 2 + share * (width - thumbPx)));

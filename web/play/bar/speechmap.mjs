@@ -22,15 +22,18 @@ export function speechShares(cues, durationMs, parts) {
   return shares;
 }
 
-/** Draws the strip, in one colour ([red, green, blue]) whose opacity tells the share of speech; plain without cues. */
-export function drawSpeech(canvas, cues, durationMs, width, colour) {
-  canvas.width = width;
+/**
+ * Draws the strip in a colour ([red, green, blue], 0 to 255), a column of pixels for each share; what is silent shines
+ * through. Without cues all of it is as bright as speech.
+ */
+export function drawSpeech(canvas, cues, durationMs, columns, [red, green, blue]) {
+  const shares = cues.length > 0 && durationMs > 0 ? speechShares(cues, durationMs, columns) : new Float32Array(columns).fill(1);
+  canvas.width = columns;
   canvas.height = 1;
   const context = canvas.getContext('2d');
-  const image = context.createImageData(width, 1);
-  const shares = cues.length > 0 ? speechShares(cues, durationMs, width) : new Float32Array(width).fill(1);
+  const image = context.createImageData(columns, 1);
   shares.forEach((share, i) => {
-    image.data.set([...colour, Math.round(255 * (silence + (1 - silence) * Math.min(1, share)))], 4 * i);
+    image.data.set([red, green, blue, Math.round(255 * (silence + (1 - silence) * Math.min(1, share)))], 4 * i);
   });
   context.putImageData(image, 0, 0);
 }
