@@ -3,7 +3,7 @@
 import assert from 'node:assert/strict';
 import { readFileSync, readdirSync } from 'node:fs';
 import { test } from 'node:test';
-import { interfaceLanguages, speak, spokenLanguage, t } from '../../web/shared/texts.mjs';
+import { interfaceLanguages, languageFor, speak, spokenLanguage, t } from '../../web/shared/texts.mjs';
 import english from '../../web/texts/en.mjs';
 
 const web = new URL('../../web/', import.meta.url);
@@ -45,4 +45,10 @@ test('a text takes its values, its number and its form', async () => {
   assert.throws(() => t('no.such.text'));
   await speak('kor');
   assert.equal(spokenLanguage(), 'en');
+});
+
+test('the pages speak the desktop’s language until the learner has chosen one, and then the learner’s', () => {
+  assert.equal(languageFor({ language: '', follows: false }, 'fra', 'en-US'), 'en');
+  assert.equal(languageFor({ language: '', follows: true }, 'fra', 'en-US'), 'fra');
+  assert.equal(languageFor({ language: 'de', follows: true }, 'fra', 'en-US'), 'de');
 });

@@ -4,8 +4,8 @@
 
 import { ServiceApi } from '../shared/api.mjs';
 import { PlayerBridge, hiddenFrameNavigation } from '../shared/bridge.mjs';
-import { Preferences } from '../shared/preferences.mjs';
-import { number, speak, t, translate } from '../shared/texts.mjs';
+import { Preferences, interfaceDefaults } from '../shared/preferences.mjs';
+import { languageFor, number, speak, t, translate } from '../shared/texts.mjs';
 import { digitOf } from './digit.mjs';
 import { DropField } from './films/dropfield.mjs';
 import { FilmsView } from './films/filmsview.mjs';
@@ -27,11 +27,12 @@ const troubleMs = 12_000;
 const element = (id) => document.getElementById(id);
 const api = ServiceApi.ofPage(document);
 const bridge = new PlayerBridge(hiddenFrameNavigation(document), $(window));
-const preferences = new Preferences(api, { tour: { seen: false } });
+const preferences = new Preferences(api, { tour: { seen: false }, interface: interfaceDefaults });
 const sayReady = () => bridge.execute('EnableDraggableHomeScreen');
 
 let learner = { nativeLanguage: '', startLevel: '' };
 let shownLanguage = '';
+let shownInterface = '';
 let wantedLanguage = '';
 let languages = [];
 let dueCount = 0;
@@ -116,6 +117,7 @@ async function attempt(work) {
 
 async function setLanguage(code) {
   wantedLanguage = code;
+  preferences.change('interface', { follows: true, language: '' });
   await attempt(() => api.changeSettings({ nativeLanguage: code }));
   // With arrow keys one comes by many: what shows is not set back to an earlier one.
   if (wantedLanguage === code) await attempt(refreshLearner);
@@ -129,14 +131,16 @@ function setStartLevel(startLevel) {
 }
 
 async function refreshLearner() {
-  learner = await api.settings();
-  if (shownLanguage !== learner.nativeLanguage) await showLanguage(learner.nativeLanguage);
+  [learner] = await Promise.all([api.settings(), preferences.load()]);
+  const spoken = languageFor(preferences.get('interface'), learner.nativeLanguage, navigator.language);
+  if (shownLanguage !== learner.nativeLanguage || shownInterface !== spoken) await showLanguage(learner.nativeLanguage, spoken);
   meter.show(await api.level(), learner.startLevel);
   tour.render();
 }
 
-async function showLanguage(code) {
-  await speak(code);
+async function showLanguage(code, spoken) {
+  await speak(spoken);
+  shownInterface = spoken;
   shownLanguage = code;
   translate(document);
   picker.select(code);
@@ -205,7 +209,7 @@ async function start() {
   });
   await attempt(refreshLearner);
   // A film that waits is what the learner has come for: the tour can wait.
-  const [waiting] = await Promise.all([api.pendingFilms().catch(() => 0), attempt(() => preferences.load())]);
+  const waiting = await api.pendingFilms().catch(() => 0);
   if (!preferences.get('tour').seen && waiting === 0) tour.begin();
   films.refresh();
   review.refresh();

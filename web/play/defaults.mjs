@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+import { interfaceDefaults } from '../shared/preferences.mjs';
+
 /** What holds in the player page until the learner sets it otherwise; see Preferences and looks. */
 export const playDefaults = {
   // Own keys by action: { togglePlay: ['space'] }.
@@ -8,8 +10,7 @@ export const playDefaults = {
   native: { show: 'always', sizePercent: 100, font: 'sans', edge: 'outline', colour: 'warm', place: 'below' },
   // Of both: how far above the bar (per cent of the height), whether words are coloured by status.
   lines: { raisedPercent: 0, colours: true, arrowsStepLines: false, pausesOnHover: false },
-  // The language of the buttons, two letters; empty: the learner's own.
-  interface: { language: '' },
+  interface: interfaceDefaults,
   // The bar: whether the time that is left is shown in place of the length.
   bar: { showsRemaining: false },
   // The line tools. hardOnly: pauses only after lines with an unknown word; rounds, speeds, gapPercent (of the line's

@@ -5,6 +5,9 @@
 
 const saveAfterMs = 400;
 
+/** Of all pages: the language of the buttons, two letters, empty: none of its own; whether a learner's was chosen. */
+export const interfaceDefaults = { language: '', follows: false };
+
 export class Preferences {
   #api;
   #defaults;

@@ -28,6 +28,14 @@ export async function speak(code) {
   numbers = new Intl.NumberFormat(wanted);
 }
 
+/**
+ * In which language the pages speak to a learner. interfaceOf: { language, follows } of the preferences: a choice of its
+ * own (two letters) counts first; then the learner's language, once it was chosen; before that the desktop's.
+ */
+export function languageFor({ language: own, follows }, learnersCode, desktopTag) {
+  return own || (follows ? learnersCode : desktopTag.slice(0, 2));
+}
+
 /** The two-letter code of what the pages speak now. */
 export const spokenLanguage = () => language;
 

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { speak, translate } from '../../shared/texts.mjs';
+import { languageFor, speak, translate } from '../../shared/texts.mjs';
 
-/** The language of the buttons: the learner's own, or the one that was chosen instead. */
+/** The language of the buttons, as the learner has set it; see languageFor. */
 export class InterfaceLanguage {
   #document;
   #api;
   #preferences;
   #changed;
   #learners = '';
-  #chosen = '';
+  #wanted = '';
 
   /** changed(): what is not written in the page itself is to be said anew. */
   constructor(document, api, preferences, changed) {
@@ -18,9 +18,7 @@ export class InterfaceLanguage {
     this.#preferences = preferences;
     this.#changed = changed;
     translate(document);
-    preferences.onChange(() => {
-      if (preferences.get('interface').language !== this.#chosen) this.#speak();
-    });
+    preferences.onChange(() => this.#speak());
   }
 
   async load() {
@@ -28,13 +26,15 @@ export class InterfaceLanguage {
       this.#learners = (await this.#api.settings()).nativeLanguage;
       await this.#speak();
     } catch (error) {
-      console.warn(error.message); // English does
+      console.warn(error.message); // what the desktop speaks does
     }
   }
 
   async #speak() {
-    this.#chosen = this.#preferences.get('interface').language;
-    await speak(this.#chosen || this.#learners);
+    const wanted = languageFor(this.#preferences.get('interface'), this.#learners, navigator.language);
+    if (wanted === this.#wanted) return;
+    this.#wanted = wanted;
+    await speak(wanted);
     translate(this.#document);
     this.#changed();
   }
