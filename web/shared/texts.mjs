@@ -7,7 +7,8 @@ import english from '../texts/en.mjs';
 
 /** Two-letter codes of the languages that the pages speak, by the code of the learner's language. */
 export const interfaceLanguages = new Map([
-  ['eng', 'en'], ['ita', 'it'], ['pol', 'pl'], ['rus', 'ru'], ['tur', 'tr'], ['ara', 'ar'],
+  ['eng', 'en'], ['fra', 'fr'], ['deu', 'de'], ['spa', 'es'], ['por', 'pt'],
+  ['ita', 'it'], ['pol', 'pl'], ['rus', 'ru'], ['tur', 'tr'], ['ara', 'ar'],
 ]);
 const fromRightToLeft = new Set(['ar']);
 
