@@ -431,7 +431,7 @@ export default {
   'search.results': 'Znalezione kwestie',
   'search.wholeWord': 'Całe słowa',
   'search.hint':
-    'Wpisz słowo lub zwrot. Pojawi się tu każda kwestia z Twoich filmów, w której padło, do czytania i słuchania.',
+    'Wpisz słowo lub zwrot. Pojawi się tu każda kwestia z Twoich filmów z tym tekstem, do czytania i słuchania.',
   'search.nothing': 'W Twoich filmach nie ma kwestii z „{text}”.',
   'search.found': { one: '{count} kwestia', few: '{count} kwestie', many: '{count} kwestii', other: '{count} kwestii' },
   'search.foundSoFar': 'Pierwsze kwestie: {count}',
