@@ -45,7 +45,8 @@ test('hits are gone through in order and round the end', () => {
   search.setTexts(['Sea', 'a boat', 'the SEÁ again', 'night']);
   search.setWanted(' sea ');
   assert.deepEqual(search.hits, [0, 2]);
-  assert.deepEqual([search.next(1, -1), search.next(1, 0), search.next(1, 2), search.next(-1, 2), search.next(-1, 0)], [0, 2, 0, 0, 2]);
+  assert.deepEqual([[1, -1], [1, 0], [1, 2], [-1, 2], [-1, 0]].map(([step, from]) => search.next(step, from)),
+    [0, 2, 0, 0, 2]);
   search.setTexts(['none']);
   assert.equal(search.next(1, 0), -1);
 });

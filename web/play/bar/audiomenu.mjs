@@ -58,7 +58,8 @@ export class AudioMenu {
 
   /** Goes on to the next track, round the end. */
   next() {
-    if (this.#tracks.length > 1) this.#choose(this.#tracks[(this.#tracks.indexOf(this.#current) + 1) % this.#tracks.length]);
+    const next = (this.#tracks.indexOf(this.#current) + 1) % this.#tracks.length;
+    if (this.#tracks.length > 1) this.#choose(this.#tracks[next]);
   }
 
   #choose(track) {

@@ -14,7 +14,7 @@ export class Controls {
   #tips;
   more;
 
-  /** actions: functions by the names that the buttons carry in data-action. moreClosed(): the card "more" has closed. */
+  /** actions: functions by the names that the buttons carry in data-action. moreClosed(): "more" has closed. */
   constructor(document, film, actions, keymap, moreClosed) {
     this.#document = document;
     this.#film = film;
@@ -55,7 +55,8 @@ export class Controls {
     this.#element('mute').setAttribute('aria-pressed', String(film.muted));
     const volume = this.#element('volume');
     volume.value = film.muted ? 0 : film.volumePercent;
-    volume.setAttribute('aria-valuetext', film.muted ? t('bar.muted') : t('bar.percent', { percent: film.volumePercent }));
+    const loudness = film.muted ? t('bar.muted') : t('bar.percent', { percent: film.volumePercent });
+    volume.setAttribute('aria-valuetext', loudness);
     volume.style.setProperty('--filled', `${(Number(volume.value) / Number(volume.max)) * 100}%`);
     const speed = this.#element('speed');
     if (speed.textContent !== speedText(film.speed)) speed.textContent = speedText(film.speed);

@@ -27,7 +27,8 @@ export function speechShares(cues, durationMs, parts) {
  * through. Without cues all of it is as bright as speech.
  */
 export function drawSpeech(canvas, cues, durationMs, columns, [red, green, blue]) {
-  const shares = cues.length > 0 && durationMs > 0 ? speechShares(cues, durationMs, columns) : new Float32Array(columns).fill(1);
+  const isKnown = cues.length > 0 && durationMs > 0;
+  const shares = isKnown ? speechShares(cues, durationMs, columns) : new Float32Array(columns).fill(1);
   canvas.width = columns;
   canvas.height = 1;
   const context = canvas.getContext('2d');

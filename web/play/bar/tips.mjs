@@ -51,6 +51,7 @@ export class Tips {
     const half = this.#tip.offsetWidth / 2;
     const room = this.#document.documentElement.clientWidth;
     const middle = Math.min(room - half - 6, Math.max(half + 6, left + width / 2));
-    this.#tip.style.transform = `translate(${Math.round(middle - half)}px, ${Math.round(top - this.#tip.offsetHeight - 5)}px)`;
+    const above = top - this.#tip.offsetHeight - 5;
+    this.#tip.style.transform = `translate(${Math.round(middle - half)}px, ${Math.round(above)}px)`;
   }
 }

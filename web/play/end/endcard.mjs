@@ -81,16 +81,18 @@ export class EndCard {
     this.#part('ring').hidden = !hasWords;
     this.#part('ring').style.setProperty('--known', `${knownPercent ?? 0}%`);
     this.#part('percent').textContent = hasWords ? t('bar.percent', { percent: knownPercent }) : '';
-    this.#part('figures').replaceChildren(...[
+    const figures = [
       ['end.lines', lineCount], ['end.running', runningWords], ['end.new', newCount], ['end.saved', savedCount],
-    ].filter(([key, count]) => count > 0 || (hasWords && key === 'end.new')).map(([key, count]) => this.#figure(key, count)));
+    ].filter(([key, count]) => count > 0 || (hasWords && key === 'end.new'));
+    this.#part('figures').replaceChildren(...figures.map(([key, count]) => this.#figure(key, count)));
     this.#part('no-words').hidden = hasWords;
     this.#part('no-words').textContent = t(lineCount > 0 ? 'end.noWords' : 'end.noLines');
     this.#list('new', summary.newWords, newCount);
     this.#list('saved', summary.savedWords, savedCount);
     this.#part('due').textContent = dueCount > 0 ? t('end.due', { count: dueCount }) : '';
-    const parts = [t('end.title'), hasWords ? t('end.saidKnown', { percent: knownPercent }) : '', this.#part('due').textContent];
-    this.#part('said').textContent = parts.filter(Boolean).join(' ');
+    const known = hasWords ? t('end.saidKnown', { percent: knownPercent }) : '';
+    const told = [t('end.title'), known, this.#part('due').textContent].filter(Boolean);
+    this.#part('said').textContent = told.join(' ');
   }
 
   #figure(key, count) {
@@ -104,7 +106,10 @@ export class EndCard {
     list.hidden = words.length === 0;
     const chips = words.map((word) => create(this.#document, 'li', { textContent: word, lang: 'en' }));
     const others = count - words.length;
-    if (others > 0) chips.push(create(this.#document, 'li', { className: 'others', textContent: t('end.others', { count: others }) }));
+    if (others > 0) {
+      const textContent = t('end.others', { count: others });
+      chips.push(create(this.#document, 'li', { className: 'others', textContent }));
+    }
     list.querySelector('ul').replaceChildren(...chips);
   }
 

@@ -37,7 +37,8 @@ export class Watching {
   #hasWarned = false;
 
   /**
-   * now(): a monotonic clock in ms. offer: { show(positionMs, durationMs), hide() }; settled() must be called when it is over.
+   * now(): a monotonic clock in ms. offer: { show(positionMs, durationMs), hide() }; settled() must be
+   * called when it is over.
    */
   constructor(api, videoId, film, now, offer) {
     this.#api = api;

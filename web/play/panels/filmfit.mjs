@@ -38,8 +38,10 @@ export class FilmFit {
     this.#name = name;
     this.button = button(document, { className: 'strong', 'data-title': 'fit.hint' }, () => this.#pressed());
     this.#text = create(document, 'span', { role: 'status' });
-    this.#use = button(document, { className: 'plain', 'data-text': 'fit.use', hidden: true }, () => this.#apply(this.#fitted.found));
-    this.#undo = button(document, { className: 'plain', 'data-text': 'fit.undo', hidden: true }, () => this.#takeBack());
+    this.#use = button(document, { className: 'plain', 'data-text': 'fit.use', hidden: true },
+      () => this.#apply(this.#fitted.found));
+    this.#undo = button(document, { className: 'plain', 'data-text': 'fit.undo', hidden: true },
+      () => this.#takeBack());
     this.#progress = create(document, 'span'); // no live region: nobody wants to hear each figure
     this.said = create(document, 'div', { className: 'row fit-said silent' }, this.#text, this.#progress,
       this.#use, this.#undo);

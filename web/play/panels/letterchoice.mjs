@@ -16,9 +16,11 @@ export class LetterChoice {
     this.#document = document;
     this.#subtitles = subtitles;
     this.#name = name;
-    this.button = button(document, { className: 'plain wrong-letters', 'data-text': 'subtitles.wrongLetters' }, () => this.#toggle());
+    this.button = button(document, { className: 'plain wrong-letters', 'data-text': 'subtitles.wrongLetters' },
+      () => this.#toggle());
     this.button.setAttribute('aria-expanded', 'false');
-    this.list = create(document, 'div', { className: 'letters', role: 'group', 'data-label': 'subtitles.chooseReadable', hidden: true });
+    this.list = create(document, 'div',
+      { className: 'letters', role: 'group', 'data-label': 'subtitles.chooseReadable', hidden: true });
   }
 
   show() {

@@ -28,7 +28,8 @@ export class LinePicker {
     this.#document = document;
     this.#film = film;
     this.#picked = picked;
-    this.element = create(document, 'div', { className: 'picker', role: 'group', 'data-label': 'timing.whichLine', hidden: true });
+    this.element = create(document, 'div',
+      { className: 'picker', role: 'group', 'data-label': 'timing.whichLine', hidden: true });
   }
 
   /** The moment that counts is this one: the film waits until a line has been picked. */

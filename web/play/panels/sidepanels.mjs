@@ -4,7 +4,8 @@
 
 import { giveBackPresses, keepPresses } from './presses.mjs';
 
-const textField = 'input:not([type="range"]):not([type="radio"]):not([type="checkbox"]):not([type="file"]), textarea, select';
+const pressed = ['range', 'radio', 'checkbox', 'file'].map((type) => `:not([type="${type}"])`).join('');
+const textField = `input${pressed}, textarea, select`;
 const editing = new Set(['a', 'c', 'v', 'x', 'y', 'z', 'backspace', 'delete', 'home', 'end']);
 
 /** Whether a key press belongs to what has the focus in a panel, and not to the film. */

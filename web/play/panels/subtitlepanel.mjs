@@ -57,12 +57,14 @@ export class SubtitlePanel {
     return create(this.#document, 'header', {},
       create(this.#document, 'h2', { id: 'subtitles-title', 'data-text': 'bar.subtitles' }),
       this.#reading,
-      button(this.#document, { className: 'close', 'data-title': 'panels.close', 'data-label': 'panels.close' }, () => this.#panels.close(), '×'));
+      button(this.#document, { className: 'close', 'data-title': 'panels.close', 'data-label': 'panels.close' },
+        () => this.#panels.close(), '×'));
   }
 
   #table() {
-    const head = create(this.#document, 'tr', {}, create(this.#document, 'th', { className: 'unseen', 'data-text': 'subtitles.track' }),
-      ...lineNames.map((name) => create(this.#document, 'th', { className: name, scope: 'col', 'data-text': `subtitles.line.${name}` })));
+    const column = (className, key) => create(this.#document, 'th', { className, scope: 'col', 'data-text': key });
+    const head = create(this.#document, 'tr', {}, column('unseen', 'subtitles.track'),
+      ...lineNames.map((name) => column(name, `subtitles.line.${name}`)));
     return create(this.#document, 'table', {}, create(this.#document, 'thead', {}, head), this.#body);
   }
 
@@ -106,7 +108,9 @@ export class SubtitlePanel {
       create(this.#document, 'span', { className: 'name', textContent: name, lang: track.languageTag ?? '' }),
       create(this.#document, 'span', { className: 'details', textContent: details, title: details }));
     const row = create(this.#document, 'tr', { className: track.error ? 'unusable' : '' }, title);
-    lineNames.forEach((line, i) => row.append(create(this.#document, 'td', {}, this.#radio(track, line, shown[i], name))));
+    lineNames.forEach((line, i) => {
+      row.append(create(this.#document, 'td', {}, this.#radio(track, line, shown[i], name)));
+    });
     return row;
   }
 
@@ -134,7 +138,8 @@ export class SubtitlePanel {
     try {
       await this.#subtitles.choose(line, id);
       const chosen = this.#subtitles.line(line);
-      this.#tell(t('subtitles.chosen', { line: lineTitle(line), name: chosen ? trackName(chosen) : t('subtitles.none') }));
+      const name = chosen ? trackName(chosen) : t('subtitles.none');
+      this.#tell(t('subtitles.chosen', { line: lineTitle(line), name }));
     } catch (error) {
       this.#said.textContent = error.message;
     }

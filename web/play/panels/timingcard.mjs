@@ -6,7 +6,9 @@ import { FilmFit } from './filmfit.mjs';
 import { LetterChoice } from './letterchoice.mjs';
 import { LinePicker } from './linepicker.mjs';
 import { trackName } from '../lines/subtitles.mjs';
-import { frameRates, isSameRate, isUnmoved, offsetText, shifted, startingAt, timingText, unmoved, withRate } from '../lines/timing.mjs';
+import {
+  frameRates, isSameRate, isUnmoved, offsetText, shifted, startingAt, timingText, unmoved, withRate,
+} from '../lines/timing.mjs';
 
 export const stepMs = 100;
 
@@ -32,13 +34,16 @@ export class TimingCard {
     this.#film = film;
     this.#title = create(document, 'h3', { className: name });
     this.#value = create(document, 'output', { className: 'offset' });
-    this.#reset = button(document, { className: 'plain', 'data-title': 'timing.resetHint', 'data-text': 'timing.reset' },
+    this.#reset = button(document,
+      { className: 'plain', 'data-title': 'timing.resetHint', 'data-text': 'timing.reset' },
       () => this.#moveTo(unmoved));
     this.#rates = this.#rateChoice();
-    this.#picker = new LinePicker(document, film, (cue, positionMs) => this.#moveTo(startingAt(this.#line.timing, cue, positionMs)));
+    this.#picker = new LinePicker(document, film,
+      (cue, positionMs) => this.#moveTo(startingAt(this.#line.timing, cue, positionMs)));
     this.#fit = new FilmFit(document, subtitles, name);
     this.#letters = new LetterChoice(document, subtitles, name);
-    const step = (byMs, text, hint) => button(document, { 'data-title': hint, 'data-label': hint }, () => this.#moveTo(shifted(this.#line.timing, byMs)), text);
+    const step = (byMs, text, hint) => button(document, { 'data-title': hint, 'data-label': hint },
+      () => this.#moveTo(shifted(this.#line.timing, byMs)), text);
     this.element = create(document, 'section', { className: 'timing-card', 'data-label': `subtitles.line.${name}` },
       create(document, 'div', { className: 'row' }, this.#title, this.#fit.button),
       this.#fit.said,
@@ -81,11 +86,13 @@ export class TimingCard {
   #rateChoice() {
     const choices = [create(this.#document, 'option', { value: '', 'data-text': 'timing.rateOfFilm' })];
     frameRates.forEach((made, i) => frameRates.forEach((shown, k) => {
-      if (i !== k) choices.push(create(this.#document, 'option', { value: `${i} ${k}`, textContent: `${made.text} → ${shown.text}` }));
+      const textContent = `${made.text} → ${shown.text}`;
+      if (i !== k) choices.push(create(this.#document, 'option', { value: `${i} ${k}`, textContent }));
     }));
     const select = create(this.#document, 'select', { 'data-title': 'timing.rateHint' }, ...choices);
     select.addEventListener('change', () => {
-      const [made, shown] = select.value === '' ? [frameRates[0], frameRates[0]] : select.value.split(' ').map((i) => frameRates[i]);
+      const places = select.value === '' ? [0, 0] : select.value.split(' ');
+      const [made, shown] = places.map((i) => frameRates[i]);
       this.#moveTo(withRate(this.#line.timing, made, shown, this.#film.positionMs ?? 0));
     });
     return create(this.#document, 'label', {}, create(this.#document, 'span', { 'data-text': 'timing.rate' }), select);

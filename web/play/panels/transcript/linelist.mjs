@@ -9,7 +9,7 @@ import { VirtualList } from './virtuallist.mjs';
 const currentShare = 0.4;
 const letterShare = 0.52; // of a letter's height its width, about
 
-/** The lines in a list box: one is said now, one has the keyboard, and the list goes along until it is scrolled away. */
+/** The lines in a list box: one is said now, one has the keyboard; the list goes along until it is scrolled away. */
 export class LineList {
   #element;
   #list;

@@ -87,7 +87,8 @@ export class Transcript {
     this.#search.setTexts(lines.map(({ text, under }) => `${text}\n${under}`));
     this.#list.show(lines, tags, this.#search.wanted);
     this.#element('back').hidden = true;
-    if (isEmpty) this.#element('empty').textContent = t(this.#entries.length > 0 ? 'transcript.noneHard' : 'transcript.empty');
+    const why = this.#entries.length > 0 ? 'transcript.noneHard' : 'transcript.empty';
+    if (isEmpty) this.#element('empty').textContent = t(why);
     this.#element('hard').hidden = !this.#isHard;
     this.#element('hard').setAttribute('aria-pressed', String(this.#onlyHard));
     this.#tellHits();
