@@ -14,6 +14,7 @@ export class FilmsView {
   #total = 0;
   #wanted = filmsAtATime;
   #generation = 0;
+  #isAnswered = false;
 
   /** tools: { toast, removal, opened() once a film waits for the page's word, trouble(error) }. */
   constructor(document, api, tools) {
@@ -43,11 +44,14 @@ export class FilmsView {
     } catch (error) {
       this.#tools.trouble(error); // what shows stays
     }
+    this.#isAnswered = true;
     this.render();
   }
 
   /** Shows the films that are known; where the keyboard was, it stays. */
   render() {
+    if (!this.#isAnswered) return; // the large field would come and go
+    this.#element('films').classList.add('is-ready');
     const shelf = this.#element('shelf');
     const films = this.#films.filter((film) => !this.#tools.removal.has(`film ${film.videoId}`));
     const focused = [...shelf.querySelectorAll('button')].indexOf(this.#document.activeElement);

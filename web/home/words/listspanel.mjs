@@ -16,7 +16,7 @@ export class ListsPanel {
   #timers = new Set();
   #package = { stage: 'none' };
 
-  /** tools: { say(text), imported() when words have come, player }. */
+  /** tools: { imported() when words have come }. */
   constructor(document, api, tools) {
     this.#document = document;
     this.#api = api;
