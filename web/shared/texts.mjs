@@ -25,7 +25,7 @@ export async function speak(code) {
   texts = wanted === 'en' ? english : (await import(`../texts/${wanted}.mjs`)).default;
   language = wanted;
   plurals = new Intl.PluralRules(wanted);
-  numbers = new Intl.NumberFormat(wanted);
+  numbers = new Intl.NumberFormat(numberLocale());
 }
 
 /**
@@ -38,6 +38,9 @@ export function languageFor({ language: own, follows }, learnersCode, desktopTag
 
 /** The two-letter code of what the pages speak now. */
 export const spokenLanguage = () => language;
+
+/** For numbers in the interface: with the digits of its times and speeds, also where a language has others. */
+export const numberLocale = () => `${language}-u-nu-latn`;
 
 export const number = (value) => numbers.format(value);
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { spokenLanguage, t } from '../../shared/texts.mjs';
+import { numberLocale, t } from '../../shared/texts.mjs';
 
 // How a subtitle's own times become the film's. A timing as the service keeps it: { offsetMs, rateNumerator,
 // rateDenominator, cut: { atMs, offsetMs } or null }. Pure functions; times in milliseconds.
@@ -70,7 +70,7 @@ export function isSameRate(timing, made, shown) {
     === timing.rateDenominator * made.numerator * shown.denominator;
 }
 
-const number = (value, digits) => new Intl.NumberFormat(spokenLanguage(),
+const number = (value, digits) => new Intl.NumberFormat(numberLocale(),
   { minimumFractionDigits: digits, maximumFractionDigits: digits }).format(value);
 
 const seconds = (ms) => number(Math.abs(ms) / 1000, Math.abs(ms) % 100 === 0 ? 1 : 2);
