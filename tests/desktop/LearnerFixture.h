@@ -21,9 +21,13 @@ namespace murvo::test {
 
 /// The player with its own service and pages, as installed, and a film in a folder of its own. Main thread.
 class Learner : public testing::Test {
+  public:
+    ~Learner() override;
+    Learner(const Learner &) = delete;
+    Learner &operator=(const Learner &) = delete;
+
   protected:
     Learner();
-    ~Learner() override;
 
     /// Plays a copy of that film instead of the one with two sound tracks.
     void useFilm(const QString &path) const;
