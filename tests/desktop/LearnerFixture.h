@@ -25,9 +25,13 @@ namespace murvo::test {
 /// A learner before an installed Murvo: the player with its own service and pages, on the virtual desktop,
 /// with a film in a folder of its own. Main thread.
 class Learner : public testing::Test {
+  public:
+    ~Learner() override;
+    Learner(const Learner &) = delete;
+    Learner &operator=(const Learner &) = delete;
+
   protected:
     Learner();
-    ~Learner() override;
 
     /// Puts a copy of the film at the path in the place of the one that is there.
     void useFilm(const QString &path) const;
