@@ -4,6 +4,7 @@
 #include "desktop/LearnerFixture.h"
 
 #include "app/AppDelegate.h"
+#include "app/Classes/MDragReceiverWebView.h"
 #include "app/Classes/MKeyableWindow.h"
 #include "app/Media/VLCMediaPlayer.h"
 #include "app/Platform/MainWindow.h"

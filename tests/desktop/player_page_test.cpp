@@ -59,11 +59,11 @@ class PlayerPage : public Learner {
     void waitForCard(const char *word = "") const {
         ASSERT_TRUE(waitInPage(cardIsRead));
         const QByteArray wanted(word);
-        if (!wanted.isEmpty())
-            ASSERT_TRUE(
-                waitInPage(("String(document.getElementById('card-word').textContent === '" + wanted + "')")
-                               .constData()))
-                << word;
+        if (wanted.isEmpty())
+            return;
+        ASSERT_TRUE(waitInPage(
+            ("String(document.getElementById('card-word').textContent === '" + wanted + "')").constData()))
+            << word;
     }
     /// Opens a panel by its key and waits until it shows.
     void openPanel(const char *key, const char *id) const {
