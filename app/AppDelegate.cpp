@@ -37,6 +37,7 @@ AppDelegate::~AppDelegate() {
 void AppDelegate::applicationDidFinishLaunching() {
     connectMainWindow();
     connectMenus();
+    connectDownloads();
     auto &center = NotificationCenter::defaultCenter();
     _observers.push_back(
         center.addObserver(notifications::launchVideo, [this](const QVariantMap &) { launchVideo(); }));

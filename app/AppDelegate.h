@@ -17,6 +17,7 @@
 #include <memory>
 #include <vector>
 
+class QWebEngineDownloadRequest;
 class QWebEngineProfile;
 
 namespace murvo {
@@ -151,6 +152,11 @@ class AppDelegate : public QObject {
     void handleDataRequest(const QString &name, const Arguments &arguments);
     void returnJsResultToClient(const QString &value, const QString &guid);
     void answerWhenKnown(const Deferred::Ptr &deferred, const QString &guid);
+
+    // Downloads of pages
+    void connectDownloads();
+    [[nodiscard]] bool isFileForUser(const QWebEngineDownloadRequest &download) const;
+    void alertFileNotKept(const QString &fileName, const QString &reason);
 
     // Commands that are more than a call
     void enableDraggableHomeScreen();

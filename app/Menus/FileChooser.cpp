@@ -74,6 +74,19 @@ QStringList chooseSubtitles(QWidget *parent) {
     return {};
 }
 
+QString chooseFileToSave(QWidget *parent, const QString &suggestedName) {
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const bool hasDocuments = !documents.isEmpty() && QFileInfo(documents).isDir();
+    QFileDialog chooser(parent, QCoreApplication::translate("FileChooser", "Save as"),
+                        hasDocuments ? documents : QDir::homePath());
+    chooser.setAcceptMode(QFileDialog::AcceptSave);
+    chooser.setFileMode(QFileDialog::AnyFile);
+    chooser.selectFile(suggestedName);
+    if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty())
+        return {};
+    return chooser.selectedFiles().first();
+}
+
 QWidget *parentAbove(QWidget &window) {
     QWidget *active = QApplication::activeWindow();
     return active ? active : &window;

@@ -20,6 +20,10 @@ void rememberFolderOf(const QString &filmPath);
 /// One subtitle file (.srt, .SRT, .sub or .SUB); empty when the user cancels.
 [[nodiscard]] QStringList chooseSubtitles(QWidget *parent);
 
+/// Where to keep a file, at first under that name in the folder of documents; the user is asked before one is
+/// replaced. Null when the user cancels.
+[[nodiscard]] QString chooseFileToSave(QWidget *parent, const QString &suggestedName);
+
 /// The window that the user looks at, which during a film is the page's; window without one.
 [[nodiscard]] QWidget *parentAbove(QWidget &window);
 

@@ -5,6 +5,7 @@
 #include "app/Platform/HttpClient.h"
 #include "app/Platform/Log.h"
 
+#include <QCoreApplication>
 #include <QEventLoop>
 #include <QTimer>
 #include <QWebEngineLoadingInfo>
@@ -25,6 +26,8 @@ using namespace std::chrono_literals;
 
 // A healthy page answers within a few milliseconds.
 constexpr auto evaluationLimit = 1s;
+// What a press asked for may take the service some time.
+constexpr std::chrono::milliseconds pressLimit = 30s;
 
 /// A page that asks its controller about navigations and writes its console to the log.
 class Page : public QWebEnginePage {
@@ -151,6 +154,7 @@ void WebViewController::makeView(QWebEngineProfile &profile) {
     page->setUrlRequestInterceptor(
         new OwnLoads(page, [this](const QUrl &url) { _ownOrigin = originOf(url); }));
     _view->setPage(page);
+    QCoreApplication::instance()->installEventFilter(this); // the engine's widget within the view changes
     connect(page, &QWebEnginePage::loadingChanged, this, [this](const QWebEngineLoadingInfo &info) {
         if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus)
             return;
@@ -198,7 +202,29 @@ bool WebViewController::isLoading() const {
 }
 
 bool WebViewController::isOwnPage() const {
-    return originOf(_view->url()) == _ownOrigin;
+    return isOwn(_view->url());
+}
+
+bool WebViewController::isOwn(const QUrl &url) const {
+    return originOf(url) == _ownOrigin;
+}
+
+bool WebViewController::takePress() const {
+    const bool isRecent = _lastPress.isValid() && !_lastPress.hasExpired(pressLimit.count());
+    _lastPress.invalidate();
+    return isRecent;
+}
+
+bool WebViewController::eventFilter(QObject *watched, QEvent *event) {
+    const bool isPress = event->type() == QEvent::MouseButtonPress ||
+                         event->type() == QEvent::MouseButtonDblClick || // the second of two in short order
+                         event->type() == QEvent::KeyPress;
+    if (isPress && event->spontaneous()) {
+        const auto *widget = qobject_cast<QWidget *>(watched);
+        if (widget && _view && _view->isAncestorOf(widget))
+            _lastPress.start();
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 void WebViewController::send(const QString &script) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -54,6 +55,13 @@ class WebViewController : public QObject {
     /// others.
     [[nodiscard]] bool isOwnPage() const;
 
+    /// Whether the address lies on that server.
+    [[nodiscard]] bool isOwn(const QUrl &url) const;
+
+    /// Whether the user has pressed a button or a key in the page within the last half minute, since this was
+    /// asked last.
+    [[nodiscard]] bool takePress() const;
+
     /// Runs the script whose result nobody wants; returns at once.
     void send(const QString &script);
     /// Runs the script and waits for its result as text, without handling user input, for a second at most.
@@ -69,6 +77,9 @@ class WebViewController : public QObject {
     /// The page's process is gone and with it the page; the view can load again.
     void pageDied();
 
+  protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
   private:
     static inline bool _useCache = false;
 
@@ -78,7 +89,8 @@ class WebViewController : public QObject {
     NavigationPolicy _policy;
     FileChooser _fileChooser;
     QUrl _ownOrigin;
-    QUrl _refusedUrl; // by the policy, in the main frame, last; empty when it accepted
+    mutable QElapsedTimer _lastPress; // invalid: none, or taken
+    QUrl _refusedUrl;                 // by the policy, in the main frame, last; empty when it accepted
 };
 
 } // namespace murvo
