@@ -5,11 +5,8 @@
 #include "PracticeFixture.h"
 
 #include "app/Media/VLCMediaPlayer.h"
-#include "support/SoundRecorder.h"
 #include "support/Wait.h"
 #include "support/XTools.h"
-
-#include <QFile>
 
 #include <algorithm>
 #include <cmath>
@@ -70,9 +67,8 @@ TEST_F(Practice, DrillsALineFasterAndFasterAndLeavesTimeToSpeak) {
         << "it is over";
 }
 
-TEST_F(Practice, LoopsALineWithoutTheEndOfTheOneBefore) {
+TEST_F(Practice, LoopsALineUntilTheKeyIsPressedAgain) {
     ASSERT_NO_FATAL_FAILURE(playMarked(6));
-    const SoundRecorder recorder;
     // The fourth line begins 20 ms after the third.
     ASSERT_TRUE(waitUntil([this] { return line("learned") == QLatin1String("line 4"); }, 20s));
     pressKey(QStringLiteral("shift+r"));

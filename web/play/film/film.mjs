@@ -19,7 +19,7 @@ const endZoneMs = 600;
 // no harm.
 const pauseTimeMs = 700;
 // So long after the page has given a command the film obeys.
-const commandMs = 10;
+const commandMs = 7;
 // Short stalls come and go; what lasts this long is worth a word.
 const longestSilenceMs = 4000;
 
