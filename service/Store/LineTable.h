@@ -70,7 +70,7 @@ class LineTable {
     void replace(const Subtitle &subtitle, int madeBy, const QList<Cue> &cues, const QList<MetWord> &words);
 
     [[nodiscard]] QList<MetWord> words(qint32 subtitleId);
-    /// The same without forms and lines, which is three times as fast.
+    /// The same without forms and lines.
     [[nodiscard]] QList<MetWord> wordCounts(qint32 subtitleId);
 
     /// The lines that start in that time of the subtitle, in order.
