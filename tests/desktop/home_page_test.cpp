@@ -182,7 +182,7 @@ TEST_F(HomePage, SpeaksTheLearnersLanguageAtOnceAndIsWalkedByTab) {
                          "document.addEventListener('focusin', ({target}) => walked.push(target.id)); 1");
     for (int i = 0; i < 4; ++i)
         press("Tab");
-    ASSERT_NO_FATAL_FAILURE(waitFor("String(walked.length >= 4)"));
+    EXPECT_TRUE(waitInHome("String(walked.length >= 4)")) << inHome("walked.join(' ')").toStdString();
     EXPECT_EQ(inHome("walked.slice(0, 4).join(' ')"),
               QStringLiteral("tab-films help-button level selectedLanguage"));
 }

@@ -7,6 +7,7 @@ import { flagClass } from '../../web/home/frame/flagclass.mjs';
 import { audioTrackName } from '../../web/play/bar/audiomenu.mjs';
 import { waitingText } from '../../web/play/bar/notice.mjs';
 import { ServiceApi } from '../../web/shared/api.mjs';
+import { Preferences } from '../../web/shared/preferences.mjs';
 import { PlayerBridge, requestUrl } from '../../web/shared/bridge.mjs';
 import { FakeTimers } from './faketimers.mjs';
 
@@ -90,4 +91,43 @@ test('sound tracks have a name in any case', () => {
 test('a film that stays silent is called lost, with what can be done', () => {
   assert.equal(waitingText(4000), 'Waiting for the film…');
   assert.match(waitingText(20_000), /open another film/);
+});
+
+test('what is set in the pages is newer than a reply that was under way, and is saved until it is acknowledged', async (context) => {
+  context.mock.timers.enable({ apis: ['setTimeout'] });
+  const settle = async () => { for (let i = 0; i < 20; i += 1) await null; };
+  const saved = [];
+  let answer;
+  let refuses = true;
+  const api = {
+    pageSettings: () => new Promise((resolve) => { answer = resolve; }),
+    changePageSettings: async (changes) => {
+      if (refuses) throw new Error('The disk is full.');
+      saved.push(changes);
+    },
+  };
+  const preferences = new Preferences(api, { interface: { language: '', follows: false }, keys: {} });
+  let told = 0;
+  preferences.onChange(() => { throw new Error('a part that stumbles'); });
+  preferences.onChange(() => { told += 1; });
+  context.mock.method(console, 'error', () => {});
+  context.mock.method(console, 'warn', () => {});
+  const loaded = preferences.load();
+  preferences.change('interface', { language: 'de' });
+  context.mock.timers.tick(400);
+  await settle();
+  const kept = JSON.parse('{"interface":{"language":"fr","follows":"yes","more":1},"keys":{"a":["b"]},"__proto__":{"x":1}}');
+  answer(kept);
+  await loaded;
+  assert.deepEqual(preferences.get('interface'), { language: 'de', follows: false });
+  assert.deepEqual(preferences.get('keys'), { a: ['b'] });
+  refuses = false;
+  context.mock.timers.tick(5000);
+  await settle();
+  assert.deepEqual(saved, [{ interface: { language: 'de', follows: false } }]);
+  const again = preferences.load();
+  answer(kept);
+  await again;
+  assert.deepEqual(preferences.get('interface'), { language: 'fr', follows: false }); // of what was kept only what fits
+  assert.equal(told, 3);
 });

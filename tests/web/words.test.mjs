@@ -6,6 +6,7 @@ import { formOf, lineText, sentenceAround, wordsOf } from '../../web/play/lines/
 import { cardPlace } from '../../web/play/words/cardplace.mjs';
 import { FilmWords } from '../../web/play/words/filmwords.mjs';
 import { byPartOfSpeech, likeliest, lookUpPicked } from '../../web/play/words/lookups.mjs';
+import { Hold } from '../../web/play/film/hold.mjs';
 import { WordRecord } from '../../web/play/words/wordrecord.mjs';
 import { occurrences } from '../../web/play/words/occurrences.mjs';
 
@@ -136,7 +137,7 @@ test('a word that is graded is kept with its line, unless there is nothing to le
   };
   const sighting = { lemma: 'gull', form: 'gulls', line: 'Two gulls' };
   const record = new WordRecord(api, { marked: ({ status }) => marked.push(status) }, sighting);
-  await record.load();
+  await record.loaded;
   assert.deepEqual([record.status, record.isSaved], [null, false]);
   await record.grade('learning2');
   assert.deepEqual(asked.pop(), ['save', { ...sighting, status: 'learning2' }]);
@@ -147,4 +148,42 @@ test('a word that is graded is kept with its line, unless there is nothing to le
   assert.deepEqual(asked.pop(), ['change', { status: 'ignored' }]);
   assert.equal(record.isSaved, false);
   assert.deepEqual(marked, ['learning2', null, 'ignored']);
+});
+
+test('what is asked of a word is done in its order, also before the service has told of it', async () => {
+  const asked = [];
+  const slowly = async (pauses) => { for (let i = 0; i < pauses; i += 1) await null; };
+  const word = (status, ...lines) => ({ lemma: 'gull', status, sightings: lines.map((line) => ({ line })) });
+  const api = {
+    word: async () => { await slowly(30); return word(null); },
+    saveWord: async ({ line }) => { asked.push('save'); await slowly(20); return word('new', line); },
+    changeWord: async (_, { status }) => { asked.push(status); return word(status, 'Two gulls'); },
+    forgetWord: async () => { asked.push('forget'); return word(null); },
+  };
+  const record = new WordRecord(api, { marked() {} }, { lemma: 'gull', line: 'Two gulls' });
+  await Promise.all([record.toggleSaved(), record.grade('known'), record.toggleSaved()]);
+  assert.deepEqual(asked, ['save', 'known', 'forget']);
+  assert.equal(record.status, null);
+  const broken = new WordRecord({ ...api, word: async () => { throw new Error('no'); } }, { marked() {} }, { lemma: 'gull', line: 'x' });
+  await assert.rejects(broken.loaded);
+  await broken.grade('known'); // it can be marked all the same
+  assert.equal(broken.status, 'known');
+});
+
+test('a film that was held goes on only where nobody has said otherwise', () => {
+  const film = { playing: true, ended: false, setPlaying(on) { this.playing = on; } };
+  const hold = new Hold(film);
+  hold.take();
+  assert.equal(film.playing, false);
+  hold.letGo();
+  assert.equal(film.playing, true);
+  hold.take();
+  film.playing = true; // the space bar
+  hold.update();
+  film.playing = false; // and once more
+  hold.letGo();
+  assert.equal(film.playing, false);
+  hold.take();
+  hold.letGo();
+  assert.equal(film.playing, false); // it stood before
 });

@@ -68,12 +68,9 @@ const card = new WordCard(document, {
   words,
   subtitles,
   videoId,
-  goTo: (cue) => {
-    picker.leave();
-    film.goToLine(shownLines.index('learned').cues.indexOf(cue));
-    film.setPlaying(true);
-  },
+  goTo: goToLine,
   playSound: (url) => bridge.execute('PlayAudio', { audioUrl: encodeURIComponent(url) }),
+  tell: (text) => { element('card-said').textContent = text; },
 });
 const picker = new WordPicker(film, { lines: shownLines, words, hover, card, say: (key) => notice.say(t(key)) });
 card.onClose(() => picker.close());
@@ -159,19 +156,24 @@ const pictureClick = new PictureClick(() => film.togglePlay(), now);
 const showsBar = new Set([
   'togglePlay', 'back', 'forward', 'backSecond', 'forwardSecond', 'backMinute', 'forwardMinute', 'audioMenu',
 ]);
-// They leave the line behind whose word is open.
-const leavesLine = new Set([
-  'previousLine', 'nextLine', 'replayLine', 'replayThenPause', 'playToNextEnd', 'loopLine', 'drill', 'back', 'forward',
-  'backMinute', 'forwardMinute',
-]);
-
 function act(action) {
   if (showsBar.has(action)) rest.wake();
-  if (leavesLine.has(action)) picker.close();
+}
+
+/** Where a line of the upper track begins; the track may have been loaded anew since. */
+function goToLine(cue) {
+  const cues = shownLines.index('learned')?.cues ?? [];
+  const text = cue.lines.join('\n');
+  const place = cues.findIndex((each) => each.lines.join('\n') === text && Math.abs(each.startMs - cue.startMs) < 60_000);
+  picker.leave();
+  if (place < 0) return;
+  film.goToLine(place);
+  film.setPlaying(true);
 }
 
 function show() {
   document.body.classList.toggle('paused', !film.playing);
+  hover.update();
   picker.update();
   shownLines.update();
   announcer.update(!film.playing);
@@ -193,14 +195,21 @@ function showWaiting() {
 }
 
 let lastNotice = '';
+let pickedFrom = null; // the subtitle whose words can be picked
+
+let wordsAskedFor = null;
 
 function showSubtitles() {
+  const learned = subtitles.line('learned');
+  if ((learned?.subtitleId ?? null) !== pickedFrom) picker.close();
+  pickedFrom = learned?.subtitleId ?? null;
   shownLines.load();
   const shown = lineNames.filter((name) => subtitles.line(name));
-  const learned = subtitles.line('learned');
-  const isEnglish = learned && ['eng', ''].includes(learned.language);
+  const isEnglish = Boolean(learned) && ['eng', ''].includes(learned.language);
   shownLines.view('learned').setWords(isEnglish ? (word) => words.classOf(word) : null);
-  if (learned && learned.subtitleId !== words.subtitleId) words.loadQuietly();
+  const wanted = isEnglish ? `${learned.subtitleId} ${subtitles.isReadingFilm}` : null; // there are more at its end
+  if (wanted && wanted !== wordsAskedFor) words.loadQuietly();
+  wordsAskedFor = wanted;
   const first = shown[0] ?? lineNames[0];
   practice.load(subtitles.cues(first), subtitles.line(first));
   subtitlePanel.show();
@@ -278,7 +287,16 @@ element('picture').addEventListener('click', (event) => {
   if (picker.isOpen) picker.close();
   else if (!event.ctrlKey && !pressClosesMenu) pictureClick.clicked();
 });
-element('picture').addEventListener('wheel', (event) => actions[event.deltaY < 0 ? 'louder' : 'softer']());
+// A notch of a wheel is 100 or so; a touchpad sends many small ones.
+const wheelStep = 100;
+let wheeled = 0;
+element('picture').addEventListener('wheel', (event) => {
+  if (event.ctrlKey) return;
+  wheeled = Math.sign(event.deltaY) === Math.sign(wheeled) ? wheeled + event.deltaY : event.deltaY;
+  for (; Math.abs(wheeled) >= wheelStep; wheeled -= Math.sign(wheeled) * wheelStep) actions[wheeled < 0 ? 'louder' : 'softer']();
+});
+// The pages have sizes of their own: the engine must not make all of it larger.
+addEventListener('wheel', (event) => { if (event.ctrlKey) event.preventDefault(); }, { passive: false });
 addEventListener('pagehide', () => {
   subtitles.saveNow();
   preferences.saveNow();

@@ -8,11 +8,14 @@ const saveAfterMs = 400;
 /** Of all pages: the language of the buttons, two letters, empty: none of its own; whether a learner's was chosen. */
 export const interfaceDefaults = { language: '', follows: false };
 
+const retryAfterMs = 5000;
+
 export class Preferences {
   #api;
   #defaults;
-  #values = {};
-  #unsaved = new Set();
+  #values = new Map();
+  #unsaved = new Map(); // name -> how often it was changed: what the service has not acknowledged
+  #changes = 0;
   #timer = null;
   #listeners = [];
 
@@ -22,20 +25,23 @@ export class Preferences {
     this.#defaults = defaults;
   }
 
-  /** Throws with a sentence when the service does not answer; the defaults hold then. */
+  /** Throws with a sentence when the service does not answer; what was known holds then. */
   async load() {
     const values = await this.#api.pageSettings();
-    // What was changed before the answer came is newer.
-    for (const name of Object.keys(values)) {
-      if (!this.#unsaved.has(name)) this.#values[name] = values[name];
-    }
+    // What was changed here, and is not acknowledged yet, is newer.
+    const own = [...this.#values].filter(([name]) => this.#unsaved.has(name));
+    this.#values = new Map([...Object.entries(values), ...own]);
     this.#tell();
   }
 
+  /** The fields of an object; of what was kept only those that the defaults know, and of their kind. */
   get(name) {
-    const value = this.#values[name];
-    const isObject = typeof value === 'object' && value !== null && !Array.isArray(value);
-    return { ...this.#defaults[name], ...(isObject ? value : {}) };
+    const defaults = this.#defaults[name];
+    const value = this.#values.get(name);
+    if (typeof value !== 'object' || value === null || Array.isArray(value)) return { ...defaults };
+    const isFree = Object.keys(defaults).length === 0;
+    const fits = ([field, kept]) => isFree || (Object.hasOwn(defaults, field) && kindOf(kept) === kindOf(defaults[field]));
+    return { ...defaults, ...Object.fromEntries(Object.entries(value).filter(fits)) };
   }
 
   /** Changes fields of one object, and keeps it when it has rested. */
@@ -60,26 +66,43 @@ export class Preferences {
   }
 
   #set(name, value) {
-    this.#values[name] = value;
-    this.#unsaved.add(name);
-    clearTimeout(this.#timer);
-    this.#timer = setTimeout(() => this.#save(), saveAfterMs);
+    this.#changes += 1;
+    this.#values.set(name, value);
+    this.#unsaved.set(name, this.#changes);
+    this.#saveIn(saveAfterMs);
     this.#tell();
+  }
+
+  #saveIn(pauseMs) {
+    clearTimeout(this.#timer);
+    this.#timer = setTimeout(() => this.#save(), pauseMs);
   }
 
   async #save() {
     if (this.#unsaved.size === 0) return;
-    const names = [...this.#unsaved];
-    this.#unsaved.clear();
+    const sent = [...this.#unsaved];
     try {
-      await this.#api.changePageSettings(Object.fromEntries(names.map((name) => [name, this.#values[name] ?? null])));
+      await this.#api.changePageSettings(Object.fromEntries(sent.map(([name]) => [name, this.#values.get(name) ?? null])));
     } catch (error) {
-      for (const name of names) this.#unsaved.add(name);
       console.warn(error.message);
+      this.#saveIn(retryAfterMs);
+      return;
+    }
+    for (const [name, change] of sent) {
+      if (this.#unsaved.get(name) === change) this.#unsaved.delete(name);
     }
   }
 
+  // One part that stumbles must not keep the news from the others.
   #tell() {
-    for (const listener of this.#listeners) listener();
+    for (const listener of this.#listeners) {
+      try {
+        listener();
+      } catch (error) {
+        console.error(error);
+      }
+    }
   }
 }
+
+const kindOf = (value) => (Array.isArray(value) ? 'array' : typeof value);

@@ -6,7 +6,7 @@ import { Keymap } from './keymap.mjs';
 const onePress = new Set([
   'subtitlePanel', 'nextSubtitle', 'settings', 'keySheet', 'transcript', 'practicePanel', 'autoPause', 'togglePlay', 'toggleMute',
   'toggleLearned', 'toggleNative', 'wordColours', 'peek', 'saveWord', 'drill', 'loopLine', 'loopSection', 'condensed', 'fastGaps',
-  'replayThenPause', 'playToNextEnd', 'nextAudio',
+  'replayThenPause', 'playToNextEnd', 'nextAudio', 'nextUnknown', 'previousUnknown',
 ]);
 const textField = 'input[type="text"], input[type="search"], textarea';
 
@@ -19,6 +19,7 @@ export class Keyboard {
   #arrowsStepLines = false;
   #pressed;
   #released;
+  #held = new Map(); // by the key's place: the action that it began
 
   /**
    * actions, cardActions: functions by name, the latter while isCardOpen(); pressed(action) is called before an action of
@@ -31,11 +32,8 @@ export class Keyboard {
     this.#pressed = pressed;
     this.#released = released;
     document.addEventListener('keydown', (event) => this.#press(event));
-    document.addEventListener('keyup', (event) => {
-      const action = this.#keymap.actionOf(event);
-      if (action) this.#released(action);
-    });
-    document.defaultView.addEventListener('blur', () => this.#released('peek'));
+    document.addEventListener('keyup', ({ code }) => this.#release(code));
+    document.defaultView.addEventListener('blur', () => { for (const code of [...this.#held.keys()]) this.#release(code); });
   }
 
   get keymap() {
@@ -58,7 +56,15 @@ export class Keyboard {
     event.preventDefault();
     if (event.repeat && onePress.has(action)) return;
     if (!cardAct) this.#pressed(action);
+    this.#held.set(event.code, action);
     act();
+  }
+
+  // By the key's place: with another modifier it may write something else by now.
+  #release(code) {
+    const action = this.#held.get(code);
+    this.#held.delete(code);
+    if (action) this.#released(action);
   }
 
   #actionOf(event, isCardOpen) {

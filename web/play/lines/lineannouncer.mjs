@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 /**
- * Tells screen readers the lines that show when the film pauses, and only then: while it runs they would talk over it.
+ * Tells screen readers the lines that show while the film stands, and only then: while it runs they would talk over it.
  */
 export class LineAnnouncer {
   #element;
   #views;
-  #wasPaused = false;
+  #said = '';
 
   /** element: a live region; views: LinesViews, the upper line first. */
   constructor(element, views) {
@@ -16,10 +16,11 @@ export class LineAnnouncer {
 
   /** To be called after changes of the film. */
   update(isPaused) {
-    if (isPaused === this.#wasPaused) return;
-    this.#wasPaused = isPaused;
-    const paragraphs = isPaused ? this.#views.filter(({ cues }) => cues.length > 0).map((view) => this.#paragraph(view)) : [];
-    this.#element.replaceChildren(...paragraphs);
+    const views = isPaused ? this.#views.filter(({ cues }) => cues.length > 0) : [];
+    const said = views.map(({ text }) => text.text).join('\n');
+    if (said === this.#said) return;
+    this.#said = said;
+    this.#element.replaceChildren(...views.map((view) => this.#paragraph(view)));
   }
 
   #paragraph({ element, text }) {

@@ -14,6 +14,7 @@ export class LinesView {
   #text = lineText([]);
   #classOf = null;
   #isHeld = false;
+  #picked = null; // { first, last }: places in the text's words
 
   constructor(element) {
     this.#element = element;
@@ -21,6 +22,11 @@ export class LinesView {
 
   get element() {
     return this.#element;
+  }
+
+  /** Whether its words can be picked. */
+  get isAlive() {
+    return this.#classOf !== null && !this.#element.hidden;
   }
 
   /** The cues that are drawn. */
@@ -35,16 +41,22 @@ export class LinesView {
 
   /** classOf(word): the class of a word's status; null: words are not alive. */
   setWords(classOf) {
+    const isNew = (classOf === null) !== (this.#classOf === null);
     this.#classOf = classOf;
-    this.#shown = '';
-    if (!this.#isHeld) this.show(this.#cues);
-    else this.#draw();
+    if (isNew) this.#draw();
+    else this.colour();
+  }
+
+  /** Marks the words from the first to the last of the range { first, last }; null: none. */
+  pick(range) {
+    this.#picked = range;
+    this.colour();
   }
 
   /** Draws the words' classes anew. */
   colour() {
     for (const element of this.#element.querySelectorAll('.word')) {
-      const name = this.#classNameOf(this.#text.words[Number(element.dataset.word)]);
+      const name = this.#classNameOf(Number(element.dataset.word));
       if (element.className !== name) element.className = name;
     }
   }
@@ -57,6 +69,7 @@ export class LinesView {
 
   /** Gives the place up. */
   release() {
+    this.#isHeld = false;
     this.show([]);
     this.#element.hidden = true;
   }
@@ -92,11 +105,11 @@ export class LinesView {
       create(ownerDocument, 'span', { className: 'ink' },
         ...parts.flatMap(({ word, pieces }) => (word === null || !this.#classOf
           ? drawn(pieces)
-          : [create(ownerDocument, 'span', { className: this.#classNameOf(this.#text.words[word]), 'data-word': word }, ...drawn(pieces))]))));
+          : [create(ownerDocument, 'span', { className: this.#classNameOf(word), 'data-word': word }, ...drawn(pieces))]))));
   }
 
-  #classNameOf(word) {
-    const name = this.#classOf?.(word.text) ?? '';
-    return name ? `word ${name}` : 'word';
+  #classNameOf(place) {
+    const isPicked = this.#picked && place >= this.#picked.first && place <= this.#picked.last;
+    return ['word', this.#classOf(this.#text.words[place].text), isPicked ? 'picked' : ''].filter(Boolean).join(' ');
   }
 }

@@ -52,13 +52,11 @@ export class ShownLines {
     this.#driver.update();
   }
 
-  /** Keeps the lines that show, or those of the upper line's cue, until let go. */
+  /** Keeps the lines that show until let go; with a cue of the upper line, that one and what is said beneath it. */
   hold(cue = null) {
-    this.release();
     if (cue) {
-      const beneath = this.#index.native?.at((cue.startMs + cue.endMs) / 2) ?? [];
       this.#views.learned.show([cue]);
-      this.#views.native.show(beneath);
+      this.#views.native.show(this.#index.native?.at((cue.startMs + cue.endMs) / 2) ?? []);
     }
     for (const name of lineNames) this.#views[name].hold(true);
   }

@@ -34,7 +34,12 @@ export class InterfaceLanguage {
     const wanted = languageFor(this.#preferences.get('interface'), this.#learners, navigator.language);
     if (wanted === this.#wanted) return;
     this.#wanted = wanted;
-    await speak(wanted);
+    try {
+      await speak(wanted);
+    } catch (error) {
+      this.#wanted = ''; // the next occasion tries again
+      console.warn(error.message);
+    }
     translate(this.#document);
     this.#changed();
   }

@@ -2,6 +2,7 @@
 
 const gap = 10;
 const margin = 10;
+const leastHeight = 120; // rather than that, some of a line is hidden
 
 /**
  * Where a card of this width stands by a word: { left, top or bottom, maxHeight }, in CSS pixels of the window; top and
@@ -13,6 +14,9 @@ export function cardPlace({ word, lines, width, window, reserved }) {
   const left = Math.max(margin, Math.min(middle - width / 2, window.width - width - margin));
   const above = lines.top - gap - margin;
   const below = window.height - reserved - lines.bottom - gap;
-  if (above >= below) return { left, bottom: window.height - lines.top + gap, maxHeight: above };
-  return { left, top: lines.bottom + gap, maxHeight: below };
+  if (above >= below) {
+    const bottom = Math.min(window.height - lines.top + gap, window.height - margin - leastHeight);
+    return { left, bottom, maxHeight: Math.max(above, leastHeight) };
+  }
+  return { left, top: lines.bottom + gap, maxHeight: Math.max(below, leastHeight) };
 }

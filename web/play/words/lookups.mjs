@@ -39,3 +39,12 @@ export function likeliest(headwords) {
   const isTold = ({ gloss, entries, english, isPhrase }) => gloss !== '' || entries.length > 0 || (isPhrase && english.length > 0);
   return headwords.find(isTold) ?? headwords[0] ?? null;
 }
+
+/** The first meaning, as short as it can be told; empty when there is none. */
+export function shortMeaning({ gloss, entries, english }) {
+  if (gloss) return gloss;
+  const senses = entries.flatMap((entry) => entry.senses);
+  const told = senses.find(({ translations }) => translations.length > 0);
+  if (told) return told.translations.slice(0, 3).join(', ');
+  return senses[0]?.definition || english[0]?.definition || '';
+}

@@ -6,7 +6,7 @@ import { timeText } from '../../shared/timetext.mjs';
 import { formOf } from '../lines/linetext.mjs';
 import { giveBackPresses, keepPresses } from '../panels/presses.mjs';
 import { cardPlace } from './cardplace.mjs';
-import { likeliest, lookUpPicked } from './lookups.mjs';
+import { likeliest, lookUpPicked, shortMeaning } from './lookups.mjs';
 import { englishPart, meaningsPart, sourcesPart } from './meanings.mjs';
 import { occurrences } from './occurrences.mjs';
 import { StatusChoice } from './statuschoice.mjs';
@@ -29,6 +29,7 @@ export class WordCard {
   #subtitles;
   #goTo;
   #playSound;
+  #tell;
   #closePick = () => {};
   #picked = null;
   #reply = null;
@@ -39,9 +40,13 @@ export class WordCard {
   #trouble;
   #parts = {};
   #opens = 0;
+  #answered = Promise.resolve(); // the look-up of what is picked
 
-  /** lines: ShownLines; goTo(cue): leaves the card for a line; playSound(url): hands a sound to the player. */
-  constructor(document, { api, lines, words, subtitles, videoId, goTo, playSound }) {
+  /**
+   * lines: ShownLines; goTo(cue): leaves the card for a line; playSound(url): hands a sound to the player; tell(text):
+   * says something to those who listen.
+   */
+  constructor(document, { api, lines, words, subtitles, videoId, goTo, playSound, tell }) {
     this.#document = document;
     this.#element = document.getElementById('word-card');
     this.#api = api;
@@ -51,13 +56,13 @@ export class WordCard {
     this.#videoId = videoId;
     this.#goTo = goTo;
     this.#playSound = playSound;
+    this.#tell = tell;
     this.#status = new StatusChoice(document, (status) => this.#grade(status));
     this.#trouble = create(document, 'p', { className: 'trouble', role: 'alert' });
     keepPresses(this.#element);
-    this.#element.addEventListener('keydown', (event) => {
-      // What is typed or pressed here is this card's own; letters go on to the player's keys.
-      if (event.target.matches('input') || (event.target !== this.#element && /^(Enter| )$/.test(event.key))) event.stopPropagation();
-    });
+    this.#element.addEventListener('keydown', (event) => { if (this.#isOwn(event)) event.stopPropagation(); });
+    document.defaultView.addEventListener('resize', () => this.#place());
+    new ResizeObserver(() => this.#place()).observe(document.getElementById('lines')); // a panel makes them give way
   }
 
   /** close(): what the card's own button does. */
@@ -77,24 +82,31 @@ export class WordCard {
   };
 
   /**
-   * picked: { cue, text, start, end, isPhrase, rectangle, around, byKey }: places in the line's text, and in the window
-   * the first word's rectangle and that of the lines.
+   * picked: { cue, text, start, end, isPhrase, rectangles(), byKey }: places in the line's text; the rectangles of the
+   * first word and of the lines, in the window: { word, lines }.
    */
-  async open(picked) {
+  open(picked) {
     this.#opens += 1;
-    const open = this.#opens;
     this.#picked = picked;
+    this.#reply = null;
     this.#headword = null;
     this.#record = null;
     this.#sound = null;
     this.#trouble.textContent = '';
     this.#show(picked.text.slice(picked.start, picked.end));
     if (picked.byKey) this.#element.focus({ focusVisible: false });
+    this.#answered = this.#lookUp(() => lookUpPicked(this.#api, { ...picked, ...this.#neighbours(picked.cue) }));
+  }
+
+  // Shows what comes, if the card is still about it then.
+  async #lookUp(ask) {
+    const open = this.#opens;
     try {
-      const reply = await lookUpPicked(this.#api, { ...picked, ...this.#neighbours(picked.cue) });
-      if (open !== this.#opens || !this.isOpen) return;
+      const reply = await ask();
+      if (open !== this.#opens) return;
       this.#reply = reply;
       this.#choose(likeliest(reply.headwords));
+      this.#tell(this.#headword ? `${this.#headword.word}: ${shortMeaning(this.#headword)}` : t('card.nothing'));
     } catch (error) {
       if (open === this.#opens) this.#say(error.message);
     }
@@ -106,6 +118,14 @@ export class WordCard {
     this.#element.hidden = true;
     giveBackPresses(this.#document);
     if (hadFocus) this.#document.activeElement.blur();
+  }
+
+  // What is typed, scrolled or pressed here is this card's own; the other keys go on to the player's.
+  #isOwn({ target, key }) {
+    if (target.matches('input')) return !/^(F\d|Escape)/.test(key);
+    if (target === this.#element) return false;
+    if (target.closest('.body') && /^(Arrow(Up|Down)|Page|Home|End)/.test(key)) return true;
+    return /^(Enter| )$/.test(key);
   }
 
   #neighbours(cue) {
@@ -142,14 +162,17 @@ export class WordCard {
   }
 
   #place() {
+    if (this.#element.hidden) return;
     const view = this.#document.defaultView;
+    const { word, lines } = this.#picked.rectangles();
+    if (!word) return;
     const width = Math.min(widthPx, view.innerWidth - 20);
     const place = cardPlace({
-      word: this.#picked.rectangle,
-      lines: this.#picked.around,
+      word,
+      lines,
       width,
       window: { width: view.innerWidth, height: view.innerHeight },
-      reserved: this.#document.getElementById('next-sub').getBoundingClientRect().height,
+      reserved: this.#document.getElementById('bar').getBoundingClientRect().height,
     });
     const { style } = this.#element;
     style.width = `${width}px`;
@@ -228,16 +251,7 @@ export class WordCard {
     const said = create(d, 'p', { className: 'quiet' }, t('card.nothing'));
     if (near.length === 0) return [said];
     return [said, create(d, 'p', { className: 'near' }, t('card.near'), ' ',
-      ...near.map((word) => button(d, { className: 'choice', lang: 'en', textContent: word }, () => this.#lookUpNear(word))))];
-  }
-
-  async #lookUpNear(word) {
-    try {
-      this.#reply = await this.#api.lookUp(word, 0);
-      this.#choose(likeliest(this.#reply.headwords));
-    } catch (error) {
-      this.#say(error.message);
-    }
+      ...near.map((word) => button(d, { className: 'choice', lang: 'en', textContent: word }, () => { this.#answered = this.#lookUp(() => this.#api.lookUp(word, 0)); })))];
   }
 
   #elsewhere(word) {
@@ -294,10 +308,12 @@ export class WordCard {
     };
   }
 
-  // One change of the word: asks the service, and shows what holds then. Whether it was done.
+  // One change of the word, as soon as it is known which one it is; shows what holds then. Whether it was done.
   async #change(ask) {
+    const open = this.#opens;
+    await this.#answered;
     const record = this.#record;
-    if (!record) return false;
+    if (open !== this.#opens || !record) return false;
     this.#trouble.textContent = '';
     try {
       await ask(record);
@@ -314,7 +330,7 @@ export class WordCard {
     this.#record = record;
     if (!record) return;
     try {
-      await record.load();
+      await record.loaded;
       if (record === this.#record) this.#showRecord(false);
     } catch (error) {
       console.warn(error.message); // it can be saved all the same

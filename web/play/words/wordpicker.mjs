@@ -3,6 +3,8 @@
 // Which words of the upper line are picked: by a click or a drag, or by keys. A pick holds the film and the lines, and
 // opens the card; the end of the pick lets both go on as before.
 
+import { Hold } from '../film/hold.mjs';
+import { lineText } from '../lines/linetext.mjs';
 import { keepPresses } from '../panels/presses.mjs';
 
 export class WordPicker {
@@ -13,8 +15,9 @@ export class WordPicker {
   #hover;
   #card;
   #say;
+  #hold;
   #range = null; // { first, last }: places in the view's words
-  #wasPlaying = false;
+  #seeks = 0; // of the film, when the pick began
   #pressed = null; // the word on which a press began
 
   /** lines: ShownLines; words: FilmWords; hover: HoverPause; card: a WordCard; say(key): a short word. */
@@ -26,6 +29,7 @@ export class WordPicker {
     this.#hover = hover;
     this.#card = card;
     this.#say = say;
+    this.#hold = new Hold(film);
     const { element } = this.#view;
     keepPresses(element);
     element.addEventListener('pointerdown', (event) => this.#press(event));
@@ -48,26 +52,30 @@ export class WordPicker {
     closeCard: () => this.close(),
   };
 
-  /** To be called after changes of the film: a film that runs again has left the word behind. */
+  /** To be called after changes of the film: one that runs again or is elsewhere has left the word behind. */
   update() {
-    if (this.isOpen && this.#film.playing) this.#end(false);
+    this.#hold.update();
+    if (!this.isOpen) return;
+    if (this.#film.playing || this.#film.seeks !== this.#seeks) this.close();
   }
 
   /** Ends the pick; the film goes on if it did before. */
   close() {
-    if (this.#range) this.#end(this.#wasPlaying);
+    this.#end();
+    this.#hold.letGo();
   }
 
   /** Ends the pick and leaves the film as it is. */
   leave() {
-    if (this.#range) this.#end(false);
+    this.#end();
+    this.#hold.drop();
   }
 
   #press(event) {
     const place = event.button === 0 ? placeOf(event.target) : null;
     if (place === null) return;
     event.preventDefault();
-    this.#hold();
+    this.#begin();
     this.#pressed = place;
     this.#mark({ first: place, last: place });
   }
@@ -86,32 +94,37 @@ export class WordPicker {
   }
 
   #walk(step, fits) {
-    const words = this.#wordsHere();
-    if (!words) return;
-    const from = this.#range ? (step > 0 ? this.#range.last : this.#range.first) : step > 0 ? -1 : words.length;
-    for (let i = 1; i <= words.length; i += 1) {
-      const place = (((from + step * i) % words.length) + words.length) % words.length;
-      if (!fits(words[place])) continue;
-      this.#hold();
-      this.#mark({ first: place, last: place });
-      this.#open(true);
+    const cue = this.#range === null && this.#view.cues.length === 0 ? this.#lastCue() : null;
+    const words = cue ? lineText([cue]).words : this.#view.text.words;
+    if (!this.#view.isAlive || words.length === 0) {
+      this.#say('words.noLine');
       return;
     }
-    this.#say('words.noneUnknown');
+    let place = this.#placeAfter(words, step, fits);
+    if (place === null) {
+      this.#say('words.noneUnknown');
+      if (this.#range) return;
+      place = 0; // any word can be asked about
+    }
+    this.#begin(cue);
+    this.#mark({ first: place, last: place });
+    this.#open(true);
   }
 
-  // The words of the line that shows, or of the last one that did.
-  #wordsHere() {
-    if (this.#range === null && this.#view.cues.length === 0) {
-      const index = this.#lines.index('learned');
-      const cue = index?.cues[index.lastStarted(this.#film.positionMs ?? 0)];
-      if (!cue) {
-        this.#say('words.noLine');
-        return null;
-      }
-      this.#hold(cue);
+  // From the picked word on, round the ends of the line; null when none fits.
+  #placeAfter(words, step, fits) {
+    const outside = step > 0 ? -1 : words.length;
+    const from = this.#range ? (step > 0 ? this.#range.last : this.#range.first) : outside;
+    for (let i = 1; i <= words.length; i += 1) {
+      const place = (((from + step * i) % words.length) + words.length) % words.length;
+      if (fits(words[place])) return place;
     }
-    return this.#view.text.words;
+    return null;
+  }
+
+  #lastCue() {
+    const index = this.#lines.index('learned');
+    return index?.cues[index.lastStarted(this.#film.positionMs ?? 0)] ?? null;
   }
 
   #stretch(step) {
@@ -123,20 +136,18 @@ export class WordPicker {
     this.#open(true);
   }
 
-  #hold(cue = null) {
+  // cue: to be shown, where none is.
+  #begin(cue = null) {
     if (this.#range !== null) return; // as it is
-    const isPlaying = this.#film.playing && !this.#film.ended;
-    this.#wasPlaying = this.#hover.handOver() || isPlaying;
-    if (isPlaying) this.#film.setPlaying(false);
-    this.#lines.hold(cue ?? (this.#view.cues.length === 1 ? this.#view.cues[0] : null));
+    const wouldGoOn = this.#hover.handOver() || (this.#film.playing && !this.#film.ended);
+    this.#hold.take(wouldGoOn);
+    this.#seeks = this.#film.seeks;
+    this.#lines.hold(cue);
   }
 
   #mark(range) {
     this.#range = range;
-    for (const element of this.#view.element.querySelectorAll('.word')) {
-      const place = Number(element.dataset.word);
-      element.classList.toggle('picked', place >= range.first && place <= range.last);
-    }
+    this.#view.pick(range);
   }
 
   #open(byKey) {
@@ -148,19 +159,21 @@ export class WordPicker {
       start: words[first].start,
       end: words[last].end,
       isPhrase: last > first,
-      rectangle: this.#view.elementOf(first).getBoundingClientRect(),
-      around: this.#view.element.parentElement.getBoundingClientRect(),
+      rectangles: () => ({
+        word: this.#view.elementOf(first)?.getBoundingClientRect(),
+        lines: this.#view.element.parentElement.getBoundingClientRect(),
+      }),
       byKey,
     });
   }
 
-  #end(goesOn) {
+  #end() {
+    if (!this.#range) return;
     this.#range = null;
     this.#pressed = null;
-    for (const element of this.#view.element.querySelectorAll('.picked')) element.classList.remove('picked');
+    this.#view.pick(null);
     this.#card.close();
     this.#lines.release();
-    if (goesOn) this.#film.setPlaying(true);
   }
 }
 

@@ -1,21 +1,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-/** What the learner makes of one word that was met in one line: its status, its own meaning, whether it is kept. */
+/**
+ * What the learner makes of one word that was met in one line: its status, its own meaning, whether it is kept. What is
+ * asked of it is done one after the other, each by what the one before has left.
+ */
 export class WordRecord {
   #api;
   #filmWords;
   #sighting;
   #word = null; // as the service has it; null until it has answered
+  #last;
 
-  /** sighting: where it was met, as the service's Words/Save takes it, with its lemma. */
+  /** sighting: where it was met, as the service's Words/Save takes it, with its lemma. Asks the service at once. */
   constructor(api, filmWords, sighting) {
     this.#api = api;
     this.#filmWords = filmWords;
     this.#sighting = sighting;
+    this.#last = api.word(sighting.lemma).then((word) => { this.#word = word; });
   }
 
-  get lemma() {
-    return this.#sighting.lemma;
+  /** Settles when the service has told of the word; throws with a sentence. */
+  get loaded() {
+    return this.#last;
   }
 
   get status() {
@@ -27,30 +33,32 @@ export class WordRecord {
     return this.status !== null && this.#word.sightings.some(({ line }) => line === this.#sighting.line);
   }
 
-  async load() {
-    this.#word = await this.#api.word(this.lemma);
-  }
-
   /** What is learned is kept with its line; of what is known or of no interest the mark is enough. */
-  async grade(status) {
+  grade(status) {
     const isDone = status === 'known' || status === 'ignored';
-    await this.#change(isDone || this.isSaved
-      ? this.#api.changeWord(this.lemma, { status })
-      : this.#api.saveWord({ ...this.#sighting, status }));
+    return this.#change(() => (isDone || this.isSaved
+      ? this.#api.changeWord(this.#sighting.lemma, { status })
+      : this.#api.saveWord({ ...this.#sighting, status })));
   }
 
   /** Saves the word with its line, or forgets it when it is saved. */
-  async toggleSaved() {
-    await this.#change(this.isSaved ? this.#api.forgetWord(this.lemma) : this.#api.saveWord(this.#sighting));
+  toggleSaved() {
+    return this.#change(() => (this.isSaved
+      ? this.#api.forgetWord(this.#sighting.lemma)
+      : this.#api.saveWord(this.#sighting)));
   }
 
   /** gloss: what it means in the learner's own words; empty takes that away. */
-  async teach(gloss) {
-    await this.#change(this.#api.changeWord(this.lemma, { gloss }));
+  teach(gloss) {
+    return this.#change(() => this.#api.changeWord(this.#sighting.lemma, { gloss }));
   }
 
-  async #change(answer) {
-    this.#word = await answer;
-    this.#filmWords.marked(this.#word);
+  #change(ask) {
+    const done = this.#last.catch(() => {}).then(async () => {
+      this.#word = await ask();
+      this.#filmWords.marked(this.#word);
+    });
+    this.#last = done;
+    return done;
   }
 }
