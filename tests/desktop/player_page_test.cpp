@@ -65,7 +65,7 @@ class PlayerPage : public Learner {
             return;
         ASSERT_TRUE(waitInPage(
             ("String(document.getElementById('card-word').textContent === '" + wanted + "')").constData()))
-            << word;
+            << word << ", not " << inPage("document.getElementById('card-word').textContent").toStdString();
     }
     /// Opens a panel by its key and waits until it shows.
     void openPanel(const char *key, const char *id) const {
@@ -183,7 +183,7 @@ TEST_F(PlayerPage, TakesAPhraseByDraggingAndGoesOnOnlyIfItPlayedBefore) {
                                        .arg(to.x())
                                        .arg(to.y())
                                        .split(u' '));
-    ASSERT_NO_FATAL_FAILURE(waitForCard("look forward to"));
+    ASSERT_NO_FATAL_FAILURE(waitForCard("look forward"));
     press("e");
     EXPECT_TRUE(waitInPage("String(document.querySelector('#word-card .save').ariaPressed === 'true')"));
     press("e");
