@@ -107,11 +107,72 @@ test('of ten thousand words only the pages that are looked at are fetched, and e
 test('a word that is about to go leaves no gap, also where pages meet', async () => {
   const pages = new WordPages(wordSource(250).load, () => {}, 100);
   await pages.renew(0, 249);
-  pages.hide(99);
+  pages.hide('w99');
   assert.equal(pages.length, 249);
   assert.deepEqual([98, 99, 248].map((at) => pages.word(at).lemma), ['w98', 'w100', 'w249']);
-  pages.hide(null);
+  pages.show('w99');
   assert.deepEqual([99, 249].map((at) => pages.word(at).lemma), ['w99', 'w249']);
+});
+
+/** A list of words as the view takes them away: { removal, remove(lemma), shown(), answer(): the service's next DELETE }. */
+async function removableWords(...lemmas) {
+  let words = lemmas.map((lemma) => ({ lemma }));
+  const asked = [];
+  const pages = new WordPages(async () => ({ total: words.length, words: [...words] }), () => {});
+  const removal = new PendingRemoval(5000);
+  const remove = (lemma) => {
+    removal.begin({
+      carryOut: async () => {
+        const isDone = await new Promise((answer) => { asked.push(answer); });
+        if (isDone) {
+          words = words.filter((each) => each.lemma !== lemma);
+          pages.forget(lemma);
+        } else pages.show(lemma);
+        await pages.renew();
+      },
+      takenBack: () => pages.show(lemma),
+    });
+    pages.hide(lemma);
+  };
+  await pages.renew();
+  const shown = () => Array.from({ length: pages.length }, (_, at) => pages.word(at).lemma).join(' ');
+  const answer = async (isDone) => { asked.shift()(isDone); await settled(); };
+  return { pages, removal, remove, shown, answer, comesAnew: (lemma) => words.unshift({ lemma }) };
+}
+
+test('words taken away one after the other stay hidden, each until its own end', async (context) => {
+  const timers = new FakeTimers(context);
+  const { pages, removal, remove, shown, answer, comesAnew } = await removableWords('sea', 'rain', 'wind', 'snow', 'fog');
+  remove('rain');
+  remove('wind');
+  assert.equal(shown(), 'sea snow fog', 'while the first is under way');
+  await answer(true);
+  assert.equal(shown(), 'sea snow fog', 'after the renewal that the first has brought');
+  comesAnew('ice');
+  await pages.renew();
+  assert.equal(shown(), 'ice sea snow fog', 'wherever the word stands now');
+  removal.takeBack();
+  assert.equal(shown(), 'ice sea wind snow fog');
+  remove('snow');
+  timers.pass(5000);
+  await answer(false);
+  assert.equal(shown(), 'ice sea wind snow fog', 'what the service kept shows again');
+});
+
+test('a word that is gone does not come back with a reply from before', async () => {
+  const replies = [];
+  const pages = new WordPages(() => new Promise((settle) => { replies.push(settle); }), () => {});
+  const both = { total: 2, words: [{ lemma: 'sea' }, { lemma: 'rain' }] };
+  const early = pages.renew();
+  pages.hide('rain');
+  pages.forget('rain');
+  replies[0](both);
+  await early;
+  assert.deepEqual([pages.length, pages.word(0).lemma], [1, 'sea']);
+  const late = pages.renew(); // it was saved again meanwhile
+  replies[1](both);
+  await late;
+  assert.equal(pages.length, 2);
 });
 
 test('what comes late for an earlier filter is passed over, and a page that failed is asked for again', async () => {

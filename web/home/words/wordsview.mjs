@@ -43,7 +43,6 @@ export class WordsView {
   /** Anew from the service; the place in the list stays. */
   async refresh() {
     const { first, last } = this.#list.range;
-    await this.#tools.removal.carryOut();
     await this.#pages.renew(first, last);
   }
 
@@ -130,7 +129,6 @@ export class WordsView {
 
   async #search(changes) {
     this.#filter = { ...this.#filter, ...changes };
-    await this.#tools.removal.carryOut();
     this.#list.scrollToStart();
     await this.#pages.renew();
   }
@@ -167,35 +165,34 @@ export class WordsView {
   }
 
   #remove(word) {
-    const { toast, removal, trouble, changed } = this.#tools;
-    const at = this.#placeOf(word);
+    const { toast, removal } = this.#tools;
     removal.begin({
       key: `word ${word.lemma}`,
-      carryOut: async () => {
-        const { first, last } = this.#list.range;
-        await this.#api.forgetWord(word.lemma).catch(trouble);
-        await this.#pages.renew(first, last);
-        changed();
-      },
-      takenBack: () => this.#hide(null),
+      carryOut: () => this.#forget(word),
+      takenBack: () => this.#hideOrShow(() => this.#pages.show(word.lemma)),
       done: () => toast.hide(),
     });
     toast.show(t('words.removed', { word: word.lemma }), () => removal.takeBack());
-    this.#hide(this.#placeOf(word) ?? at);
+    this.#hideOrShow(() => this.#pages.hide(word.lemma));
   }
 
-  #hide(at) {
-    this.#pages.hide(at);
+  async #forget(word) {
+    try {
+      await this.#api.forgetWord(word.lemma);
+      this.#pages.forget(word.lemma);
+    } catch (error) {
+      this.#tools.trouble(error);
+      this.#hideOrShow(() => this.#pages.show(word.lemma));
+    }
+    const { first, last } = this.#list.range;
+    await this.#pages.renew(first, last);
+    this.#tools.changed();
+  }
+
+  #hideOrShow(change) {
+    change();
     this.#showCount();
     this.#list.draw();
-  }
-
-  #placeOf(word) {
-    const { first, last } = this.#list.range;
-    for (let at = Math.max(0, first - 8); at <= last + 8; at += 1) {
-      if (this.#pages.word(at)?.lemma === word.lemma) return at;
-    }
-    return null;
   }
 
   /** A promise that always keeps: the dictionary's first words for it, perhaps empty. */
