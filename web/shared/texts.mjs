@@ -14,15 +14,22 @@ const fromRightToLeft = new Set(['ar']);
 
 let texts = english;
 let language = 'en';
+let asked = 'en'; // what was asked for last
 let plurals = new Intl.PluralRules('en');
 let numbers = new Intl.NumberFormat('en');
 
-/** code: of the learner's language ("fra"), or one of the two-letter codes; English where the pages do not speak it. */
+/**
+ * code: of the learner's language ("fra"), or one of the two-letter codes; English where the pages do not speak it. Of
+ * several that are under way the last one holds.
+ */
 export async function speak(code) {
   const isSpoken = [...interfaceLanguages.values()].includes(code);
   const wanted = isSpoken ? code : interfaceLanguages.get(code) ?? 'en';
+  asked = wanted;
   if (wanted === language) return;
-  texts = wanted === 'en' ? english : (await import(`../texts/${wanted}.mjs`)).default;
+  const found = wanted === 'en' ? english : (await import(`../texts/${wanted}.mjs`)).default;
+  if (asked !== wanted) return;
+  texts = found;
   language = wanted;
   plurals = new Intl.PluralRules(wanted);
   numbers = new Intl.NumberFormat(numberLocale());

@@ -28,7 +28,7 @@ export class WordsView {
   #wasLoaded = false;
 
   /**
-   * tools: { toast, removal, play(soundUrl), learnerTag(), find(text), lists(), say(text), trouble(error), changed()
+   * tools: { toast, removal, play(soundUrl), learnerTag(), find(text), lists(), say(text), trouble(error, source), changed()
    * after a change of a word }.
    */
   constructor(document, api, tools) {
@@ -134,7 +134,7 @@ export class WordsView {
   }
 
   #pagesChanged(error) {
-    if (error) this.#tools.trouble(error);
+    this.#tools.trouble(error, 'words');
     this.#wasLoaded ||= !error;
     this.#showCount();
     this.#list.draw();
