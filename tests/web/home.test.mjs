@@ -3,6 +3,7 @@ import assert from 'node:assert/strict';
 import { test } from 'node:test';
 
 import { digitOf } from '../../web/home/digit.mjs';
+import { titleTexts } from '../../web/home/films/filmcard.mjs';
 import { filmProgress } from '../../web/home/films/filmprogress.mjs';
 import { filmTitle } from '../../web/home/films/filmtitle.mjs';
 import { levelText } from '../../web/home/frame/levelmeter.mjs';
@@ -45,6 +46,18 @@ test('an episode has its series, its numbers and its name', () => {
   assert.deepEqual(tide, ['Harbour Lights', 1998, 1, 7, 'Low Tide']);
   assert.deepEqual(parts('Harbour.Lights.s01e10e11.mkv'), ['Harbour Lights', null, 1, 10, '']);
   assert.deepEqual(parts('Flat 16x90 Screen.mkv').slice(2, 4), [16, 90], 'what looks like an episode is one');
+});
+
+test('a film without a name has a text, and a very long name takes no longer than a short one', () => {
+  assert.deepEqual(titleTexts(''), { title: 'Film without a name', detail: '' });
+  assert.equal(filmTitle('....mkv').title, '....mkv');
+  assert.equal(filmTitle(`${'a'.repeat(254)}😀 b.mkv`).title.length, 254, 'no half of a letter');
+  const began = performance.now();
+  for (const piece of [' ', '.', '(', ' web ', ' s1', '[', ' \naac', '-_', '2001 ', '.1a']) {
+    filmTitle(`x${piece.repeat(100_000)}y`);
+    filmTitle(`x${piece.repeat(50)}y`.repeat(2000));
+  }
+  assert.ok(performance.now() - began < 1000);
 });
 
 test('the way through a film never exceeds it, and its last minute counts as one', () => {
