@@ -100,6 +100,15 @@ export function endPart(document, { hasWords, gradedCount, waitMs }, undo) {
   return end;
 }
 
+/** When nobody knows what is due. */
+export function problemPart(document, problem, tryAgain, ...undo) {
+  return create(document, 'div', { className: 'end' },
+    create(document, 'h3', { textContent: t('review.noAnswer') }),
+    create(document, 'p', { className: 'quiet', textContent: problem }),
+    create(document, 'div', { className: 'buttons' },
+      button(document, { className: 'main' }, tryAgain, t('home.tryAgain')), ...undo));
+}
+
 // A calm sea with the sun above it.
 function sea(document) {
   const svg = document.createElementNS(svgName, 'svg');

@@ -6,7 +6,7 @@ import { digitOf } from '../digit.mjs';
 import { placeOfWord } from '../marking.mjs';
 import { grades, intervalsOf, outcomeText } from './intervals.mjs';
 import { meaningOf } from './meaning.mjs';
-import { backParts, endPart, frontPart, gradePart, sittingPart, turnPart, undoButton } from './reviewparts.mjs';
+import { backParts, endPart, frontPart, gradePart, problemPart, sittingPart, turnPart, undoButton } from './reviewparts.mjs';
 import { ReviewSession } from './reviewsession.mjs';
 
 const dueMarginMs = 1000;
@@ -39,8 +39,9 @@ export class ReviewView {
       this.#hasWords = Boolean(this.#session.card) || (await this.#api.words({ count: 1 })).total > 0;
       this.#tools.counted(this.#session.dueCount);
       this.#renewInTime();
+      this.#tools.trouble(null, 'review');
     } catch (error) {
-      this.#tools.trouble(error);
+      this.#tools.trouble(error, 'review');
     }
     this.render();
   }
@@ -103,16 +104,22 @@ export class ReviewView {
   async #grade(grade) {
     const { lemma, status } = this.#session.card;
     const outcome = outcomeText(intervalsOf(status)[grade]);
-    await this.#change(() => this.#session.grade(grade), t('review.graded', { word: lemma, outcome }));
+    await this.#change(this.#session.grade(grade), t('review.graded', { word: lemma, outcome }));
   }
 
   #undo() {
-    return this.#change(() => this.#session.undo(), t('review.undone'));
+    return this.#change(this.#session.undo(), t('review.undone'));
   }
 
-  async #change(work, said) {
+  async #tryAgain() {
+    await this.refresh();
+    if (this.#document.activeElement === this.#document.body) this.focus();
+    this.#tools.say(this.#question());
+  }
+
+  async #change(step, said) {
     try {
-      await work();
+      if (!await step) return;
     } catch (error) {
       this.#tools.trouble(error);
       this.render();
@@ -129,7 +136,8 @@ export class ReviewView {
   /** What the front says, for who does not see it. */
   #question() {
     const { card } = this.#session;
-    return card ? card.sighting?.line ?? card.lemma : t('review.done');
+    if (card) return card.sighting?.line ?? card.lemma;
+    return this.#session.problem || t('review.done');
   }
 
   #playLine() {
@@ -147,7 +155,7 @@ export class ReviewView {
   }
 
   #parts() {
-    const { card, isLoaded, isTurned, gradedCount, total, canUndo, nextDueAtMs } = this.#session;
+    const { card, isLoaded, problem, isTurned, gradedCount, total, canUndo, nextDueAtMs } = this.#session;
     const undo = canUndo ? [undoButton(this.#document, () => this.#undo())] : [];
     if (card) {
       return [
@@ -156,6 +164,7 @@ export class ReviewView {
           : turnPart(this.#document, () => this.#turn()),
       ];
     }
+    if (problem) return [problemPart(this.#document, problem, () => this.#tryAgain(), ...undo)];
     if (!isLoaded) return [];
     const waitMs = nextDueAtMs === null ? null : nextDueAtMs - Date.now();
     return [endPart(this.#document, { hasWords: this.#hasWords, gradedCount, waitMs }, ...undo)];
