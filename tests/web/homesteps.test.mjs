@@ -2,6 +2,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 
+import { Answers } from '../../web/home/answers.mjs';
 import { Trouble } from '../../web/home/frame/trouble.mjs';
 import { LastWish } from '../../web/home/lastwish.mjs';
 import { FakeTimers } from './faketimers.mjs';
@@ -58,4 +59,19 @@ test('what comes right takes only its own error away, and all go with time', (co
   assert.equal(line.textContent, 'No films.');
   timers.pass(12_000);
   assert.equal(line.textContent, '');
+});
+
+test('an answer is asked for once, and a failure again', async () => {
+  const answers = new Answers();
+  let asked = 0;
+  const ask = async () => {
+    asked += 1;
+    if (asked === 1) throw new Error('not now');
+    return asked;
+  };
+  await assert.rejects(answers.of('sea', ask), /not now/);
+  assert.equal(answers.has('sea'), false);
+  assert.deepEqual(await Promise.all([answers.of('sea', ask), answers.of('sea', ask)]), [2, 2]);
+  answers.clear();
+  assert.equal(await answers.of('sea', ask), 3);
 });

@@ -2,6 +2,7 @@
 
 import { button, create } from '../../shared/elements.mjs';
 import { t } from '../../shared/texts.mjs';
+import { Answers } from '../answers.mjs';
 import { placeOfWord } from '../marking.mjs';
 import { meaningOf } from '../review/meaning.mjs';
 import { RowList } from './rowlist.mjs';
@@ -24,7 +25,7 @@ export class WordsView {
   #list;
   #parts = {};
   #timer = null;
-  #meanings = new Map(); // lemma -> promise of a text
+  #meanings = new Answers();
   #wasLoaded = false;
 
   /**
@@ -66,7 +67,9 @@ export class WordsView {
   #build() {
     const make = (...rest) => create(this.#document, ...rest);
     const parts = this.#parts;
-    parts.text = make('input', { type: 'search', className: 'field', autocomplete: 'off', spellcheck: false });
+    parts.text = make('input', {
+      type: 'search', className: 'field', maxLength: 200, autocomplete: 'off', spellcheck: false,
+    });
     parts.status = make('select', { className: 'field' });
     parts.order = make('select', { className: 'field' });
     parts.lists = button(this.#document, { className: 'plain', ariaHasPopup: 'dialog' }, () => this.#tools.lists());
@@ -106,6 +109,7 @@ export class WordsView {
     return {
       get length() { return pages.length; },
       item: (at) => pages.word(at),
+      keyOf: ({ lemma }) => lemma,
       need: (first, last) => pages.need(first, last),
       row: (word) => wordRow(this.#document, word, actions),
     };
@@ -160,6 +164,7 @@ export class WordsView {
     } catch (error) {
       this.#tools.trouble(error);
       this.#pages.replace({ ...word });
+      this.#list.remake(word);
     }
     this.#list.draw();
   }
@@ -203,12 +208,9 @@ export class WordsView {
       while (isWanted() && this.#list.isMoving);
       if (!isWanted()) return '';
     }
-    if (!this.#meanings.has(lemma)) {
-      const place = sighting && placeOfWord(sighting.line, sighting.form);
-      const looked = place ? this.#api.lookUp(sighting.line, place.start) : this.#api.lookUp(lemma, 0);
-      const told = looked.then((lookup) => meaningOf(lookup, lemma).translations.slice(0, mostMeanings).join(', '));
-      this.#meanings.set(lemma, told.catch(() => ''));
-    }
-    return this.#meanings.get(lemma);
+    const place = sighting && placeOfWord(sighting.line, sighting.form);
+    const ask = () => (place ? this.#api.lookUp(sighting.line, place.start) : this.#api.lookUp(lemma, 0));
+    const told = this.#meanings.of(lemma, ask);
+    return told.then((lookup) => meaningOf(lookup, lemma).translations.slice(0, mostMeanings).join(', '), () => '');
   }
 }
