@@ -3,6 +3,7 @@ import assert from 'node:assert/strict';
 import { test } from 'node:test';
 
 import { digitOf } from '../../web/home/digit.mjs';
+import { titleTexts } from '../../web/home/films/filmcard.mjs';
 import { filmProgress } from '../../web/home/films/filmprogress.mjs';
 import { filmTitle } from '../../web/home/films/filmtitle.mjs';
 import { levelText } from '../../web/home/frame/levelmeter.mjs';
@@ -45,6 +46,18 @@ test('an episode has its series, its numbers and its name', () => {
   assert.deepEqual(tide, ['Harbour Lights', 1998, 1, 7, 'Low Tide']);
   assert.deepEqual(parts('Harbour.Lights.s01e10e11.mkv'), ['Harbour Lights', null, 1, 10, '']);
   assert.deepEqual(parts('Flat 16x90 Screen.mkv').slice(2, 4), [16, 90], 'what looks like an episode is one');
+});
+
+test('a film without a name has a text, and a very long name takes no longer than a short one', () => {
+  assert.deepEqual(titleTexts(''), { title: 'Film without a name', detail: '' });
+  assert.equal(filmTitle('....mkv').title, '....mkv');
+  assert.equal(filmTitle(`${'a'.repeat(254)}😀 b.mkv`).title.length, 254, 'no half of a letter');
+  const began = performance.now();
+  for (const piece of [' ', '.', '(', ' web ', ' s1', '[', ' \naac', '-_', '2001 ', '.1a']) {
+    filmTitle(`x${piece.repeat(100_000)}y`);
+    filmTitle(`x${piece.repeat(50)}y`.repeat(2000));
+  }
+  assert.ok(performance.now() - began < 1000);
 });
 
 test('the way through a film never exceeds it, and its last minute counts as one', () => {
@@ -107,11 +120,72 @@ test('of ten thousand words only the pages that are looked at are fetched, and e
 test('a word that is about to go leaves no gap, also where pages meet', async () => {
   const pages = new WordPages(wordSource(250).load, () => {}, 100);
   await pages.renew(0, 249);
-  pages.hide(99);
+  pages.hide('w99');
   assert.equal(pages.length, 249);
   assert.deepEqual([98, 99, 248].map((at) => pages.word(at).lemma), ['w98', 'w100', 'w249']);
-  pages.hide(null);
+  pages.show('w99');
   assert.deepEqual([99, 249].map((at) => pages.word(at).lemma), ['w99', 'w249']);
+});
+
+/** A list of words as the view takes them away: { removal, remove(lemma), shown(), answer(): the service's next DELETE }. */
+async function removableWords(...lemmas) {
+  let words = lemmas.map((lemma) => ({ lemma }));
+  const asked = [];
+  const pages = new WordPages(async () => ({ total: words.length, words: [...words] }), () => {});
+  const removal = new PendingRemoval(5000);
+  const remove = (lemma) => {
+    removal.begin({
+      carryOut: async () => {
+        const isDone = await new Promise((answer) => { asked.push(answer); });
+        if (isDone) {
+          words = words.filter((each) => each.lemma !== lemma);
+          pages.forget(lemma);
+        } else pages.show(lemma);
+        await pages.renew();
+      },
+      takenBack: () => pages.show(lemma),
+    });
+    pages.hide(lemma);
+  };
+  await pages.renew();
+  const shown = () => Array.from({ length: pages.length }, (_, at) => pages.word(at).lemma).join(' ');
+  const answer = async (isDone) => { asked.shift()(isDone); await settled(); };
+  return { pages, removal, remove, shown, answer, comesAnew: (lemma) => words.unshift({ lemma }) };
+}
+
+test('words taken away one after the other stay hidden, each until its own end', async (context) => {
+  const timers = new FakeTimers(context);
+  const { pages, removal, remove, shown, answer, comesAnew } = await removableWords('sea', 'rain', 'wind', 'snow', 'fog');
+  remove('rain');
+  remove('wind');
+  assert.equal(shown(), 'sea snow fog', 'while the first is under way');
+  await answer(true);
+  assert.equal(shown(), 'sea snow fog', 'after the renewal that the first has brought');
+  comesAnew('ice');
+  await pages.renew();
+  assert.equal(shown(), 'ice sea snow fog', 'wherever the word stands now');
+  removal.takeBack();
+  assert.equal(shown(), 'ice sea wind snow fog');
+  remove('snow');
+  timers.pass(5000);
+  await answer(false);
+  assert.equal(shown(), 'ice sea wind snow fog', 'what the service kept shows again');
+});
+
+test('a word that is gone does not come back with a reply from before', async () => {
+  const replies = [];
+  const pages = new WordPages(() => new Promise((settle) => { replies.push(settle); }), () => {});
+  const both = { total: 2, words: [{ lemma: 'sea' }, { lemma: 'rain' }] };
+  const early = pages.renew();
+  pages.hide('rain');
+  pages.forget('rain');
+  replies[0](both);
+  await early;
+  assert.deepEqual([pages.length, pages.word(0).lemma], [1, 'sea']);
+  const late = pages.renew(); // it was saved again meanwhile
+  replies[1](both);
+  await late;
+  assert.equal(pages.length, 2);
 });
 
 test('what comes late for an earlier filter is passed over, and a page that failed is asked for again', async () => {

@@ -83,10 +83,10 @@ test('a sitting goes from card to card to its end, and tells when the next word 
 
 test('a card is graded only once it is turned, and once by two presses', async () => {
   const { service, session } = await begun('sea', 'rain');
-  await session.grade('good');
+  assert.equal(await session.grade('good'), false);
   assert.deepEqual(service.graded, []);
   session.turn();
-  await Promise.all([session.grade('good'), session.grade('good')]);
+  assert.deepEqual(await Promise.all([session.grade('good'), session.grade('good')]), [true, false]);
   assert.deepEqual(service.graded, [['sea', 'good']]);
 });
 
@@ -141,4 +141,71 @@ test('new words that come due do not take the turned card away', async () => {
   await service.gradeWord('sea', 'good'); // in a film, meanwhile
   await session.load();
   assert.deepEqual([session.card.lemma, session.isTurned], ['wind', false]);
+});
+
+/** The service's replies to Review come when the test lets them. */
+function held(service) {
+  const waiting = [];
+  const review = service.review.bind(service);
+  service.review = async (count) => {
+    const reply = await review(count);
+    const error = await new Promise((go) => { waiting.push(go); });
+    if (error) throw error;
+    return reply;
+  };
+  return { letGo: async (error) => { waiting.shift()(error); await settled(); }, waiting };
+}
+
+const settled = () => new Promise((go) => { setImmediate(go); });
+
+test('a reply from before a grade or an undo does not bring its card back', async () => {
+  const { service, session } = await begun('sea', 'rain', 'wind');
+  const { letGo } = held(service);
+  const loaded = session.load();
+  await settled();
+  session.turn();
+  await session.grade('good');
+  await letGo();
+  await letGo(); // it has asked again
+  await loaded;
+  assert.deepEqual([session.card.lemma, session.dueCount, session.total], ['rain', 2, 3]);
+  const again = session.load();
+  await settled();
+  await session.undo();
+  await letGo();
+  await letGo();
+  await again;
+  assert.deepEqual([session.card.lemma, session.dueCount], ['sea', 3]);
+});
+
+test('of two loads the later one counts, in whatever order they come', async () => {
+  const { service, session } = await begun('sea');
+  const { letGo, waiting } = held(service);
+  const early = session.load();
+  await settled();
+  service.add('rain');
+  const late = session.load();
+  await settled();
+  waiting.reverse();
+  await letGo();
+  await letGo();
+  await Promise.all([early, late]);
+  assert.deepEqual([session.card.lemma, session.dueCount], ['sea', 2]);
+});
+
+test('when the next cards do not come there is no end but a problem, and the sitting goes on later', async () => {
+  const { service, session } = await begun('sea');
+  session.turn();
+  const { letGo } = held(service);
+  const graded = session.grade('good');
+  await settled();
+  await letGo(new Error('It is gone.'));
+  assert.equal(await graded, true, 'the grade itself was taken');
+  assert.deepEqual([session.isLoaded, session.problem, session.card], [false, 'It is gone.', null]);
+  service.add('rain');
+  const loaded = session.load();
+  await settled();
+  await letGo();
+  await loaded;
+  assert.deepEqual([session.problem, session.card.lemma, session.gradedCount, session.total], ['', 'rain', 1, 2]);
 });

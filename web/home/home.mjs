@@ -13,7 +13,9 @@ import { watchForFilms } from './filmwatch.mjs';
 import { LanguagePicker } from './frame/languagepicker.mjs';
 import { LevelMeter } from './frame/levelmeter.mjs';
 import { Toast } from './frame/toast.mjs';
+import { Trouble } from './frame/trouble.mjs';
 import { Views } from './frame/views.mjs';
+import { LastWish } from './lastwish.mjs';
 import { PendingRemoval } from './removal.mjs';
 import { ReviewView } from './review/reviewview.mjs';
 import { SearchView } from './search/searchview.mjs';
@@ -23,7 +25,6 @@ import { ListsPanel } from './words/listspanel.mjs';
 import { WordsView } from './words/wordsview.mjs';
 
 const { $ } = globalThis;
-const troubleMs = 12_000;
 const element = (id) => document.getElementById(id);
 const api = ServiceApi.ofPage(document);
 const bridge = new PlayerBridge(hiddenFrameNavigation(document), $(window));
@@ -33,18 +34,23 @@ const sayReady = () => bridge.execute('EnableDraggableHomeScreen');
 let learner = { nativeLanguage: '', startLevel: '' };
 let shownLanguage = '';
 let shownInterface = '';
-let wantedLanguage = '';
 let languages = [];
 let dueCount = 0;
+let hasPreferences = false;
+let refreshCount = 0;
 
 const toast = new Toast(document);
 const removal = new PendingRemoval();
+const trouble = new Trouble(element('trouble'));
+const languageWish = new LastWish((code) => api.changeSettings({ nativeLanguage: code }));
+const levelWish = new LastWish((startLevel) => api.changeSettings({ startLevel }));
 const tools = {
   toast,
   removal,
   play: (soundUrl) => bridge.execute('PlayAudio', { audioUrl: encodeURIComponent(soundUrl) }),
   say: (text) => { element('said').textContent = text; },
-  trouble: showTrouble,
+  /** source: what error is of; with null it has come right. */
+  trouble: (error, source = 'step') => trouble.tell(source, error),
   /** The two-letter code of the learner's language. */
   learnerTag: () => languages.find(({ code }) => code === shownLanguage)?.languageTag ?? '',
 };
@@ -73,15 +79,6 @@ const tour = new Tour(document, {
 const help = new Help(document, () => tour.begin());
 new DropField(document);
 
-let troubleTimer = null;
-
-/** With null what showed goes. */
-function showTrouble(error) {
-  clearTimeout(troubleTimer);
-  element('trouble').textContent = error?.message ?? '';
-  troubleTimer = setTimeout(() => { element('trouble').textContent = ''; }, troubleMs);
-}
-
 function showTitle() {
   element('view-title').textContent = t(tour.isOpen ? 'tour.title' : `home.${views.current}`);
 }
@@ -93,7 +90,8 @@ function viewChanged(name) {
 }
 
 function tourEnded() {
-  preferences.change('tour', { seen: true });
+  // What could not be read is not written over either.
+  if (hasPreferences) preferences.change('tour', { seen: true });
   showTitle();
   views.focusTab();
 }
@@ -106,40 +104,76 @@ function showDue(count) {
   element('due-said').textContent = count > 0 ? `${number(count)} ${t('films.wordsDue', { count })}` : '';
 }
 
-async function attempt(work) {
+async function attempt(source, work) {
   try {
     await work();
-    tools.trouble(null);
+    trouble.tell(source, null);
   } catch (error) {
-    tools.trouble(error);
+    trouble.tell(source, error);
   }
 }
 
-async function setLanguage(code) {
-  wantedLanguage = code;
-  preferences.change('interface', { follows: true, language: '' });
-  await attempt(() => api.changeSettings({ nativeLanguage: code }));
-  // With arrow keys one comes by many: what shows is not set back to an earlier one.
-  if (wantedLanguage === code) await attempt(refreshLearner);
-}
-
-function setStartLevel(startLevel) {
-  return attempt(async () => {
-    await api.changeSettings({ startLevel });
+function setLanguage(code) {
+  return attempt('language', async () => {
+    try {
+      if (!await languageWish.want(code)) return; // another one was chosen meanwhile
+    } catch (error) {
+      // The player reads the language there.
+      if (shownLanguage) picker.select(shownLanguage);
+      throw error;
+    }
+    preferences.change('interface', { follows: true, language: '' });
     await refreshLearner();
   });
 }
 
-async function refreshLearner() {
-  [learner] = await Promise.all([api.settings(), preferences.load()]);
-  const spoken = languageFor(preferences.get('interface'), learner.nativeLanguage, navigator.language);
-  if (shownLanguage !== learner.nativeLanguage || shownInterface !== spoken) await showLanguage(learner.nativeLanguage, spoken);
-  meter.show(await api.level(), learner.startLevel);
-  tour.render();
+function setStartLevel(startLevel) {
+  return attempt('level', async () => {
+    try {
+      if (!await levelWish.want(startLevel)) return;
+    } catch (error) {
+      meter.render(); // as it was
+      tour.render();
+      throw error;
+    }
+    await refreshLearner();
+  });
 }
 
-async function showLanguage(code, spoken) {
+/** What a wish is about that is under way is left alone: it asks again by itself. */
+async function refreshLearner() {
+  refreshCount += 1;
+  const mine = refreshCount;
+  const read = attempt('preferences', async () => {
+    await preferences.load();
+    hasPreferences = true;
+  });
+  const [reply] = await Promise.all([api.settings(), read, attempt('languages', offerLanguages)]);
+  if (mine !== refreshCount) return;
+  if (!languageWish.isUnderWay) await showLearnersLanguage(reply.nativeLanguage, () => mine !== refreshCount);
+  if (mine !== refreshCount) return;
+  if (!levelWish.isUnderWay) learner = reply;
+  tour.render();
+  const level = await api.level();
+  if (mine !== refreshCount || levelWish.isUnderWay) return;
+  meter.show(level, learner.startLevel);
+}
+
+async function showLearnersLanguage(code, isLate) {
+  const spoken = languageFor(preferences.get('interface'), code, navigator.language);
+  if (shownLanguage === code && shownInterface === spoken) return;
   await speak(spoken);
+  if (!isLate() && !languageWish.isUnderWay) showLanguage(code, spoken);
+}
+
+async function offerLanguages() {
+  if (languages.length > 0) return;
+  languages = await api.languages();
+  picker.offer(languages);
+  shownInterface = ''; // the chosen one's name is known only now
+}
+
+function showLanguage(code, spoken) {
   shownInterface = spoken;
   shownLanguage = code;
   translate(document);
@@ -152,6 +186,7 @@ async function showLanguage(code, spoken) {
 /** What the interface says, in its language of this moment. */
 function renderAll() {
   picker.render();
+  meter.render();
   showTitle();
   showDue(dueCount);
   for (const view of Object.values(byName)) view.render();
@@ -159,14 +194,20 @@ function renderAll() {
 }
 
 function refreshCounts() {
-  return attempt(async () => {
+  return attempt('counts', async () => {
     await Promise.all([review.refresh(), api.level().then((level) => meter.show(level, learner.startLevel))]);
   });
 }
 
 /** Everything anew, while the learner stays where they are. */
 function refreshAll() {
-  return Promise.all([attempt(refreshLearner), films.refresh(), review.refresh(), words.refresh(), search.refresh()]);
+  const views = [films.refresh(), review.refresh(), words.refresh(), search.refresh()];
+  return Promise.all([attempt('learner', refreshLearner).then(offerTour), ...views]);
+}
+
+/** Once, to a learner of whom it is known that they have not seen it. */
+function offerTour() {
+  if (hasPreferences && !preferences.get('tour').seen && !tour.isOpen) tour.begin();
 }
 
 /** Keys of the whole page; those of a field, a list or an open sheet are theirs. */
@@ -203,14 +244,9 @@ function toView(name, event) {
 }
 
 async function start() {
-  await attempt(async () => {
-    languages = await api.languages();
-    picker.offer(languages);
-  });
-  await attempt(refreshLearner);
-  // A film that waits is what the learner has come for: the tour can wait.
-  const waiting = await api.pendingFilms().catch(() => 0);
-  if (!preferences.get('tour').seen && waiting === 0) tour.begin();
+  await attempt('learner', refreshLearner);
+  // A film that waits is what the learner has come for: the tour can wait until they come back from it.
+  if (await api.pendingFilms().catch(() => 0) === 0) offerTour();
   films.refresh();
   review.refresh();
   words.refresh();

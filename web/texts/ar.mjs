@@ -263,6 +263,7 @@ export default {
   'home.undo': 'تراجع',
   'home.undoKey': 'تراجع (U)',
   'home.close': 'إغلاق',
+  'home.tryAgain': 'المحاولة مجددًا',
   'level.title': 'المستوى {level}',
   'level.onTheWay': 'المستوى {level}، {percent}٪ من الطريق إلى {next}، {words}',
   'level.there': 'المستوى {level}، {words}',
@@ -291,6 +292,7 @@ export default {
   'films.orOpen': 'أو بالاختيار من File › Open',
   'films.continue': 'متابعة المشاهدة',
   'films.more': 'مزيد من الأفلام',
+  'films.noName': 'فيلم بلا اسم',
   'films.episode': 'م{season} ح{episode}',
   'films.watched': 'تمت مشاهدته',
   'films.minutesLeft': {
@@ -343,6 +345,7 @@ export default {
   'review.graded': '{word}: {outcome}.',
   'review.undone': 'تم التراجع.',
   'review.done': 'انتهت مراجعة اليوم.',
+  'review.noAnswer': 'تعذّر تحميل الكلمات التالية.',
   'review.next': 'الوقت حتى الكلمة التالية: {time}.',
   'review.count': {
     zero: 'لم تُراجَع أي كلمة',

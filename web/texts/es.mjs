@@ -233,6 +233,7 @@ export default {
   'home.undo': 'Deshacer',
   'home.undoKey': 'Deshacer (U)',
   'home.close': 'Cerrar',
+  'home.tryAgain': 'Intentar de nuevo',
   'level.title': 'Nivel {level}',
   'level.onTheWay': 'Nivel {level}, {percent} % del camino a {next}, {words}',
   'level.there': 'Nivel {level}, {words}',
@@ -258,6 +259,7 @@ export default {
   'films.orOpen': 'o elige una con File › Open',
   'films.continue': 'Seguir viendo',
   'films.more': 'Más películas',
+  'films.noName': 'Película sin nombre',
   'films.episode': 'T{season} E{episode}',
   'films.watched': 'Vista',
   'films.minutesLeft': { one: 'queda {count} min', many: 'quedan {count} min', other: 'quedan {count} min' },
@@ -295,6 +297,7 @@ export default {
   'review.graded': '{word}: {outcome}.',
   'review.undone': 'Deshecho.',
   'review.done': 'Listo por hoy.',
+  'review.noAnswer': 'No se pudieron cargar tus próximas palabras.',
   'review.next': 'Próxima palabra en {time}.',
   'review.count': {
     one: '{count} palabra repasada',

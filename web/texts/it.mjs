@@ -233,6 +233,7 @@ export default {
   'home.undo': 'Annulla',
   'home.undoKey': 'Annulla (U)',
   'home.close': 'Chiudi',
+  'home.tryAgain': 'Riprova',
   'level.title': 'Livello {level}',
   'level.onTheWay': 'Livello {level}, {percent}% del percorso verso {next}, {words}',
   'level.there': 'Livello {level}, {words}',
@@ -254,6 +255,7 @@ export default {
   'films.orOpen': 'oppure scegline uno con File › Open',
   'films.continue': 'Continua a guardare',
   'films.more': 'Altri film',
+  'films.noName': 'Film senza nome',
   'films.episode': 'S{season} E{episode}',
   'films.watched': 'Visto',
   'films.minutesLeft': { one: 'resta {count} min', many: 'restano {count} min', other: 'restano {count} min' },
@@ -287,6 +289,7 @@ export default {
   'review.graded': '{word}: {outcome}.',
   'review.undone': 'Annullato.',
   'review.done': 'Per oggi è tutto.',
+  'review.noAnswer': 'Non è stato possibile caricare le prossime parole.',
   'review.next': 'Prossima parola fra {time}.',
   'review.count': {
     one: '{count} parola ripassata',

@@ -236,6 +236,7 @@ export default {
   'home.undo': 'Cofnij',
   'home.undoKey': 'Cofnij (U)',
   'home.close': 'Zamknij',
+  'home.tryAgain': 'Spróbuj ponownie',
   'level.title': 'Poziom {level}',
   'level.onTheWay': 'Poziom {level}, {percent}% drogi do {next}, {words}',
   'level.there': 'Poziom {level}, {words}',
@@ -262,6 +263,7 @@ export default {
   'films.orOpen': 'lub wybierz go przez File › Open',
   'films.continue': 'Oglądaj dalej',
   'films.more': 'Więcej filmów',
+  'films.noName': 'Film bez nazwy',
   'films.episode': 'S{season} E{episode}',
   'films.watched': 'Obejrzany',
   'films.minutesLeft': {
@@ -309,6 +311,7 @@ export default {
   'review.graded': '{word}: {outcome}.',
   'review.undone': 'Cofnięto.',
   'review.done': 'Na dziś to wszystko.',
+  'review.noAnswer': 'Nie udało się wczytać kolejnych słów.',
   'review.next': 'Czas do następnego słowa: {time}.',
   'review.count': {
     one: 'Powtórzono {count} słowo',

@@ -233,6 +233,7 @@ export default {
   'home.undo': 'Desfazer',
   'home.undoKey': 'Desfazer (U)',
   'home.close': 'Fechar',
+  'home.tryAgain': 'Tentar de novo',
   'level.title': 'Nível {level}',
   'level.onTheWay': 'Nível {level}, {percent}% do caminho até {next}, {words}',
   'level.there': 'Nível {level}, {words}',
@@ -258,6 +259,7 @@ export default {
   'films.orOpen': 'ou escolha um em File › Open',
   'films.continue': 'Continuar assistindo',
   'films.more': 'Mais filmes',
+  'films.noName': 'Filme sem nome',
   'films.episode': 'T{season} E{episode}',
   'films.watched': 'Assistido',
   'films.minutesLeft': { one: 'falta {count} min', many: 'faltam {count} min', other: 'faltam {count} min' },
@@ -291,6 +293,7 @@ export default {
   'review.graded': '{word}: {outcome}.',
   'review.undone': 'Desfeito.',
   'review.done': 'Pronto por hoje.',
+  'review.noAnswer': 'Não foi possível carregar as próximas palavras.',
   'review.next': 'Próxima palavra em {time}.',
   'review.count': {
     one: '{count} palavra revisada',

@@ -236,6 +236,7 @@ export default {
   'home.undo': 'Отменить',
   'home.undoKey': 'Отменить (U)',
   'home.close': 'Закрыть',
+  'home.tryAgain': 'Попробовать ещё раз',
   'level.title': 'Уровень {level}',
   'level.onTheWay': 'Уровень {level}, {percent} % пути к {next}, {words}',
   'level.there': 'Уровень {level}, {words}',
@@ -262,6 +263,7 @@ export default {
   'films.orOpen': 'или выберите его через File › Open',
   'films.continue': 'Смотреть дальше',
   'films.more': 'Другие фильмы',
+  'films.noName': 'Фильм без названия',
   'films.episode': 'S{season} E{episode}',
   'films.watched': 'Просмотрен',
   'films.minutesLeft': {
@@ -310,6 +312,7 @@ export default {
   'review.graded': '{word}: {outcome}.',
   'review.undone': 'Отменено.',
   'review.done': 'На сегодня всё.',
+  'review.noAnswer': 'Не удалось загрузить следующие слова.',
   'review.next': 'До следующего слова: {time}.',
   'review.count': {
     one: 'Повторено {count} слово',

@@ -8,7 +8,8 @@ import { filmTitle } from './filmtitle.mjs';
 
 /** A film's title, and its year, season and episode as a quieter text, perhaps empty. */
 export function titleTexts(fileName) {
-  const { title, year, season, episode, name } = filmTitle(fileName);
+  const { title: found, year, season, episode, name } = filmTitle(fileName);
+  const title = found || t('films.noName');
   const parts = [season === null ? '' : t('films.episode', { season, episode }), name, year ?? ''];
   return { title, detail: parts.filter((part) => part !== '').join(' · ') };
 }

@@ -16,7 +16,7 @@ export class FilmsView {
   #generation = 0;
   #isAnswered = false;
 
-  /** tools: { toast, removal, opened() once a film waits for the page's word, trouble(error) }. */
+  /** tools: { toast, removal, opened() once a film waits for the page's word, trouble(error, source) }. */
   constructor(document, api, tools) {
     this.#document = document;
     this.#api = api;
@@ -41,8 +41,9 @@ export class FilmsView {
       } while (films.length < Math.min(total, this.#wanted));
       this.#films = films;
       this.#total = total;
+      this.#tools.trouble(null, 'films');
     } catch (error) {
-      this.#tools.trouble(error); // what shows stays
+      this.#tools.trouble(error, 'films'); // what shows stays
     }
     this.#isAnswered = true;
     this.render();
@@ -97,7 +98,7 @@ export class FilmsView {
       key: `film ${film.videoId}`,
       carryOut: async () => {
         this.#films = this.#films.filter((each) => each.videoId !== film.videoId);
-        await this.#api.forgetFilm(film.videoId).catch(trouble);
+        await this.#api.forgetFilm(film.videoId).catch((error) => trouble(error));
         await this.refresh();
       },
       takenBack: () => this.render(),

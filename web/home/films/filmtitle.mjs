@@ -4,7 +4,7 @@
 
 const firstYear = 1900;
 const lastYear = 2039;
-const extension = /\.(?=[a-z\d]*[a-z])[a-z\d]{2,4}$/i;
+const extension = /\.(?=\d{0,3}[a-z])[a-z\d]{2,4}$/i;
 const group = /^\s*\[[^\]]*\]\s*/;
 const episode = /(?:^|[\s(\-–[])(?:s(\d{1,2})\s?e(\d{1,3})(?:-?e?\d{1,3})?|(\d{1,2})x(\d{2,3}))(?=$|[\s)\-–\]])/i;
 // From here on a name tells of the file and no longer of the film.
@@ -12,10 +12,28 @@ const signs = [
   '\\d{3,4}[pi]', '4k', 'uhd', 'web[- ]?(?:dl|rip)', 'web(?=\\s*[xh]\\s?26)', 'blu-?ray', 'b[dr]rip', 'dvd(?:rip|scr)?',
   'hd(?:tv|rip|r)', '[xh]\\s?26[45]', 'hevc', 'av1', 'xvid', 'divx', 'aac', 'ac3', 'dts', '\\d{1,2}bit', 'remux',
 ];
-const technical = new RegExp(`[\\s([{]+(?:${signs.join('|')})(?![a-z]).*$`, 'i');
-const separators = /^[\s\-–_.,([{]+|[\s\-–_.,([{]+$/g;
+const technical = new RegExp(`[\\s([{](?:${signs.join('|')})(?![a-z])`, 'i');
+const separator = /[\s\-–_.,([{]/;
+// As long as a file's name can be; an address may have a longer one.
+const mostCharacters = 255;
 
-const tidy = (text) => text.replace(separators, '').replace(/\s+/g, ' ');
+/** Without what parts words at both ends. */
+function trimmed(text) {
+  let [start, end] = [0, text.length];
+  while (start < end && separator.test(text[start])) start += 1;
+  while (start < end && separator.test(text[end - 1])) end -= 1;
+  return text.slice(start, end);
+}
+
+const tidy = (text) => trimmed(text).replace(/\s+/g, ' ');
+
+// Half of a letter is none.
+const cut = (text) => text.slice(0, mostCharacters).replace(/[\ud800-\udbff]$/, '');
+
+function withoutSigns(text) {
+  const at = text.search(technical);
+  return at < 0 ? text : text.slice(0, at);
+}
 
 // Names in lower case only get a capital for each word.
 function capitals(text) {
@@ -32,13 +50,13 @@ function withoutYear(text) {
 
 /** { title, year, season, episode, name }: numbers or null; name: of the episode, often empty. */
 export function filmTitle(fileName) {
-  const bare = fileName.replace(extension, '').replace(group, '');
+  const bare = cut(fileName.replace(extension, '')).replace(group, '');
   const spaced = bare.replace(/_/g, ' ').replace(/\s/.test(bare) ? /$^/ : /\./g, ' ');
-  const plain = spaced.replace(technical, '');
+  const plain = withoutSigns(spaced);
   const found = episode.exec(plain);
   const before = withoutYear(found ? plain.slice(0, found.index) : plain);
   const title = capitals(tidy(before.text));
-  const parts = { title: title || tidy(plain) || fileName, year: before.year, season: null, episode: null, name: '' };
+  const parts = { title: title || tidy(plain) || cut(fileName), year: before.year, season: null, episode: null, name: '' };
   if (!found || !title) return parts;
   const behind = withoutYear(plain.slice(found.index + found[0].length));
   return {

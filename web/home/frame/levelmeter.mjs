@@ -40,6 +40,13 @@ export class LevelMeter {
   show(reply, startLevel) {
     this.#reply = reply;
     this.#startLevel = startLevel;
+    this.render();
+  }
+
+  /** What is known of it, as it was told last. */
+  render() {
+    const reply = this.#reply;
+    if (!reply) return;
     const part = (name) => this.#meter.querySelector(name);
     part('.now').textContent = reply.level;
     part('.next').textContent = reply.nextLevel ?? '';

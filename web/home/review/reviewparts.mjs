@@ -52,15 +52,15 @@ export function frontPart(document, { lemma, sighting }, hear) {
   return front;
 }
 
-/** What the back tells: { meaning, ipa, definition } of the look-up; lang: of the learner. */
-export function backParts(document, { lemma, sighting }, { meaning, ipa, definition }, lang, speak) {
+/** What the back tells: { meaning, ipa, definition, problem } of the look-up; lang: of the learner. */
+export function backParts(document, { lemma, sighting }, { meaning, ipa, definition, problem }, lang, speak) {
   const make = (...rest) => create(document, ...rest);
   const word = make('p', { className: 'word' }, make('b', { lang: 'en', textContent: lemma }));
   if (ipa) word.append(make('span', { className: 'ipa', lang: 'en', textContent: `/${ipa}/` }));
   word.append(soundButton(document, t('review.speak'), 'W', speak));
   const parts = [word, meaning
     ? make('p', { className: 'meaning', lang, dir: 'auto', textContent: meaning })
-    : make('p', { className: 'meaning', textContent: t('review.noMeaning') })];
+    : make('p', { className: 'meaning', textContent: problem || t('review.noMeaning') })];
   if (sighting?.translation) {
     parts.push(make('p', { className: 'translation', lang, dir: 'auto', textContent: sighting.translation }));
   }
@@ -98,6 +98,15 @@ export function endPart(document, { hasWords, gradedCount, waitMs }, undo) {
   }
   if (undo) end.append(undo);
   return end;
+}
+
+/** When nobody knows what is due. */
+export function problemPart(document, problem, tryAgain, ...undo) {
+  return create(document, 'div', { className: 'end' },
+    create(document, 'h3', { textContent: t('review.noAnswer') }),
+    create(document, 'p', { className: 'quiet', textContent: problem }),
+    create(document, 'div', { className: 'buttons' },
+      button(document, { className: 'main' }, tryAgain, t('home.tryAgain')), ...undo));
 }
 
 // A calm sea with the sun above it.

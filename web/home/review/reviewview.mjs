@@ -2,15 +2,17 @@
 
 import { create } from '../../shared/elements.mjs';
 import { t } from '../../shared/texts.mjs';
+import { Answers } from '../answers.mjs';
 import { digitOf } from '../digit.mjs';
 import { placeOfWord } from '../marking.mjs';
 import { grades, intervalsOf, outcomeText } from './intervals.mjs';
 import { meaningOf } from './meaning.mjs';
-import { backParts, endPart, frontPart, gradePart, sittingPart, turnPart, undoButton } from './reviewparts.mjs';
+import { backParts, endPart, frontPart, gradePart, problemPart, sittingPart, turnPart, undoButton } from './reviewparts.mjs';
 import { ReviewSession } from './reviewsession.mjs';
 
 const dueMarginMs = 1000;
-const longestWaitMs = 24 * 3_600_000;
+// A clock that stood still while the computer slept, and what is told of the time, are never later than this.
+const longestWaitMs = 15 * 60_000;
 
 /** The review: a card at a time, first the line in which the word was met, then what it means. */
 export class ReviewView {
@@ -19,7 +21,8 @@ export class ReviewView {
   #tools;
   #session;
   #root;
-  #looked = new Map(); // lemma -> promise of what was found of it
+  #lookUps = new Answers();
+  #pronunciations = new Answers();
   #hasWords = true;
   #timer = null;
 
@@ -30,6 +33,8 @@ export class ReviewView {
     this.#tools = tools;
     this.#session = new ReviewSession(api);
     this.#root = document.getElementById('review');
+    document.addEventListener('visibilitychange', () => this.#backToPage());
+    document.defaultView.addEventListener('focus', () => this.#backToPage());
   }
 
   /** What is due now; the card that shows stays. */
@@ -38,30 +43,42 @@ export class ReviewView {
       await this.#session.load();
       this.#hasWords = Boolean(this.#session.card) || (await this.#api.words({ count: 1 })).total > 0;
       this.#tools.counted(this.#session.dueCount);
-      this.#renewInTime();
+      this.#tools.trouble(null, 'review');
     } catch (error) {
-      this.#tools.trouble(error);
+      this.#tools.trouble(error, 'review');
     }
+    this.#renewInTime();
     this.render();
   }
 
-  // While nothing is due, the next word shows when its time has come.
+  // What shows while there is no card has perhaps become old.
+  #backToPage() {
+    const { card, isLoaded, problem } = this.#session;
+    if (!this.#document.hidden && !card && (isLoaded || problem)) this.refresh();
+  }
+
+  // While nothing is due, the next word shows when its time has come, and until then how long it takes.
   #renewInTime() {
     clearTimeout(this.#timer);
-    const { card, nextDueAtMs } = this.#session;
-    if (card || nextDueAtMs === null) return;
-    const waitMs = Math.max(0, nextDueAtMs - Date.now()) + dueMarginMs;
-    if (waitMs <= longestWaitMs) this.#timer = setTimeout(() => this.refresh(), waitMs);
+    const { card, nextDueAtMs, problem } = this.#session;
+    if (card || (nextDueAtMs === null && !problem)) return;
+    const waitMs = nextDueAtMs === null ? longestWaitMs : Math.max(0, nextDueAtMs - Date.now()) + dueMarginMs;
+    this.#timer = setTimeout(() => this.refresh(), Math.min(waitMs, longestWaitMs));
   }
 
   /** The learner's language is another one. */
   forgetMeanings() {
-    this.#looked.clear();
+    this.#lookUps.clear();
   }
 
   render() {
+    const parts = this.#parts();
+    // A button that is just being pressed stays.
+    const isSame = !this.#session.card && parts.length === this.#root.children.length
+      && parts.every((part, i) => part.isEqualNode(this.#root.children[i]));
+    if (isSame) return;
     const hadFocus = this.#root.contains(this.#document.activeElement);
-    this.#root.replaceChildren(...this.#parts());
+    this.#root.replaceChildren(...parts);
     if (hadFocus) this.focus();
   }
 
@@ -103,16 +120,22 @@ export class ReviewView {
   async #grade(grade) {
     const { lemma, status } = this.#session.card;
     const outcome = outcomeText(intervalsOf(status)[grade]);
-    await this.#change(() => this.#session.grade(grade), t('review.graded', { word: lemma, outcome }));
+    await this.#change(this.#session.grade(grade), t('review.graded', { word: lemma, outcome }));
   }
 
   #undo() {
-    return this.#change(() => this.#session.undo(), t('review.undone'));
+    return this.#change(this.#session.undo(), t('review.undone'));
   }
 
-  async #change(work, said) {
+  async #tryAgain() {
+    await this.refresh();
+    if (this.#document.activeElement === this.#document.body) this.focus();
+    this.#tools.say(this.#question());
+  }
+
+  async #change(step, said) {
     try {
-      await work();
+      if (!await step) return;
     } catch (error) {
       this.#tools.trouble(error);
       this.render();
@@ -129,7 +152,8 @@ export class ReviewView {
   /** What the front says, for who does not see it. */
   #question() {
     const { card } = this.#session;
-    return card ? card.sighting?.line ?? card.lemma : t('review.done');
+    if (card) return card.sighting?.line ?? card.lemma;
+    return this.#session.problem || t('review.done');
   }
 
   #playLine() {
@@ -147,7 +171,7 @@ export class ReviewView {
   }
 
   #parts() {
-    const { card, isLoaded, isTurned, gradedCount, total, canUndo, nextDueAtMs } = this.#session;
+    const { card, isLoaded, problem, isTurned, gradedCount, total, canUndo, nextDueAtMs } = this.#session;
     const undo = canUndo ? [undoButton(this.#document, () => this.#undo())] : [];
     if (card) {
       return [
@@ -156,6 +180,7 @@ export class ReviewView {
           : turnPart(this.#document, () => this.#turn()),
       ];
     }
+    if (problem) return [problemPart(this.#document, problem, () => this.#tryAgain(), ...undo)];
     if (!isLoaded) return [];
     const waitMs = nextDueAtMs === null ? null : nextDueAtMs - Date.now();
     return [endPart(this.#document, { hasWords: this.#hasWords, gradedCount, waitMs }, ...undo)];
@@ -180,17 +205,16 @@ export class ReviewView {
     return back;
   }
 
-  /** A promise that always keeps: what cannot be found is empty. */
+  /** A promise that always keeps: what cannot be found is empty, and problem tells why nobody knows. */
   async #meaning({ lemma, gloss, sighting }) {
-    if (!this.#looked.has(lemma)) {
-      const place = sighting && placeOfWord(sighting.line, sighting.form);
-      const lookup = place ? this.#api.lookUp(sighting.line, place.start) : this.#api.lookUp(lemma, 0);
-      this.#looked.set(lemma, Promise.all([
-        lookup.catch(() => ({})), this.#api.pronunciation(lemma).catch(() => ({ ipa: '' })),
-      ]));
-    }
-    const [lookup, { ipa }] = await this.#looked.get(lemma);
+    const place = sighting && placeOfWord(sighting.line, sighting.form);
+    const ask = () => (place ? this.#api.lookUp(sighting.line, place.start) : this.#api.lookUp(lemma, 0));
+    const [lookup, { ipa }] = await Promise.all([
+      this.#lookUps.of(lemma, ask).catch((error) => ({ problem: error.message })),
+      this.#pronunciations.of(lemma, () => this.#api.pronunciation(lemma)).catch(() => ({ ipa: '' })),
+    ]);
     const { translations, definition, pronunciation } = meaningOf(lookup, lemma);
-    return { meaning: gloss || translations.join(', '), definition, ipa: ipa || pronunciation };
+    const meaning = gloss || translations.join(', ');
+    return { meaning, definition, ipa: ipa || pronunciation, problem: lookup.problem };
   }
 }

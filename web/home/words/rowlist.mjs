@@ -19,8 +19,8 @@ export class RowList {
   #scrolledAt = -Infinity;
 
   /**
-   * list: the element that scrolls. source: { length, item(at), need(first, last), row(item, at) }, where an item is
-   * undefined while it is not here, and row() makes the element of one.
+   * list: the element that scrolls. source: { length, item(at), keyOf(item), need(first, last), row(item, at) }, where an
+   * item is undefined while it is not here, and row() makes the element of one.
    */
   constructor(list, source) {
     this.#list = list;
@@ -54,7 +54,10 @@ export class RowList {
     this.#list.scrollTop = 0;
   }
 
-  /** To be called when items have come or changed; rows of the same item stay as they are. isNew: all are made anew. */
+  /**
+   * To be called when items have come or changed; rows of the same item stay as they are, and so does the one in which
+   * something is being typed or chosen, wherever its item stands now. isNew: all are made anew.
+   */
   draw(isNew = false) {
     this.#measure();
     if (isNew) this.#clear();
@@ -64,8 +67,42 @@ export class RowList {
     const { scrollTop, clientHeight: height } = this.#list;
     const { first, last } = rowsInView({ scrollTop, height, rowHeight: this.#height, length });
     if (length > 0) this.#source.need(first, last);
+    this.#moveEdited(first, last);
     this.#dropOthers(first, last);
     for (let at = first; at <= last; at += 1) this.#place(at);
+  }
+
+  /** The row of an item is made anew: what was typed or chosen in it does not hold. */
+  remake(item) {
+    const key = this.#source.keyOf(item);
+    for (const row of this.#rows.values()) {
+      if (row.item && this.#source.keyOf(row.item) === key) row.item = null;
+    }
+  }
+
+  // The row in which something is being typed or chosen goes to where its item is now. It is moved by itself least of
+  // all: an element that is taken out of the document loses the focus.
+  #moveEdited(first, last) {
+    const edited = [...this.#rows].find(([, row]) => row.item && isEdited(row.element));
+    if (!edited) return;
+    const [from, row] = edited;
+    const key = this.#source.keyOf(row.item);
+    const isSame = (at) => this.#source.item(at) && this.#source.keyOf(this.#source.item(at)) === key;
+    let to = from;
+    if (!isSame(from)) {
+      to = first;
+      while (to <= last && !isSame(to)) to += 1;
+      if (to > last) return;
+    }
+    const item = this.#source.item(to);
+    if (!isTyped(row.element) && !isAlike(item, row.item)) return;
+    if (to !== from) {
+      this.#rows.get(to)?.element.remove();
+      this.#rows.delete(from);
+      this.#rows.set(to, row);
+    }
+    row.item = item;
+    this.#position(row.element, to);
   }
 
   #clear() {
@@ -89,15 +126,19 @@ export class RowList {
     if (there && there.item === item) return;
     const element = this.#source.row(item, at);
     element.setAttribute('role', 'listitem');
-    element.setAttribute('aria-setsize', this.#source.length);
-    element.setAttribute('aria-posinset', at + 1);
-    element.style.transform = `translateY(${at * this.#height}px)`;
+    this.#position(element, at);
     const focused = there ? places(there.element).indexOf(element.ownerDocument.activeElement) : -1;
     const next = [...this.#rows].filter(([place]) => place > at).sort(([a], [b]) => a - b)[0]?.[1].element;
     if (there) there.element.replaceWith(element);
     else this.#space.insertBefore(element, next ?? null);
     this.#rows.set(at, { element, item });
     places(element)[focused]?.focus();
+  }
+
+  #position(element, at) {
+    element.setAttribute('aria-setsize', this.#source.length);
+    element.setAttribute('aria-posinset', at + 1);
+    element.style.transform = `translateY(${at * this.#height}px)`;
   }
 
   // The rows' height is the style's, and follows the size of the letters.
@@ -153,5 +194,16 @@ export class RowList {
     return Boolean(found);
   }
 }
+
+const focusedIn = (row) => (row.contains(row.ownerDocument.activeElement) ? row.ownerDocument.activeElement : null);
+const isAlike = (item, other) => JSON.stringify(item) === JSON.stringify(other);
+
+function isTyped(row) {
+  const field = focusedIn(row);
+  return Boolean(field?.matches('input')) && field.value !== field.defaultValue;
+}
+
+// Whether a choice is open nobody tells.
+const isEdited = (row) => isTyped(row) || Boolean(focusedIn(row)?.matches('select'));
 
 const places = (row) => [...row.querySelectorAll('button, input, select')];

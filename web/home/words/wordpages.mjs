@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-/** A long list of which only the pages that are looked at are fetched. It knows no element. */
+/**
+ * A long list of which only the pages that are looked at are fetched, and in which words that are about to go are left
+ * out. It knows no element.
+ */
 export class WordPages {
   #load;
   #changed;
   #pageSize;
   #pages = new Map(); // number -> words, or null while they are fetched
   #generation = 0;
-  #hidden = null; // the place of a word that is about to go
+  #hidden = new Map(); // lemma -> the renewal that no longer has it; Infinity while it is only about to go
+  #gaps = []; // the places of hidden words, in order
   total = 0;
 
   /** load(offset, count): a promise of { total, words }; changed(error) when words or an error have come. */
@@ -21,13 +25,16 @@ export class WordPages {
   async renew(first = 0, last = 0) {
     this.#generation += 1;
     const generation = this.#generation;
-    const numbers = [...new Set([0, ...this.#numbers(first, last)])];
+    const numbers = [...new Set([0, ...this.#numbers(this.#place(first), this.#place(last))])];
     try {
       const replies = await Promise.all(numbers.map((number) => this.#load(number * this.#pageSize, this.#pageSize)));
       if (generation !== this.#generation) return;
-      this.#hidden = null;
+      for (const [lemma, until] of this.#hidden) {
+        if (generation >= until) this.#hidden.delete(lemma);
+      }
       this.#pages = new Map(numbers.map((number, i) => [number, replies[i].words]));
       this.total = replies[0].total;
+      this.#findGaps();
       this.#changed(null);
     } catch (error) {
       if (generation === this.#generation) this.#changed(error);
@@ -36,7 +43,7 @@ export class WordPages {
 
   /** How many show. */
   get length() {
-    return this.total - (this.#hidden === null ? 0 : 1);
+    return this.total - this.#gaps.length;
   }
 
   /** undefined while it is not here. */
@@ -59,13 +66,34 @@ export class WordPages {
     }
   }
 
-  /** Leaves the word at a place out, or with null none. */
-  hide(at) {
-    this.#hidden = at;
+  /** Leaves a word out, wherever it stands now and after a renewal. */
+  hide(lemma) {
+    this.#hidden.set(lemma, Infinity);
+    this.#findGaps();
+  }
+
+  /** The hidden word stays. */
+  show(lemma) {
+    this.#hidden.delete(lemma);
+    this.#findGaps();
+  }
+
+  /** The hidden word is gone: what is fetched from now on no longer has it. */
+  forget(lemma) {
+    this.#hidden.set(lemma, this.#generation + 1);
+  }
+
+  #findGaps() {
+    this.#gaps = [];
+    if (this.#hidden.size === 0) return;
+    for (const [number, words] of this.#pages) {
+      words?.forEach(({ lemma }, i) => { if (this.#hidden.has(lemma)) this.#gaps.push(number * this.#pageSize + i); });
+    }
+    this.#gaps.sort((a, b) => a - b);
   }
 
   #place(at) {
-    return this.#hidden !== null && at >= this.#hidden ? at + 1 : at;
+    return this.#gaps.reduce((place, gap) => (gap <= place ? place + 1 : place), at);
   }
 
   #numbers(first, last) {
@@ -82,6 +110,7 @@ export class WordPages {
       if (generation !== this.#generation) return;
       this.#pages.set(number, words);
       this.total = total;
+      this.#findGaps();
       this.#changed(null);
     } catch (error) {
       if (generation !== this.#generation) return;

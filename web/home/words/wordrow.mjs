@@ -33,7 +33,7 @@ export function wordRow(document, word, actions) {
 // What the learner writes counts; without it the dictionary's word shows in its place.
 function glossField(document, word, actions) {
   const field = create(document, 'input', {
-    className: 'gloss', value: word.gloss, maxLength: 2000, lang: actions.learnerTag(), dir: 'auto',
+    className: 'gloss', defaultValue: word.gloss, maxLength: 2000, lang: actions.learnerTag(), dir: 'auto',
     autocomplete: 'off', spellcheck: false,
     ariaLabel: t('words.meaningOf', { word: word.lemma }), title: t('words.changeMeaning'),
   });

@@ -2,6 +2,7 @@
 
 import { button, create } from '../../shared/elements.mjs';
 import { t } from '../../shared/texts.mjs';
+import { Answers } from '../answers.mjs';
 import { placeOfWord } from '../marking.mjs';
 import { meaningOf } from '../review/meaning.mjs';
 import { RowList } from './rowlist.mjs';
@@ -24,11 +25,11 @@ export class WordsView {
   #list;
   #parts = {};
   #timer = null;
-  #meanings = new Map(); // lemma -> promise of a text
+  #meanings = new Answers();
   #wasLoaded = false;
 
   /**
-   * tools: { toast, removal, play(soundUrl), learnerTag(), find(text), lists(), say(text), trouble(error), changed()
+   * tools: { toast, removal, play(soundUrl), learnerTag(), find(text), lists(), say(text), trouble(error, source), changed()
    * after a change of a word }.
    */
   constructor(document, api, tools) {
@@ -43,7 +44,6 @@ export class WordsView {
   /** Anew from the service; the place in the list stays. */
   async refresh() {
     const { first, last } = this.#list.range;
-    await this.#tools.removal.carryOut();
     await this.#pages.renew(first, last);
   }
 
@@ -67,7 +67,9 @@ export class WordsView {
   #build() {
     const make = (...rest) => create(this.#document, ...rest);
     const parts = this.#parts;
-    parts.text = make('input', { type: 'search', className: 'field', autocomplete: 'off', spellcheck: false });
+    parts.text = make('input', {
+      type: 'search', className: 'field', maxLength: 200, autocomplete: 'off', spellcheck: false,
+    });
     parts.status = make('select', { className: 'field' });
     parts.order = make('select', { className: 'field' });
     parts.lists = button(this.#document, { className: 'plain', ariaHasPopup: 'dialog' }, () => this.#tools.lists());
@@ -107,6 +109,7 @@ export class WordsView {
     return {
       get length() { return pages.length; },
       item: (at) => pages.word(at),
+      keyOf: ({ lemma }) => lemma,
       need: (first, last) => pages.need(first, last),
       row: (word) => wordRow(this.#document, word, actions),
     };
@@ -130,13 +133,12 @@ export class WordsView {
 
   async #search(changes) {
     this.#filter = { ...this.#filter, ...changes };
-    await this.#tools.removal.carryOut();
     this.#list.scrollToStart();
     await this.#pages.renew();
   }
 
   #pagesChanged(error) {
-    if (error) this.#tools.trouble(error);
+    this.#tools.trouble(error, 'words');
     this.#wasLoaded ||= !error;
     this.#showCount();
     this.#list.draw();
@@ -162,40 +164,40 @@ export class WordsView {
     } catch (error) {
       this.#tools.trouble(error);
       this.#pages.replace({ ...word });
+      this.#list.remake(word);
     }
     this.#list.draw();
   }
 
   #remove(word) {
-    const { toast, removal, trouble, changed } = this.#tools;
-    const at = this.#placeOf(word);
+    const { toast, removal } = this.#tools;
     removal.begin({
       key: `word ${word.lemma}`,
-      carryOut: async () => {
-        const { first, last } = this.#list.range;
-        await this.#api.forgetWord(word.lemma).catch(trouble);
-        await this.#pages.renew(first, last);
-        changed();
-      },
-      takenBack: () => this.#hide(null),
+      carryOut: () => this.#forget(word),
+      takenBack: () => this.#hideOrShow(() => this.#pages.show(word.lemma)),
       done: () => toast.hide(),
     });
     toast.show(t('words.removed', { word: word.lemma }), () => removal.takeBack());
-    this.#hide(this.#placeOf(word) ?? at);
+    this.#hideOrShow(() => this.#pages.hide(word.lemma));
   }
 
-  #hide(at) {
-    this.#pages.hide(at);
+  async #forget(word) {
+    try {
+      await this.#api.forgetWord(word.lemma);
+      this.#pages.forget(word.lemma);
+    } catch (error) {
+      this.#tools.trouble(error);
+      this.#hideOrShow(() => this.#pages.show(word.lemma));
+    }
+    const { first, last } = this.#list.range;
+    await this.#pages.renew(first, last);
+    this.#tools.changed();
+  }
+
+  #hideOrShow(change) {
+    change();
     this.#showCount();
     this.#list.draw();
-  }
-
-  #placeOf(word) {
-    const { first, last } = this.#list.range;
-    for (let at = Math.max(0, first - 8); at <= last + 8; at += 1) {
-      if (this.#pages.word(at)?.lemma === word.lemma) return at;
-    }
-    return null;
   }
 
   /** A promise that always keeps: the dictionary's first words for it, perhaps empty. */
@@ -206,12 +208,9 @@ export class WordsView {
       while (isWanted() && this.#list.isMoving);
       if (!isWanted()) return '';
     }
-    if (!this.#meanings.has(lemma)) {
-      const place = sighting && placeOfWord(sighting.line, sighting.form);
-      const looked = place ? this.#api.lookUp(sighting.line, place.start) : this.#api.lookUp(lemma, 0);
-      const told = looked.then((lookup) => meaningOf(lookup, lemma).translations.slice(0, mostMeanings).join(', '));
-      this.#meanings.set(lemma, told.catch(() => ''));
-    }
-    return this.#meanings.get(lemma);
+    const place = sighting && placeOfWord(sighting.line, sighting.form);
+    const ask = () => (place ? this.#api.lookUp(sighting.line, place.start) : this.#api.lookUp(lemma, 0));
+    const told = this.#meanings.of(lemma, ask);
+    return told.then((lookup) => meaningOf(lookup, lemma).translations.slice(0, mostMeanings).join(', '), () => '');
   }
 }
