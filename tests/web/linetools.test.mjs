@@ -81,6 +81,7 @@ test('marks tell of all that is on', () => {
   const marks = marksOf({ run: drill, section, settings });
   assert.deepEqual(marks.map(({ action }) => action), ['drill', 'loopSection', 'autoPause', 'fastGaps']);
   assert.equal(marks[0].text, '2 of 3 · 0.85×');
+  assert.equal(marksOf({ run: { ...drill, round: 7 }, section, settings })[0].text, '3 of 3 · 1.0×');
   assert.equal(marksOf({ run: { ...drill, isWaiting: true }, section: null, settings })[0].text, 'Your turn');
   assert.deepEqual(marksOf({ run: null, section: null, settings: playDefaults.practice }), []);
 });

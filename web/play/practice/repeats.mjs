@@ -44,7 +44,8 @@ export function runToNextEnd(turn) {
 
 /** The speed of a round: the steps are spread over the rounds, the last one is reached. */
 export function speedOf(round, { rounds, speeds }) {
-  if (rounds < 2) return speeds[speeds.length - 1];
+  // A round that is beyond the last one has begun when there were to be more.
+  if (round + 1 >= rounds) return speeds[speeds.length - 1];
   return speeds[Math.round((round * (speeds.length - 1)) / (rounds - 1))];
 }
 
