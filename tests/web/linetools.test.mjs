@@ -4,6 +4,8 @@ import { test } from 'node:test';
 
 import { playDefaults } from '../../web/play/defaults.mjs';
 import { Film } from '../../web/play/film/film.mjs';
+import { CueIndex } from '../../web/play/lines/cueindex.mjs';
+import { LinesDriver } from '../../web/play/lines/linesdriver.mjs';
 import { LineTools } from '../../web/play/practice/linetools.mjs';
 import { marksOf } from '../../web/play/practice/practicemarks.mjs';
 import { stepped } from '../../web/play/practice/practicepanel.mjs';
@@ -72,6 +74,16 @@ test('another track ends what went by the lines of the one before', (context) =>
   made.tools.load([cue(1000, 1900)], 2);
   made.run(4000);
   assert.equal(made.commands.filter((command) => command.startsWith('SeekTo')).length, 1);
+});
+
+test('a line that is weeks away is waited for no longer at a time than timers can', (context) => {
+  const made = sitting(context, [cue(3e9, 3e9 + 1000)], { autoPause: true });
+  made.film.durationMs = 4e9;
+  const driver = new LinesDriver(made.film, () => made.timers.now);
+  driver.setTracks([{ index: new CueIndex([cue(3e9, 3e9 + 1000)]), view: { show() {} } }]);
+  made.run(500);
+  driver.update();
+  assert.equal(made.timers.longestDelay, 60_000);
 });
 
 test('marks tell of all that is on', () => {

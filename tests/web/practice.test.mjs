@@ -21,6 +21,7 @@ class Sitting {
   muted = false;
   durationMs = null;
   jumps = 0;
+  isHeld = false;
   log = []; // "pause 2000"
   heard = []; // [from, to, speed] of what was played and not muted
   #state = asleep;
@@ -71,8 +72,8 @@ class Sitting {
   }
 
   get #moment() {
-    const { now, position, playing, speed, durationMs, jumps } = this;
-    return { now, positionMs: position, isPlaying: playing, moves: playing, speed, durationMs, jumps };
+    const { now, position, playing, speed, durationMs, jumps, isHeld } = this;
+    return { now, positionMs: position, isPlaying: playing, moves: playing, speed, durationMs, jumps, isHeld };
   }
 
   get #world() {
@@ -267,6 +268,23 @@ test('a drill gets faster, leaves time to speak, and goes on to the next line', 
   assert.equal(sitting.state.run.round, 1, 'the same round again');
   sitting.press('drill');
   assert.equal(sitting.speed, 1.2);
+});
+
+test('the time to speak begins when the learner is done with a word, and not before', () => {
+  const sitting = new Sitting(talk, { ...off, rounds: 3, gapPercent: 100 }).at(1500);
+  sitting.press('drill');
+  sitting.run(9000);
+  sitting.run(600, false);
+  sitting.isHeld = true;
+  sitting.run(30_000, false);
+  near([sitting.position], [2000]);
+  assert.equal(sitting.state.run.round, 0);
+  sitting.isHeld = false;
+  const letGoAt = sitting.now;
+  while (!sitting.playing) sitting.run(5, false);
+  const waitedMs = sitting.now - letGoAt;
+  assert.ok(waitedMs >= 1000 && waitedMs <= 1210, `${waitedMs}`);
+  assert.equal(sitting.state.run.round, 1);
 });
 
 test('a drill whose rounds become fewer ends with the round that it is in', () => {
