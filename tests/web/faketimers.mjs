@@ -3,12 +3,14 @@
 /** Replaces setTimeout for the length of a test; time passes only by pass(). */
 export class FakeTimers {
   now = 0;
+  longestDelay = 0;
   #timers = new Map();
   #next = 1;
 
   constructor(context) {
     const { setTimeout, clearTimeout } = globalThis;
     globalThis.setTimeout = (call, delay) => {
+      this.longestDelay = Math.max(this.longestDelay, delay);
       this.#timers.set(this.#next, { call, at: this.now + delay });
       return this.#next++;
     };

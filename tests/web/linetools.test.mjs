@@ -4,6 +4,8 @@ import { test } from 'node:test';
 
 import { playDefaults } from '../../web/play/defaults.mjs';
 import { Film } from '../../web/play/film/film.mjs';
+import { CueIndex } from '../../web/play/lines/cueindex.mjs';
+import { LinesDriver } from '../../web/play/lines/linesdriver.mjs';
 import { LineTools } from '../../web/play/practice/linetools.mjs';
 import { marksOf } from '../../web/play/practice/practicemarks.mjs';
 import { stepped } from '../../web/play/practice/practicepanel.mjs';
@@ -74,6 +76,16 @@ test('another track ends what went by the lines of the one before', (context) =>
   assert.equal(made.commands.filter((command) => command.startsWith('SeekTo')).length, 1);
 });
 
+test('a line that is weeks away is waited for no longer at a time than timers can', (context) => {
+  const made = sitting(context, [cue(3e9, 3e9 + 1000)], { autoPause: true });
+  made.film.durationMs = 4e9;
+  const driver = new LinesDriver(made.film, () => made.timers.now);
+  driver.setTracks([{ index: new CueIndex([cue(3e9, 3e9 + 1000)]), view: { show() {} } }]);
+  made.run(500);
+  driver.update();
+  assert.equal(made.timers.longestDelay, 60_000);
+});
+
 test('marks tell of all that is on', () => {
   const settings = { ...playDefaults.practice, autoPause: true, hardOnly: true, fastGaps: true };
   const drill = { kind: 'drill', place: 4, round: 1, isWaiting: false };
@@ -81,6 +93,7 @@ test('marks tell of all that is on', () => {
   const marks = marksOf({ run: drill, section, settings });
   assert.deepEqual(marks.map(({ action }) => action), ['drill', 'loopSection', 'autoPause', 'fastGaps']);
   assert.equal(marks[0].text, '2 of 3 · 0.85×');
+  assert.equal(marksOf({ run: { ...drill, round: 7 }, section, settings })[0].text, '3 of 3 · 1.0×');
   assert.equal(marksOf({ run: { ...drill, isWaiting: true }, section: null, settings })[0].text, 'Your turn');
   assert.deepEqual(marksOf({ run: null, section: null, settings: playDefaults.practice }), []);
 });

@@ -21,6 +21,7 @@ class Sitting {
   muted = false;
   durationMs = null;
   jumps = 0;
+  isHeld = false;
   log = []; // "pause 2000"
   heard = []; // [from, to, speed] of what was played and not muted
   #state = asleep;
@@ -71,8 +72,8 @@ class Sitting {
   }
 
   get #moment() {
-    const { now, position, playing, speed, durationMs, jumps } = this;
-    return { now, positionMs: position, isPlaying: playing, moves: playing, speed, durationMs, jumps };
+    const { now, position, playing, speed, durationMs, jumps, isHeld } = this;
+    return { now, positionMs: position, isPlaying: playing, moves: playing, speed, durationMs, jumps, isHeld };
   }
 
   get #world() {
@@ -269,6 +270,36 @@ test('a drill gets faster, leaves time to speak, and goes on to the next line', 
   assert.equal(sitting.speed, 1.2);
 });
 
+test('the time to speak begins when the learner is done with a word, and not before', () => {
+  const sitting = new Sitting(talk, { ...off, rounds: 3, gapPercent: 100 }).at(1500);
+  sitting.press('drill');
+  sitting.run(9000);
+  sitting.run(600, false);
+  sitting.isHeld = true;
+  sitting.run(30_000, false);
+  near([sitting.position], [2000]);
+  assert.equal(sitting.state.run.round, 0);
+  sitting.isHeld = false;
+  const letGoAt = sitting.now;
+  while (!sitting.playing) sitting.run(5, false);
+  const waitedMs = sitting.now - letGoAt;
+  assert.ok(waitedMs >= 1000 && waitedMs <= 1210, `${waitedMs}`);
+  assert.equal(sitting.state.run.round, 1);
+});
+
+test('a drill whose rounds become fewer ends with the round that it is in', () => {
+  const settings = { ...off, rounds: 5, gapPercent: 100, thenNext: false };
+  const sitting = new Sitting(talk, settings).at(1500);
+  sitting.speed = 1.3;
+  sitting.press('drill');
+  while (sitting.state.run.round < 3) sitting.run(50, false);
+  sitting.settings = { ...settings, rounds: 2 };
+  sitting.run(9000);
+  assert.equal(sitting.heard.at(-1)[2], 1, 'the fastest step');
+  assert.equal(sitting.state.run, null);
+  near([sitting.position], [2000]);
+});
+
 test('a drill without a next line ends paused, and a speed that the learner sets in it stays', () => {
   const settings = { ...off, rounds: 2, gapPercent: 0, thenNext: false };
   const sitting = new Sitting(talk, settings).at(1500);
@@ -289,6 +320,7 @@ test('the steps of speed are spread over the rounds', () => {
   assert.deepEqual(of(5, [0.7, 0.85, 1]), [0.7, 0.85, 0.85, 1, 1]);
   assert.deepEqual(of(1, [0.7, 1]), [1]);
   assert.deepEqual(of(3, [1]), [1, 1, 1]);
+  assert.equal(speedOf(4, { rounds: 2, speeds: [0.7, 0.85, 1] }), 1, 'also when there were to be more rounds');
 });
 
 test('condensed playback jumps over long silences, where that gains time', () => {

@@ -3,6 +3,8 @@
 // Shows each line at its time: sleeps until the next line begins or ends, and draws only then.
 
 const shortestSleepMs = 1;
+// A timer set for more than some weeks would fire at once.
+const longestSleepMs = 60_000;
 
 export class LinesDriver {
   #film;
@@ -32,8 +34,8 @@ export class LinesDriver {
       next = Math.min(next, index.nextChange(position));
     }
     if (next < Infinity && this.#film.clock.moves(this.#now())) {
-      const sleep = Math.max(shortestSleepMs, (next - position) / this.#film.speed);
-      this.#timer = setTimeout(() => this.update(), sleep);
+      const sleepMs = Math.max(shortestSleepMs, (next - position) / this.#film.speed);
+      this.#timer = setTimeout(() => this.update(), Math.min(longestSleepMs, sleepMs));
     }
   }
 }

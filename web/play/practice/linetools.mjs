@@ -4,6 +4,8 @@ import { ask, asleep, look } from './engine.mjs';
 import { SpokenLines } from './spokenlines.mjs';
 
 const shortestSleepMs = 1;
+// A timer set for more than some weeks would fire at once.
+const longestSleepMs = 60_000;
 
 /**
  * Carries out what the engine decides: sleeps until the moment that it names, and looks at the film whenever that has
@@ -15,6 +17,7 @@ export class LineTools {
   #now;
   #say;
   #changed;
+  #isHeld;
   #state = asleep;
   #cues = [];
   #trackId = null;
@@ -26,14 +29,15 @@ export class LineTools {
 
   /**
    * now(): a monotonic clock in ms; say(key, values): a word to the learner; changed(): called when a tool has begun or
-   * ended something.
+   * ended something; isHeld(): whether the learner is at something, a word's card say, that a drill must wait for.
    */
-  constructor(film, preferences, now, { say, changed }) {
+  constructor(film, preferences, now, { say, changed, isHeld = () => false }) {
     this.#film = film;
     this.#preferences = preferences;
     this.#now = now;
     this.#say = say;
     this.#changed = changed;
+    this.#isHeld = isHeld;
     preferences.onChange(() => this.update());
   }
 
@@ -122,7 +126,9 @@ export class LineTools {
     let sleepMs = nextNow - now;
     const film = this.#film;
     if (film.clock.moves(now)) sleepMs = Math.min(sleepMs, (nextMs - film.commandMs) / film.speed);
-    if (sleepMs < Infinity) this.#timer = setTimeout(() => this.update(), Math.max(shortestSleepMs, sleepMs));
+    if (sleepMs === Infinity) return;
+    const boundedMs = Math.min(longestSleepMs, Math.max(shortestSleepMs, sleepMs));
+    this.#timer = setTimeout(() => this.update(), boundedMs);
   }
 
   #moment() {
@@ -130,6 +136,7 @@ export class LineTools {
     const now = this.#now();
     const { commandMs: positionMs, playing: isPlaying, speed, durationMs } = film;
     const jumps = film.seeks - this.#ownSeeks;
-    return { now, positionMs, isPlaying, moves: film.clock.moves(now), speed, durationMs, jumps };
+    const moves = film.clock.moves(now);
+    return { now, positionMs, isPlaying, moves, speed, durationMs, jumps, isHeld: this.#isHeld() };
   }
 }

@@ -16,14 +16,18 @@ export class Practice {
   #panel;
   #marks;
 
-  /** panels: SidePanels; keyOf(action): its key combination, or undefined; say(text): a short word over the picture. */
-  constructor(document, { film, preferences, panels, keyOf, now, say }) {
+  /**
+   * panels: SidePanels; keyOf(action): its key combination, or undefined; say(text): a short word over the picture;
+   * isHeld(): see LineTools.
+   */
+  constructor(document, { film, preferences, panels, keyOf, now, say, isHeld }) {
     this.#film = film;
     this.#preferences = preferences;
     this.#say = say;
     this.#tools = new LineTools(film, preferences, now, {
       say: (key, values) => say(t(key, values)),
       changed: () => this.show(),
+      isHeld,
     });
     this.#marks = new PracticeMarks(document, this.actions);
     this.#panel = new PracticePanel(document, panels, preferences, this.actions, keyOf);

@@ -29,7 +29,8 @@ export function marksOf({ run, section, settings }) {
 function drillText({ round, isWaiting }, settings) {
   if (isWaiting) return t('practice.yourTurn');
   const speed = speedText(speedOf(round, settings));
-  return t('practice.round', { round: round + 1, rounds: settings.rounds, speed });
+  const { rounds } = settings;
+  return t('practice.round', { round: Math.min(round + 1, rounds), rounds, speed });
 }
 
 /** Small marks at the top for what is on, so that nobody wonders why the film stops; a press on one ends it. */

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // What is done with one line, or with a section, again and again. A run: { kind: 'once', 'loop' or 'drill', place: of
-// the line, and of a drill round, isWaiting: for the learner to speak, gapEndsAt: until this time of the clock }.
+// the line, and of a drill round, isWaiting: for the learner to speak for gapMs, gapEndsAt: until this time of the
+// clock; null while what the learner does holds it }.
 
 import { secondsBefore } from '../lines/linesteps.mjs';
 
@@ -12,6 +13,8 @@ const soundBackMs = 90;
 // The next line of a drill is waited for, not sought, when it comes so soon.
 const shortWaitMs = 2500;
 const shortestGapMs = 400;
+// So often is looked whether the learner still holds the gap: nothing else tells of its end.
+const heldLookMs = 200;
 const shortestSectionMs = 500;
 const secondMs = 1000;
 
@@ -44,7 +47,8 @@ export function runToNextEnd(turn) {
 
 /** The speed of a round: the steps are spread over the rounds, the last one is reached. */
 export function speedOf(round, { rounds, speeds }) {
-  if (rounds < 2) return speeds[speeds.length - 1];
+  // A round that is beyond the last one has begun when there were to be more.
+  if (round + 1 >= rounds) return speeds[speeds.length - 1];
   return speeds[Math.round((round * (speeds.length - 1)) / (rounds - 1))];
 }
 
@@ -90,18 +94,27 @@ function lineIsOver(turn, line) {
     if (mayPause) turn.pauseAt(turn.stopOf(line));
     endRun(turn);
   } else if (gapPercent > 0 && mayPause) {
-    const gapEndsAt = turn.moment.now + Math.max(shortestGapMs, gapMs);
     turn.pauseAt(turn.stopOf(line));
-    turn.state.run = { ...run, isWaiting: true, gapEndsAt };
-    turn.wakeAtTime(gapEndsAt);
+    turn.state.run = { ...run, isWaiting: true, gapMs: Math.max(shortestGapMs, gapMs) };
+    beginGap(turn);
   } else {
     nextRound(turn);
   }
 }
 
+// Whoever looks a word up does not speak: the time to speak begins when that is done.
+function beginGap(turn) {
+  const gapEndsAt = turn.moment.isHeld ? null : turn.moment.now + turn.state.run.gapMs;
+  if (gapEndsAt !== turn.state.run.gapEndsAt) turn.state.run = { ...turn.state.run, gapEndsAt };
+  turn.wakeAtTime(gapEndsAt ?? turn.moment.now + heldLookMs);
+}
+
 // Whoever plays on has spoken.
 function waitForLearner(turn, run) {
-  if (turn.moment.isPlaying || turn.moment.now >= run.gapEndsAt - 1) nextRound(turn);
+  const { isPlaying, isHeld, now } = turn.moment;
+  if (isPlaying) nextRound(turn);
+  else if (isHeld || run.gapEndsAt === null) beginGap(turn);
+  else if (now >= run.gapEndsAt - 1) nextRound(turn);
   else turn.wakeAtTime(run.gapEndsAt);
 }
 

@@ -46,7 +46,8 @@ export class Turn {
 
   /**
    * moment: { now, positionMs: where a command given now works, isPlaying, moves, speed, durationMs: or null, jumps:
-   * how often the learner has moved the film }. world: { lines: SpokenLines, settings: as in defaults.mjs }.
+   * how often the learner has moved the film, isHeld: whether the learner does something that time to speak must wait
+   * for }. world: { lines: SpokenLines, settings: as in defaults.mjs }.
    */
   constructor(state, moment, { lines, settings }) {
     this.state = { ...state };
