@@ -5,6 +5,7 @@ import { test } from 'node:test';
 import { CueIndex } from '../../web/play/lines/cueindex.mjs';
 import { LineSteps } from '../../web/play/lines/linesteps.mjs';
 import { Heights } from '../../web/play/panels/transcript/heights.mjs';
+import { changedRows, isSameList, listedLines, rowNow } from '../../web/play/panels/transcript/listedlines.mjs';
 import { LineSearch } from '../../web/play/panels/transcript/linesearch.mjs';
 import { listText, pairLines } from '../../web/play/panels/transcript/pairs.mjs';
 import { findIn, foldText } from '../../web/play/panels/transcript/search.mjs';
@@ -26,6 +27,28 @@ test('beneath a line lies what is said with it, each once where there is somethi
 test('in a list the lines of a cue run on, and two speakers stay apart', () => {
   assert.equal(listText(cue(0, 1, 'One', 'two')), 'One two');
   assert.equal(listText(cue(0, 1, '- One', '- Two')), '- One\n- Two');
+});
+
+test('a shift changes times and what lies beneath, and leaves the list the same', () => {
+  const upper = [cue(0, 1000, 'a'), cue(2000, 3000, 'b')];
+  const lower = [cue(0, 1000, 'x'), cue(2000, 3000, 'y')];
+  const shifted = (cues) => cues.map((each) => cue(each.startMs + 2000, each.endMs + 2000, ...each.lines));
+  const before = listedLines(upper, lower);
+  const both = listedLines(shifted(upper), shifted(lower));
+  assert.equal(isSameList(before, both), true);
+  assert.deepEqual(changedRows(before, both), { texts: [], times: [0, 1] });
+  const one = listedLines(upper, shifted(lower));
+  assert.equal(isSameList(before, one), true);
+  assert.deepEqual(one.map(({ under }) => under), ['', 'x']);
+  assert.deepEqual(changedRows(before, one), { texts: [0, 1], times: [] });
+  assert.equal(isSameList(before, listedLines(lower, upper)), false);
+});
+
+test('where lines are left out, a row is found again, or else what follows it', () => {
+  const all = listedLines(['a', 'b', 'c', 'd'].map((text, i) => cue(i * 1000, i * 1000 + 500, text)), []);
+  const some = [all[0], all[2]];
+  assert.deepEqual([-1, 0, 1, 2, 3].map((row) => rowNow(all, some, row)), [-1, 0, 1, 1, 1]);
+  assert.deepEqual([rowNow(some, all, 1), rowNow(all, [], 2)], [2, -1]);
 });
 
 test('text is found whatever its case and marks, and marked where it stands', () => {

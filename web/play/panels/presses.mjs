@@ -5,14 +5,23 @@
 
 const mark = 'own-presses';
 
-/** While the pointer is over the element, double-clicks belong to the page. */
-export function keepPresses(element) {
-  const { body } = element.ownerDocument;
-  element.addEventListener('pointerenter', () => body.classList.add(mark));
-  element.addEventListener('pointerleave', () => body.classList.remove(mark));
+// What has gone may count as under the pointer until the pointer moves.
+const isSeen = (element) => element.getClientRects().length > 0;
+
+function update(document) {
+  const under = [...document.querySelectorAll('[data-own-presses]:hover')];
+  document.body.classList.toggle(mark, under.some(isSeen));
 }
 
-/** To be called when such an element goes: the pointer may never be seen to leave it. */
+/** While the pointer is over the element, double-clicks belong to the page. */
+export function keepPresses(element) {
+  element.dataset.ownPresses = '';
+  for (const name of ['pointerenter', 'pointerleave']) {
+    element.addEventListener(name, () => update(element.ownerDocument));
+  }
+}
+
+/** To be called when such an element has gone: the pointer may never be seen to leave it. */
 export function giveBackPresses(document) {
-  document.body.classList.remove(mark);
+  update(document);
 }

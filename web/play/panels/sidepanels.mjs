@@ -8,11 +8,20 @@ const pressed = ['range', 'radio', 'checkbox', 'file'].map((type) => `:not([type
 const textField = `input${pressed}, textarea, select`;
 const editing = new Set(['a', 'c', 'v', 'x', 'y', 'z', 'backspace', 'delete', 'home', 'end']);
 
-/** Whether a key press belongs to what has the focus in a panel, and not to the film. */
-export function belongsToPanel({ key, ctrlKey, metaKey }, isInTextField) {
-  if (!isInTextField) return /^(Arrow| |Enter)/.test(key);
-  if (/^(F\d|Escape)/.test(key)) return false;
+/**
+ * Whether a key press belongs to a panel, and not to the film. focused: what has the focus there: 'field' (text),
+ * 'part' (a button and the like), 'body': a panel that has more to show than is seen; '': one that has not.
+ */
+export function belongsToPanel({ key, ctrlKey, metaKey }, focused) {
+  if (focused === 'body') return /^(Arrow(Up|Down)|Page|Home|End)/.test(key) && !ctrlKey && !metaKey;
+  if (focused === 'part') return /^(Arrow|Page|Home|End| |Enter)/.test(key);
+  if (focused !== 'field' || /^(F\d|Escape)/.test(key)) return false;
   return !(ctrlKey || metaKey) || key.startsWith('Arrow') || editing.has(key.toLowerCase());
+}
+
+function focusedIn(panel, target) {
+  if (target !== panel) return target.matches(textField) ? 'field' : 'part';
+  return panel.scrollHeight > panel.clientHeight ? 'body' : '';
 }
 
 export class SidePanels {
@@ -40,7 +49,7 @@ export class SidePanels {
     button?.setAttribute('aria-controls', element.id);
     keepPresses(element);
     element.addEventListener('keydown', (event) => {
-      if (event.target !== element && belongsToPanel(event, event.target.matches(textField))) event.stopPropagation();
+      if (belongsToPanel(event, focusedIn(element, event.target))) event.stopPropagation();
     });
   }
 

@@ -2,6 +2,7 @@
 
 import { create } from '../../../shared/elements.mjs';
 import { timeText } from '../../../shared/timetext.mjs';
+import { changedRows, rowNow } from './listedlines.mjs';
 import { findIn } from './search.mjs';
 import { VirtualList } from './virtuallist.mjs';
 
@@ -47,22 +48,35 @@ export class LineList {
       this.#pick(Number(row.dataset.row));
     });
     element.addEventListener('wheel', () => this.#leave(), { passive: true });
-    element.addEventListener('scroll', () => { if (!this.#follows) this.#tellIfAway(); }, { passive: true });
+    element.addEventListener('scroll', () => this.#scrolled(), { passive: true });
   }
 
-  /** lines: [{ text, under, startMs }]; tags: the languages of text and under; wanted: folded text that is marked. */
-  show(lines, tags, wanted) {
-    this.#lines = lines;
+  /** Other lines are about to be shown, by show(). tags: the languages of text and under. */
+  begin(tags) {
     this.#tags = tags;
-    this.#wanted = wanted;
-    this.#current = -1;
-    this.#cursor = -1;
-    this.#element.removeAttribute('aria-activedescendant');
-    this.#letterPx = Number.parseFloat(getComputedStyle(this.#element).fontSize);
-    this.#widthEm = Math.max(8, this.#element.clientWidth / this.#letterPx - 6);
-    const longest = lines.length > 0 ? timeText(lines.at(-1).startMs).length : 0;
-    this.#element.style.setProperty('--time-width', `${0.55 * longest + 0.2}em`);
-    this.#list.reset(lines.length);
+    this.#lines = null;
+  }
+
+  /**
+   * lines: listedLines(), or some of them. What is seen stays where it is, unless they are other lines than before.
+   * False: no text has changed.
+   */
+  show(lines) {
+    const before = this.#lines;
+    this.#lines = lines;
+    this.#fitTimes();
+    if (before === null) {
+      this.#setOthers();
+      return true;
+    }
+    if (before.length !== lines.length || before.some(({ place }, i) => place !== lines[i].place)) {
+      this.#setSome(before);
+      return true;
+    }
+    const { texts, times } = changedRows(before, lines);
+    for (const i of times) this.#list.row(i)?.querySelector('.time').replaceChildren(timeText(lines[i].startMs));
+    this.#list.remake(texts);
+    return texts.length > 0;
   }
 
   setWanted(wanted) {
@@ -78,10 +92,12 @@ export class LineList {
     this.#current = i;
     this.#list.row(i)?.setAttribute('aria-current', 'true');
     if (this.#follows) this.#goAlong(true);
+    else this.#followed(!this.#isAway());
   }
 
   /** Goes along again. */
   follow() {
+    this.#setCursor(-1);
     this.#follows = true;
     this.#followed(true);
     this.#goAlong(false);
@@ -89,7 +105,7 @@ export class LineList {
 
   /** Shows a row that is not the one said now: a hit. */
   bring(i) {
-    this.#follows = false;
+    this.#leave();
     this.#setCursor(i);
     this.#list.bring(i, currentShare);
     this.#tellIfAway();
@@ -112,13 +128,48 @@ export class LineList {
     if (this.#current >= 0) this.#list.bring(this.#current, currentShare, smoothly && !calm);
   }
 
+  #setOthers() {
+    this.#current = -1;
+    this.#setCursor(-1);
+    this.#letterPx = Number.parseFloat(getComputedStyle(this.#element).fontSize);
+    this.#widthEm = Math.max(8, this.#element.clientWidth / this.#letterPx - 6);
+    this.#follows = true;
+    this.#followed(true);
+    this.#list.reset(this.#lines.length);
+  }
+
+  // The same lines, but others of them.
+  #setSome(before) {
+    const first = rowNow(before, this.#lines, this.#list.first);
+    const cursor = rowNow(before, this.#lines, this.#cursor);
+    this.#current = -1;
+    this.#cursor = -1;
+    this.#list.reset(this.#lines.length, Math.max(0, first));
+    this.#setCursor(cursor);
+  }
+
+  #fitTimes() {
+    const longest = this.#lines.length > 0 ? timeText(this.#lines.at(-1).startMs).length : 0;
+    this.#element.style.setProperty('--time-width', `${0.55 * longest + 0.2}em`);
+  }
+
   #leave() {
     this.#follows = false;
+    this.#list.letGo();
+  }
+
+  #isAway() {
+    return this.#current >= 0 && !this.#list.isInView(this.#current);
+  }
+
+  // A scroll bar that is dragged tells of nothing else.
+  #scrolled() {
+    if (!this.#follows || (!this.#list.isGoing && this.#isAway())) this.#tellIfAway();
   }
 
   // Scrolled back to the line that is said, the list goes along again.
   #tellIfAway() {
-    const away = this.#current >= 0 && !this.#list.isInView(this.#current);
+    const away = this.#isAway();
     this.#follows = !away && this.#cursor < 0;
     this.#followed(!away);
   }
@@ -143,8 +194,9 @@ export class LineList {
     if (step === undefined || last < 0 || event.ctrlKey || event.altKey || event.shiftKey) return;
     event.preventDefault();
     event.stopPropagation();
-    this.#follows = false;
-    this.#setCursor(Math.max(0, Math.min(last, this.#cursor + step)));
+    const from = this.#follows && this.#current >= 0 ? this.#current : this.#cursor;
+    this.#leave();
+    this.#setCursor(Math.max(0, Math.min(last, from + step)));
     this.#list.reveal(this.#cursor);
     this.#setCursor(this.#cursor); // its row may have come only now
     this.#tellIfAway();

@@ -6,7 +6,7 @@ import { lineNames } from '../../lines/subtitles.mjs';
 import { t } from '../../../shared/texts.mjs';
 import { LineList } from './linelist.mjs';
 import { LineSearch } from './linesearch.mjs';
-import { listText, pairLines } from './pairs.mjs';
+import { isSameList, listedLines } from './listedlines.mjs';
 
 const panelName = 'transcript';
 
@@ -27,8 +27,10 @@ export class Transcript {
   #search = new LineSearch();
   #isHard = null;
   #onlyHard = false;
-  #entries = []; // { text, under, startMs, isHard } by the places of the lines that the film steps by
-  #places = []; // of those that are listed
+  #lines = []; // listedLines(), by the places of the lines that the film steps by
+  #tags = '';
+  #listed = []; // those that are in the list
+  #hit = -1; // the row that was gone to last
 
   /** panels: a SidePanels. now(): a monotonic clock in ms. */
   constructor(document, panels, subtitles, film, now) {
@@ -37,7 +39,7 @@ export class Transcript {
     this.#subtitles = subtitles;
     this.#film = film;
     this.#driver = new LinesDriver(film, now);
-    this.#list = new LineList(this.#element('lines'), (row) => film.goToLine(this.#places[row]),
+    this.#list = new LineList(this.#element('lines'), (row) => film.goToLine(this.#listed[row].place),
       (on) => { this.#element('back').hidden = on; });
     this.#wire();
     panels.add(panelName, {
@@ -53,7 +55,7 @@ export class Transcript {
   setHard(isHard) {
     this.#isHard = isHard;
     if (!isHard) this.#onlyHard = false;
-    this.load();
+    if (this.#panels.isOpen(panelName)) this.#listAnew();
   }
 
   /** To be called after changes of the subtitles. Does nothing while the panel is closed. */
@@ -61,14 +63,13 @@ export class Transcript {
     if (!this.#panels.isOpen(panelName)) return;
     const [name, other] = this.#subtitles.cues('learned') ? lineNames : [...lineNames].reverse();
     const cues = this.#subtitles.cues(name) ?? [];
-    const beneath = pairLines(cues, this.#subtitles.cues(other) ?? []);
-    this.#entries = cues.map((cue, i) => ({
-      startMs: cue.startMs,
-      text: listText(cue),
-      under: beneath[i].map(listText).join('\n'),
-      isHard: this.#isHard?.(cue) ?? false,
-    }));
-    this.#show([name, other].map((each) => this.#subtitles.line(each)?.languageTag ?? ''));
+    const lines = listedLines(cues, this.#subtitles.cues(other) ?? []);
+    const tags = [name, other].map((each) => this.#subtitles.line(each)?.languageTag ?? '');
+    const isOther = !isSameList(this.#lines, lines) || tags.join() !== this.#tags;
+    this.#lines = lines;
+    this.#tags = tags.join();
+    if (isOther) this.#list.begin(tags);
+    this.#listAnew();
     const view = { show: () => this.#mark() };
     this.#driver.setTracks(cues.length > 0 ? [{ index: new CueIndex(cues), view }] : []);
   }
@@ -78,26 +79,28 @@ export class Transcript {
     if (this.#panels.isOpen(panelName)) this.#driver.update();
   }
 
-  #show(tags) {
-    this.#places = [...this.#entries.keys()].filter((i) => !this.#onlyHard || this.#entries[i].isHard);
-    const lines = this.#places.map((place) => this.#entries[place]);
-    const isEmpty = lines.length === 0;
+  #listAnew() {
+    const before = this.#listed;
+    this.#listed = this.#onlyHard ? this.#lines.filter(({ cue }) => this.#isHard(cue)) : this.#lines;
+    const isEmpty = this.#listed.length === 0;
     this.#element('empty').hidden = !isEmpty;
     this.#element('lines').hidden = isEmpty;
-    this.#search.setTexts(lines.map(({ text, under }) => `${text}\n${under}`));
-    this.#list.show(lines, tags, this.#search.wanted);
-    this.#element('back').hidden = true;
-    const why = this.#entries.length > 0 ? 'transcript.noneHard' : 'transcript.empty';
+    const why = this.#lines.length > 0 ? 'transcript.noneHard' : 'transcript.empty';
     if (isEmpty) this.#element('empty').textContent = t(why);
     this.#element('hard').hidden = !this.#isHard;
     this.#element('hard').setAttribute('aria-pressed', String(this.#onlyHard));
+    if (this.#list.show(this.#listed)) {
+      this.#search.setTexts(this.#listed.map(({ text, under }) => `${text}\n${under}`));
+      if (!isSameList(before, this.#listed)) this.#hit = -1;
+    }
     this.#tellHits();
+    this.#mark();
   }
 
   // Where lines are left out, the last one that was said before now is the current one.
   #mark() {
     const said = this.#film.linePlace;
-    this.#list.setCurrent(this.#onlyHard ? this.#places.filter((place) => place <= said).length - 1 : said);
+    this.#list.setCurrent(this.#onlyHard ? this.#listed.filter(({ place }) => place <= said).length - 1 : said);
   }
 
   #wire() {
@@ -105,7 +108,7 @@ export class Transcript {
     field.addEventListener('input', () => this.#searchFor(field.value));
     field.addEventListener('keydown', (event) => {
       if (event.key === 'Enter') this.#goToHit(event.shiftKey ? -1 : 1);
-      if (event.key !== 'ArrowDown' || this.#places.length === 0) return;
+      if (event.key !== 'ArrowDown' || this.#listed.length === 0) return;
       event.preventDefault();
       this.#element('lines').focus();
     });
@@ -116,10 +119,14 @@ export class Transcript {
     press('previous', () => this.#goToHit(-1));
     press('next', () => this.#goToHit(1));
     press('close', () => this.#panels.close());
-    press('back', () => this.#list.follow());
+    press('back', () => {
+      const hadFocus = this.#element('back').matches(':focus');
+      this.#list.follow(); // which hides it
+      if (hadFocus) this.#element('lines').focus();
+    });
     press('hard', () => {
       this.#onlyHard = !this.#onlyHard;
-      this.load();
+      this.#listAnew();
       this.#list.follow();
     });
   }
@@ -133,9 +140,7 @@ export class Transcript {
   #searchFor(text) {
     this.#search.setWanted(text);
     this.#list.setWanted(this.#search.wanted);
-    const hit = this.#search.next(1, this.#list.place - 1);
-    if (hit >= 0) this.#list.bring(hit);
-    this.#tellHits(hit);
+    this.#bring(this.#search.next(1, this.#list.place - 1));
   }
 
   #goToHit(step) {
@@ -143,18 +148,24 @@ export class Transcript {
       this.#find();
       return;
     }
-    const hit = this.#search.next(step, this.#list.place);
-    if (hit >= 0) this.#list.bring(hit);
-    this.#tellHits(hit);
+    this.#bring(this.#search.next(step, this.#list.place));
   }
 
-  #tellHits(hit = -1) {
+  #bring(hit) {
+    this.#hit = hit;
+    if (hit >= 0) this.#list.bring(hit);
+    this.#tellHits();
+  }
+
+  #tellHits() {
     const { hits, wanted } = this.#search;
+    const at = hits.indexOf(this.#hit);
     let text = '';
     if (wanted && hits.length === 0) text = t('transcript.noHit');
-    else if (wanted && hit >= 0) text = t('transcript.hitOf', { place: hits.indexOf(hit) + 1, count: hits.length });
+    else if (wanted && at >= 0) text = t('transcript.hitOf', { place: at + 1, count: hits.length });
     else if (wanted) text = t('transcript.hits', { count: hits.length });
-    this.#element('count').textContent = text;
+    const count = this.#element('count');
+    if (count.textContent !== text) count.textContent = text; // or else it is said again
     for (const name of ['previous', 'next']) this.#element(name).disabled = hits.length === 0;
   }
 }

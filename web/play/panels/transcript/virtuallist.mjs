@@ -18,6 +18,7 @@ export class VirtualList {
   #rows = new Map(); // place -> element
   #measured = new Set();
   #width = 0; // for which they were measured
+  #goal = null; // where a smooth way ends
 
   /** makeRow(i): its element. estimate(i): about how high it will be. resized(): what is seen has another size. */
   constructor(scroller, makeRow, estimate, resized) {
@@ -26,7 +27,10 @@ export class VirtualList {
     this.#estimate = estimate;
     this.#space = create(scroller.ownerDocument, 'div', { className: 'space', role: 'presentation' });
     scroller.append(this.#space);
-    scroller.addEventListener('scroll', () => this.#draw(), { passive: true });
+    scroller.addEventListener('scroll', () => {
+      if (this.#goal !== null && Math.abs(scroller.scrollTop - this.#goal) < 2) this.#goal = null;
+      this.#draw();
+    }, { passive: true });
     const view = scroller.ownerDocument.defaultView;
     new view.ResizeObserver(() => {
       if (scroller.clientWidth === 0) return;
@@ -40,10 +44,38 @@ export class VirtualList {
     return this.#heights.count;
   }
 
-  /** Other rows, as many as this. */
-  reset(count) {
+  /** Other rows, as many as this; first: the one at the top of what is seen. */
+  reset(count, first = 0) {
+    this.#goal = null;
     this.#begin(count);
+    this.#scroller.scrollTop = this.#heights.offset(first);
     this.#draw();
+  }
+
+  /** Some rows are others now; what is at the top stays there. */
+  remake(rows) {
+    if (rows.length === 0) return;
+    const { first } = this;
+    const into = this.#scroller.scrollTop - this.#heights.offset(first);
+    const isSeen = rows.some((i) => this.#rows.has(i));
+    for (const i of rows) {
+      this.#measured.delete(i);
+      this.#heights.set(i, Math.round(this.#estimate(i)));
+    }
+    if (isSeen) this.#removeRows();
+    else this.#place();
+    this.#scroller.scrollTop = this.#heights.offset(first) + into;
+    this.#draw();
+  }
+
+  /** Whether it is on its way somewhere by itself. */
+  get isGoing() {
+    return this.#goal !== null;
+  }
+
+  /** Whatever way it was on, somebody else scrolls now. */
+  letGo() {
+    this.#goal = null;
   }
 
   /** The element of a row; undefined while it is out of sight. */
@@ -53,8 +85,7 @@ export class VirtualList {
 
   /** Makes the rows in sight anew: something else is to be shown of each. */
   redraw() {
-    for (const element of this.#rows.values()) element.remove();
-    this.#rows.clear();
+    this.#removeRows();
     this.#measured.clear();
     this.#draw();
   }
@@ -68,8 +99,14 @@ export class VirtualList {
   bring(i, share, smoothly = false) {
     const target = () => this.#heights.offset(i) + this.#heights.height(i) / 2 - share * this.#scroller.clientHeight;
     const near = Math.abs(target() - this.#scroller.scrollTop) < this.#scroller.clientHeight;
-    if (smoothly && near) this.#scroller.scrollTo({ top: this.#within(target()), behavior: 'smooth' });
-    else this.#goTo(target);
+    this.#goal = null;
+    if (!smoothly || !near) {
+      this.#goTo(target);
+      return;
+    }
+    const top = this.#within(target());
+    if (Math.abs(top - this.#scroller.scrollTop) >= 2) this.#goal = top;
+    this.#scroller.scrollTo({ top, behavior: 'smooth' });
   }
 
   /** Scrolls no further than a row needs to be seen. */
@@ -109,10 +146,14 @@ export class VirtualList {
   #begin(count) {
     this.#width = this.#scroller.clientWidth;
     this.#heights = new Heights(Array.from({ length: count }, (_, i) => Math.round(this.#estimate(i))));
-    this.#rows.clear();
+    this.#removeRows();
     this.#measured.clear();
-    this.#space.replaceChildren();
     this.#size();
+  }
+
+  #removeRows() {
+    this.#rows.clear();
+    this.#space.replaceChildren();
   }
 
   // Another width: the row at the top stays there.
