@@ -54,15 +54,23 @@ test('a request that nobody answers ends with nothing and leaves nothing behind'
   assert.equal(events.waiting, 0);
 });
 
-test('the service\'s own sentence is what a failure says', async (context) => {
+test('a failure says what is known of it, else what the service says', async (context) => {
   const api = new ServiceApi(new URL('http://127.0.0.1:1/t/Api/'));
   const asked = [];
+  const replies = [
+    '{"error":{"code":"diskFull","message":"No room."}}', '{"error":{"code":"__proto__","message":"A strange one."}}', 'no JSON',
+  ];
   context.mock.method(globalThis, 'fetch', async (url) => {
     asked.push(String(url));
-    return new Response('{"error":{"code":"unknownFilm","message":"No film has this number."}}', { status: 404 });
+    const reply = replies.shift();
+    if (!reply) throw new TypeError('Failed to fetch');
+    return new Response(reply, { status: 507 });
   });
-  await assert.rejects(api.filmLines(7), /No film has this number/);
+  await assert.rejects(api.filmLines(7), /The disk is full/);
   assert.deepEqual(asked, ['http://127.0.0.1:1/t/Api/MovieFile/Lines?videoId=7']);
+  await assert.rejects(api.filmLines(7), /A strange one/);
+  await assert.rejects(api.filmLines(7), /507/);
+  await assert.rejects(api.filmLines(7), /does not answer/);
 });
 
 test('stripping the flag\'s classes as the player does leaves the bare code', () => {

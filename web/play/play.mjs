@@ -89,6 +89,7 @@ const practice = new Practice(document, {
   keyOf: (action) => keyboard.keymap.keysOf(action)[0],
   now,
   say: (text) => notice.say(text),
+  isHeld: () => picker.isOpen,
 });
 
 // The bar beneath it.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The service's routes, as the pages use them. A failure throws an Error with the service's own sentence.
+// The service's routes, as the pages use them. A failure throws an Error with a sentence for people.
+
+import { hasText, t } from './texts.mjs';
 
 export class ServiceApi {
   #base;
@@ -238,9 +240,17 @@ export class ServiceApi {
   }
 
   async #ask(path, options) {
-    const response = await fetch(new URL(path, this.#base), options);
+    const response = await fetch(new URL(path, this.#base), options).catch(() => {
+      throw new Error(t('error.unreachable'));
+    });
     const reply = await response.json().catch(() => ({}));
-    if (!response.ok) throw new Error(reply.error?.message ?? `The service answered ${response.status}.`);
+    if (!response.ok) throw new Error(sentenceOf(reply.error, response.status));
     return reply;
   }
+}
+
+// In the interface's language where there is a text for it, else in the service's own words.
+function sentenceOf({ code, message } = {}, status) {
+  const key = `error.${code}`;
+  return hasText(key) ? t(key) : message ?? t('error.status', { status });
 }

@@ -51,6 +51,9 @@ export const numberLocale = () => `${language}-u-nu-latn`;
 
 export const number = (value) => numbers.format(value);
 
+/** Whether there is such a text, for keys that come from elsewhere. */
+export const hasText = (key) => Object.hasOwn(english, key);
+
 /** A text with its values; of several forms the one for values.count. */
 export function t(key, values = {}) {
   const found = texts[key] ?? english[key];

@@ -761,4 +761,18 @@ export default {
   'practice.fastGaps.does': 'من الآن تمرّ فترات الصمت أسرع، والكلام كما كان.',
   'practice.fastGapSpeed': 'السرعة',
   'practice.fastGapSeconds': 'إن زاد على',
+
+  // What can go wrong, by the service's codes
+  'error.unreachable': 'الخدمة المدمجة في Murvo لا تستجيب.',
+  'error.internal': 'حدث خطأ في Murvo. التفاصيل في السجل.',
+  'error.diskFull': 'القرص ممتلئ. لم يُحفظ شيء من ذلك.',
+  'error.filmMoved': 'لم يعد الفيلم في مكانه السابق.',
+  'error.unknownFormat': 'صيغة هذه الترجمة غير معروفة.',
+  'error.pictureSubtitle': 'تحتوي هذه الترجمة على صور لا على نص.',
+  'error.noCues': 'لا يوجد فيها سطر مقروء.',
+  'error.tooLarge': 'هذا كبير جدًا.',
+  'error.fileGone': 'ملف الترجمة لم يعد موجودًا.',
+  'error.cannotSpeak': 'لا يمكن نطق هذا الآن.',
+  'error.unknownFilm': 'لم يعد هذا الفيلم معروفًا.',
+  'error.status': 'ردّت الخدمة بالرمز {status}.',
 };

@@ -614,5 +614,18 @@ export default {
   'practice.fastGaps.does': 'Stille läuft von jetzt an schneller, Gesprochenes wie bisher.',
   'practice.fastGapSpeed': 'Tempo',
   'practice.fastGapSeconds': 'Wenn länger als',
-};
 
+  // What can go wrong, by the service's codes
+  'error.unreachable': 'Der Dienst in Murvo antwortet nicht.',
+  'error.internal': 'In Murvo ist etwas schiefgegangen. Mehr steht im Protokoll.',
+  'error.diskFull': 'Die Festplatte ist voll. Davon wurde nichts gespeichert.',
+  'error.filmMoved': 'Der Film liegt nicht mehr dort, wo er lag.',
+  'error.unknownFormat': 'Das Format dieses Untertitels ist unbekannt.',
+  'error.pictureSubtitle': 'Dieser Untertitel enthält Bilder, keinen Text.',
+  'error.noCues': 'Darin steht keine lesbare Zeile.',
+  'error.tooLarge': 'Das ist zu groß.',
+  'error.fileGone': 'Die Untertiteldatei ist nicht mehr da.',
+  'error.cannotSpeak': 'Das kann gerade nicht gesprochen werden.',
+  'error.unknownFilm': 'Dieser Film ist nicht mehr bekannt.',
+  'error.status': 'Der Dienst hat mit {status} geantwortet.',
+};

@@ -587,4 +587,18 @@ export default {
   'practice.fastGaps.does': 'Silences run faster from now on, speech as before.',
   'practice.fastGapSpeed': 'At speed',
   'practice.fastGapSeconds': 'When longer than',
+
+  // What can go wrong, by the service's codes
+  'error.unreachable': 'The service inside Murvo does not answer.',
+  'error.internal': 'Something went wrong in Murvo. Its log says more.',
+  'error.diskFull': 'The disk is full. Nothing of this was kept.',
+  'error.filmMoved': 'The film no longer lies where it did.',
+  'error.unknownFormat': 'This subtitle’s format is not known.',
+  'error.pictureSubtitle': 'This subtitle holds pictures, not text.',
+  'error.noCues': 'There is no readable line in it.',
+  'error.tooLarge': 'That is too large.',
+  'error.fileGone': 'The subtitle’s file is gone.',
+  'error.cannotSpeak': 'This cannot be spoken just now.',
+  'error.unknownFilm': 'This film is not known any more.',
+  'error.status': 'The service answered {status}.',
 };

@@ -650,5 +650,18 @@ export default {
   'practice.fastGaps.does': 'Desde ahora los silencios pasan más rápido; las voces, como antes.',
   'practice.fastGapSpeed': 'Velocidad',
   'practice.fastGapSeconds': 'Si dura más de',
-};
 
+  // What can go wrong, by the service's codes
+  'error.unreachable': 'El servicio de Murvo no responde.',
+  'error.internal': 'Algo ha fallado en Murvo. El registro dice más.',
+  'error.diskFull': 'El disco está lleno. No se ha guardado nada.',
+  'error.filmMoved': 'La película ya no está donde estaba.',
+  'error.unknownFormat': 'No se conoce el formato de este subtítulo.',
+  'error.pictureSubtitle': 'Este subtítulo contiene imágenes, no texto.',
+  'error.noCues': 'No hay ninguna línea legible.',
+  'error.tooLarge': 'Es demasiado grande.',
+  'error.fileGone': 'El archivo de subtítulos ya no está.',
+  'error.cannotSpeak': 'Ahora no se puede pronunciar.',
+  'error.unknownFilm': 'Esta película ya no se conoce.',
+  'error.status': 'El servicio ha respondido {status}.',
+};

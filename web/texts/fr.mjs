@@ -642,5 +642,18 @@ export default {
   'practice.fastGaps.does': 'Les silences passent désormais plus vite, les paroles comme avant.',
   'practice.fastGapSpeed': 'Vitesse',
   'practice.fastGapSeconds': 'Au-delà de',
-};
 
+  // What can go wrong, by the service's codes
+  'error.unreachable': 'Le service intégré à Murvo ne répond pas.',
+  'error.internal': 'Une erreur s’est produite dans Murvo. Le journal en dit plus.',
+  'error.diskFull': 'Le disque est plein. Rien n’a été enregistré.',
+  'error.filmMoved': 'Le film n’est plus là où il était.',
+  'error.unknownFormat': 'Le format de ce sous-titre est inconnu.',
+  'error.pictureSubtitle': 'Ce sous-titre contient des images, pas du texte.',
+  'error.noCues': 'Il ne contient aucune ligne lisible.',
+  'error.tooLarge': 'C’est trop volumineux.',
+  'error.fileGone': 'Le fichier de sous-titres a disparu.',
+  'error.cannotSpeak': 'Impossible de le prononcer pour l’instant.',
+  'error.unknownFilm': 'Ce film n’est plus connu.',
+  'error.status': 'Le service a répondu {status}.',
+};

@@ -635,4 +635,18 @@ export default {
   'practice.fastGaps.does': 'D’ora in poi i silenzi scorrono più veloci, il parlato come prima.',
   'practice.fastGapSpeed': 'Velocità',
   'practice.fastGapSeconds': 'Se più lunghi di',
+
+  // What can go wrong, by the service's codes
+  'error.unreachable': 'Il servizio di Murvo non risponde.',
+  'error.internal': 'Qualcosa è andato storto in Murvo. Il registro dice di più.',
+  'error.diskFull': 'Il disco è pieno. Non è stato salvato nulla.',
+  'error.filmMoved': 'Il film non si trova più dov’era.',
+  'error.unknownFormat': 'Il formato di questi sottotitoli non è conosciuto.',
+  'error.pictureSubtitle': 'Questi sottotitoli contengono immagini, non testo.',
+  'error.noCues': 'Non c’è nessuna riga leggibile.',
+  'error.tooLarge': 'È troppo grande.',
+  'error.fileGone': 'Il file dei sottotitoli non c’è più.',
+  'error.cannotSpeak': 'Al momento non si può pronunciare.',
+  'error.unknownFilm': 'Questo film non è più conosciuto.',
+  'error.status': 'Il servizio ha risposto {status}.',
 };

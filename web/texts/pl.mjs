@@ -678,4 +678,18 @@ export default {
   'practice.fastGaps.does': 'Od teraz cisza mija szybciej, a mowa jak dotychczas.',
   'practice.fastGapSpeed': 'Prędkość',
   'practice.fastGapSeconds': 'Gdy dłużej niż',
+
+  // What can go wrong, by the service's codes
+  'error.unreachable': 'Usługa wbudowana w Murvo nie odpowiada.',
+  'error.internal': 'W Murvo coś poszło nie tak. Więcej w dzienniku.',
+  'error.diskFull': 'Dysk jest pełny. Niczego nie zapisano.',
+  'error.filmMoved': 'Filmu nie ma już tam, gdzie był.',
+  'error.unknownFormat': 'Format tych napisów jest nieznany.',
+  'error.pictureSubtitle': 'Te napisy zawierają obrazy, nie tekst.',
+  'error.noCues': 'Nie ma w nich czytelnego wiersza.',
+  'error.tooLarge': 'To jest za duże.',
+  'error.fileGone': 'Pliku z napisami już nie ma.',
+  'error.cannotSpeak': 'Teraz nie można tego wymówić.',
+  'error.unknownFilm': 'Ten film nie jest już znany.',
+  'error.status': 'Usługa odpowiedziała: {status}.',
 };

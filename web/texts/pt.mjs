@@ -644,5 +644,18 @@ export default {
   'practice.fastGaps.does': 'A partir de agora, os silêncios passam mais rápido; as falas, como antes.',
   'practice.fastGapSpeed': 'Velocidade',
   'practice.fastGapSeconds': 'Se durar mais de',
-};
 
+  // What can go wrong, by the service's codes
+  'error.unreachable': 'O serviço do Murvo não responde.',
+  'error.internal': 'Algo deu errado no Murvo. O registro diz mais.',
+  'error.diskFull': 'O disco está cheio. Nada disso foi salvo.',
+  'error.filmMoved': 'O filme não está mais onde estava.',
+  'error.unknownFormat': 'O formato desta legenda não é conhecido.',
+  'error.pictureSubtitle': 'Esta legenda contém imagens, não texto.',
+  'error.noCues': 'Não há nenhuma linha legível.',
+  'error.tooLarge': 'É grande demais.',
+  'error.fileGone': 'O arquivo da legenda não existe mais.',
+  'error.cannotSpeak': 'Não dá para pronunciar isso agora.',
+  'error.unknownFilm': 'Este filme não é mais conhecido.',
+  'error.status': 'O serviço respondeu {status}.',
+};

@@ -683,4 +683,18 @@ export default {
   'practice.fastGaps.does': 'Теперь тишина идёт быстрее, речь — как прежде.',
   'practice.fastGapSpeed': 'Скорость',
   'practice.fastGapSeconds': 'Если дольше',
+
+  // What can go wrong, by the service's codes
+  'error.unreachable': 'Служба внутри Murvo не отвечает.',
+  'error.internal': 'В Murvo что-то пошло не так. Подробности в журнале.',
+  'error.diskFull': 'Диск заполнен. Ничего из этого не сохранено.',
+  'error.filmMoved': 'Фильма больше нет на прежнем месте.',
+  'error.unknownFormat': 'Формат этих субтитров неизвестен.',
+  'error.pictureSubtitle': 'Эти субтитры содержат картинки, а не текст.',
+  'error.noCues': 'В них нет ни одной читаемой строки.',
+  'error.tooLarge': 'Это слишком много.',
+  'error.fileGone': 'Файла субтитров больше нет.',
+  'error.cannotSpeak': 'Сейчас это нельзя произнести.',
+  'error.unknownFilm': 'Этот фильм больше не известен.',
+  'error.status': 'Ответ службы: {status}.',
 };

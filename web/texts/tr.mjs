@@ -596,4 +596,18 @@ export default {
   'practice.fastGaps.does': 'Bundan sonra sessizlikler daha hızlı geçer, konuşmalar eskisi gibi.',
   'practice.fastGapSpeed': 'Hız',
   'practice.fastGapSeconds': 'Şundan uzunsa',
+
+  // What can go wrong, by the service's codes
+  'error.unreachable': 'Murvo’nun içindeki hizmet yanıt vermiyor.',
+  'error.internal': 'Murvo’da bir şeyler ters gitti. Ayrıntılar günlükte.',
+  'error.diskFull': 'Disk dolu. Hiçbiri kaydedilmedi.',
+  'error.filmMoved': 'Film artık eski yerinde değil.',
+  'error.unknownFormat': 'Bu altyazının biçimi bilinmiyor.',
+  'error.pictureSubtitle': 'Bu altyazı metin değil, görüntü içeriyor.',
+  'error.noCues': 'İçinde okunabilir satır yok.',
+  'error.tooLarge': 'Bu çok büyük.',
+  'error.fileGone': 'Altyazı dosyası artık yok.',
+  'error.cannotSpeak': 'Bu şu anda seslendirilemiyor.',
+  'error.unknownFilm': 'Bu film artık bilinmiyor.',
+  'error.status': 'Hizmetin yanıtı: {status}.',
 };
