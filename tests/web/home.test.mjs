@@ -228,6 +228,22 @@ test('a removal is carried out in time or when the next comes, and never once it
   assert.deepEqual(log, ['done a', 'gone a', 'done b', 'back b', 'done c', 'gone c']);
 });
 
+test('the time of a removal stands still while it is held', (context) => {
+  const timers = new FakeTimers(context);
+  const removal = new PendingRemoval(5000);
+  let isGone = false;
+  removal.begin({ key: 'a', carryOut: () => { isGone = true; }, takenBack: () => {} });
+  timers.pass(4000);
+  removal.hold(true);
+  timers.pass(60_000);
+  assert.equal(isGone, false);
+  removal.hold(false);
+  timers.pass(4999);
+  assert.equal(isGone, false);
+  timers.pass(1);
+  assert.equal(isGone, true);
+});
+
 test('hits are grouped by film in the order in which they come, over pages too', async () => {
   const line = (videoId, text) => ({ videoId, fileName: `${videoId}.mkv`, text });
   const pages = [
