@@ -228,6 +228,22 @@ test('a removal is carried out in time or when the next comes, and never once it
   assert.deepEqual(log, ['done a', 'gone a', 'done b', 'back b', 'done c', 'gone c']);
 });
 
+test('the time of a removal stands still while it is held', (context) => {
+  const timers = new FakeTimers(context);
+  const removal = new PendingRemoval(5000);
+  let isGone = false;
+  removal.begin({ key: 'a', carryOut: () => { isGone = true; }, takenBack: () => {} });
+  timers.pass(4000);
+  removal.hold(true);
+  timers.pass(60_000);
+  assert.equal(isGone, false);
+  removal.hold(false);
+  timers.pass(4999);
+  assert.equal(isGone, false);
+  timers.pass(1);
+  assert.equal(isGone, true);
+});
+
 test('hits are grouped by film in the order in which they come, over pages too', async () => {
   const line = (videoId, text) => ({ videoId, fileName: `${videoId}.mkv`, text });
   const pages = [
@@ -259,6 +275,45 @@ test('a renewed search brings as many lines as were there, and an empty one none
   assert.equal(hits.count, 60);
   await hits.search({ text: ' ' }, 45);
   assert.deepEqual([hits.query, hits.count, hits.hasMore], [null, 0, false]);
+});
+
+test('a new search has its further lines while those of the earlier one still load, and never theirs', async () => {
+  const waiting = [];
+  const searchLines = (text, { below }) => new Promise((settle, refuse) => {
+    const lines = [{ videoId: 1, text: `${text} ${below ?? 'first'}` }];
+    waiting.push({ come: () => settle({ lines, next: below ? null : 9 }), fail: refuse });
+  });
+  const hits = new Hits({ searchLines });
+  const next = async () => { waiting.shift().come(); await settled(); };
+  const texts = () => hits.groups.flatMap(({ lines }) => lines.map(({ text }) => text));
+  hits.search({ text: 'sea' });
+  await next();
+  const early = hits.more();
+  const search = hits.search({ text: 'rain' });
+  assert.equal(await hits.more(), false, 'the lines that show are about to go');
+  waiting.reverse();
+  await next();
+  const late = hits.more();
+  assert.equal(await hits.more(), false, 'once is enough');
+  await next();
+  await next();
+  assert.deepEqual(await Promise.all([early, search, late]), [false, true, true]);
+  assert.deepEqual(texts(), ['rain first', 'rain 9']);
+});
+
+test('after a search that failed the earlier one goes on', async () => {
+  let isGone = false;
+  const searchLines = async (text, { below }) => {
+    if (isGone) throw new Error('It is gone.');
+    return { lines: [{ videoId: 1 }], next: below ? null : 9 };
+  };
+  const hits = new Hits({ searchLines });
+  await hits.search({ text: 'sea' });
+  isGone = true;
+  await assert.rejects(hits.search({ text: 'rain' }), /gone/);
+  isGone = false;
+  assert.equal(await hits.more(), true);
+  assert.deepEqual([hits.query.text, hits.count], ['sea', 2]);
 });
 
 test('an answer to an earlier search does not replace the later one', async () => {

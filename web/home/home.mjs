@@ -39,8 +39,8 @@ let dueCount = 0;
 let hasPreferences = false;
 let refreshCount = 0;
 
-const toast = new Toast(document);
 const removal = new PendingRemoval();
+const toast = new Toast(document, { hold: (isHeld) => removal.hold(isHeld), leave: () => views.focusTab() });
 const trouble = new Trouble(element('trouble'));
 const languageWish = new LastWish((code) => api.changeSettings({ nativeLanguage: code }));
 const levelWish = new LastWish((startLevel) => api.changeSettings({ startLevel }));
@@ -72,7 +72,7 @@ const picker = new LanguagePicker(document, setLanguage);
 const tour = new Tour(document, {
   begun: () => { bridge.execute('ResizeForTutorial'); showTitle(); },
   ended: tourEnded,
-  chooseLanguage: () => picker.open(),
+  chooseLanguage: (button) => picker.toggle(button),
   startLevel: () => learner.startLevel,
   setStartLevel,
 });
@@ -201,6 +201,7 @@ function refreshCounts() {
 
 /** Everything anew, while the learner stays where they are. */
 function refreshAll() {
+  films.endOpening();
   const views = [films.refresh(), review.refresh(), words.refresh(), search.refresh()];
   return Promise.all([attempt('learner', refreshLearner).then(offerTour), ...views]);
 }
@@ -257,10 +258,13 @@ async function start() {
 $(window).on('refreshLevel', refreshAll);
 document.addEventListener('keydown', keyPressed);
 element('due').addEventListener('click', () => toView('review'));
-addEventListener('pagehide', () => {
-  removal.carryOut();
-  preferences.saveNow();
-});
+for (const [target, name] of [[window, 'pagehide'], [document, 'visibilitychange']]) {
+  target.addEventListener(name, () => {
+    if (name === 'visibilitychange' && !document.hidden) return;
+    removal.carryOut();
+    preferences.saveNow();
+  });
+}
 translate(document);
 showTitle();
 start();

@@ -15,7 +15,16 @@ export class PendingRemoval {
   /** removal: { key, carryOut(), takenBack(), done() }; key is what has() knows it by, done is called in any case. */
   begin(removal) {
     this.carryOut();
-    this.#waiting = { ...removal, timer: setTimeout(() => this.carryOut(), this.#afterMs) };
+    this.#waiting = { ...removal };
+    this.hold(false);
+  }
+
+  /** While it is held the time stands still; it begins anew then. */
+  hold(isHeld) {
+    const removal = this.#waiting;
+    if (!removal) return;
+    clearTimeout(removal.timer);
+    removal.timer = isHeld ? null : setTimeout(() => this.carryOut(), this.#afterMs);
   }
 
   has(key) {

@@ -26,8 +26,11 @@ const goneText = (film) => (film.isThere ? '' : t(film.isAddress ? 'films.ofAddr
 /** A tint of its own for a film without a picture, the same each time. */
 const hueOf = (text) => [...text].reduce((sum, letter) => (sum * 31 + letter.codePointAt(0)) % 360, 0);
 
-/** The card of a film on the shelf. still: address of its picture; opened() and removed() when they are asked for. */
-export function filmCard(document, film, { still, opened, removed }) {
+/**
+ * The card of a film on the shelf. still: address of its picture; isBusy: it is being opened; opened() and removed() when
+ * they are asked for.
+ */
+export function filmCard(document, film, { still, isBusy, opened, removed }) {
   const make = (...rest) => create(document, ...rest);
   const { title, detail } = titleTexts(film.fileName);
   const { percent } = filmProgress(film);
@@ -48,7 +51,7 @@ export function filmCard(document, film, { still, opened, removed }) {
 
   const saved = film.savedWords === 0 ? '' : t('films.saved', { count: film.savedWords });
   const facts = [leftText(film), known, saved].filter(Boolean);
-  const card = button(document, { className: 'film-open', title: film.fileName }, opened,
+  const card = button(document, { className: 'film-open', title: film.fileName, ariaBusy: String(isBusy) }, opened,
     picture,
     make('span', { className: 'film-title', dir: 'auto', textContent: title }),
     ...(detail ? [make('span', { className: 'film-detail', dir: 'auto', textContent: detail })] : []),

@@ -15,12 +15,14 @@ export class FilmsView {
   #wanted = filmsAtATime;
   #generation = 0;
   #isAnswered = false;
+  #opening = null; // the film that is on its way
 
   /** tools: { toast, removal, opened() once a film waits for the page's word, trouble(error, source) }. */
   constructor(document, api, tools) {
     this.#document = document;
     this.#api = api;
     this.#tools = tools;
+    document.addEventListener('visibilitychange', () => { if (document.hidden) this.endOpening(); });
     this.#element('more-films').addEventListener('click', () => {
       this.#wanted += filmsAtATime;
       this.refresh();
@@ -58,6 +60,7 @@ export class FilmsView {
     const focused = [...shelf.querySelectorAll('button')].indexOf(this.#document.activeElement);
     shelf.replaceChildren(...films.map((film) => filmCard(this.#document, film, {
       still: this.#api.stillAddress(film),
+      isBusy: film.videoId === this.#opening,
       opened: () => this.#open(film),
       removed: () => this.#remove(film),
     })));
@@ -76,18 +79,29 @@ export class FilmsView {
     due.querySelector('.what').textContent = t('films.wordsDue', { count: dueCount });
   }
 
+  /** No film is on its way any longer: it plays, or it could not be played. */
+  endOpening() {
+    if (this.#opening === null) return;
+    this.#opening = null;
+    this.render();
+  }
+
   async #open(film) {
     const { title } = titleTexts(film.fileName);
     if (!film.isThere) {
-      this.#tools.toast.show(t(film.isAddress ? 'films.howAddress' : 'films.howMoved', { title }));
+      this.#tools.toast.tell(t(film.isAddress ? 'films.howAddress' : 'films.howMoved', { title }));
       return;
     }
+    if (this.#opening !== null) return;
+    this.#opening = film.videoId;
+    this.render();
     try {
       await this.#tools.removal.carryOut();
       await this.#api.openFilm(film.videoId);
       this.#tools.opened();
     } catch (error) {
-      this.#tools.toast.show(error.message);
+      this.#tools.toast.tell(error.message);
+      this.endOpening();
       this.refresh(); // it may have moved away
     }
   }
@@ -104,7 +118,7 @@ export class FilmsView {
       takenBack: () => this.render(),
       done: () => toast.hide(),
     });
-    toast.show(t('films.removed', { title: titleTexts(film.fileName).title }), () => removal.takeBack());
+    toast.offer(t('films.removed', { title: titleTexts(film.fileName).title }), () => removal.takeBack());
     this.render();
   }
 

@@ -38,8 +38,9 @@ export class LanguagePicker {
     this.#check();
   }
 
-  open() {
-    this.#popover.show(true);
+  /** As its box does, for another button; which gets the focus back. */
+  toggle(opener) {
+    this.#popover.toggle(opener);
   }
 
   select(code) {

@@ -1,17 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 /**
- * A panel that a button opens, with a choice in it. A click outside closes it; Enter, the space bar and Escape in it do
- * so, too, and give the focus back.
+ * A panel that a button opens, with a choice in it. It closes when something outside is clicked or gets the focus; Enter,
+ * the space bar and Escape in it do so, too, and give the focus back.
  */
 export class Popover {
   #box;
   #panel;
+  #opener; // the button that has opened it: its box, or another one
 
   constructor(document, box, panel) {
     this.#box = box;
     this.#panel = panel;
-    box.addEventListener('click', () => this.show(panel.hidden));
+    this.#opener = box;
+    box.addEventListener('click', () => this.toggle());
     panel.addEventListener('keydown', (event) => {
       if (!['Enter', ' ', 'Escape'].includes(event.key)) return;
       event.preventDefault(); // the button that gets the focus would be pressed by the same key
@@ -21,21 +23,29 @@ export class Popover {
       // Arrow keys "click" a choice as well, but at no place: only a real click has made it.
       if (event.detail > 0 && event.target.closest('label')) this.show(false);
     });
-    document.addEventListener('pointerdown', (event) => {
-      if (!panel.contains(event.target) && !box.contains(event.target)) this.show(false, false);
-    });
+    for (const name of ['pointerdown', 'focusin']) {
+      document.addEventListener(name, ({ target }) => {
+        if (!panel.contains(target) && !this.#opener.contains(target)) this.show(false, false);
+      });
+    }
   }
 
   get isOpen() {
     return !this.#panel.hidden;
   }
 
+  /** opener: the button that was pressed, which gets the focus back. */
+  toggle(opener = this.#box) {
+    if (!this.isOpen) this.#opener = opener;
+    this.show(!this.isOpen);
+  }
+
   show(open, moveFocus = true) {
-    if (this.#panel.hidden === !open) return;
+    if (this.isOpen === open) return;
     this.#panel.hidden = !open;
-    this.#box.setAttribute('aria-expanded', String(open));
+    for (const button of new Set([this.#box, this.#opener])) button.setAttribute('aria-expanded', String(open));
     if (!moveFocus) return;
-    if (open) this.#panel.querySelector('input:checked')?.focus();
-    else this.#box.focus();
+    if (open) (this.#panel.querySelector('input:checked') ?? this.#panel).focus();
+    else this.#opener.focus();
   }
 }

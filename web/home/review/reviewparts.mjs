@@ -60,7 +60,7 @@ export function backParts(document, { lemma, sighting }, { meaning, ipa, definit
   word.append(soundButton(document, t('review.speak'), 'W', speak));
   const parts = [word, meaning
     ? make('p', { className: 'meaning', lang, dir: 'auto', textContent: meaning })
-    : make('p', { className: 'meaning', textContent: problem || t('review.noMeaning') })];
+    : make('p', { className: problem ? 'meaning is-problem' : 'meaning', textContent: problem || t('review.noMeaning') })];
   if (sighting?.translation) {
     parts.push(make('p', { className: 'translation', lang, dir: 'auto', textContent: sighting.translation }));
   }

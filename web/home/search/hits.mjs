@@ -7,8 +7,9 @@ export class Hits {
   #api;
   #query = null;
   #next = null;
-  #isLoading = false;
   #generation = 0;
+  #shown = 0; // the search whose lines these are; another than #generation while a later one is under way
+  #loading = null; // the search of which a page is under way
   groups = [];
   count = 0;
 
@@ -31,13 +32,17 @@ export class Hits {
     const generation = this.#generation;
     const lines = [];
     let next = null;
-    if (query.text.trim()) {
+    try {
       do {
+        if (!query.text.trim()) break;
         const reply = await this.#api.searchLines(query.text, { ...query, below: next ?? undefined, count: pageSize });
         if (generation !== this.#generation) return false;
         lines.push(...reply.lines);
         next = reply.next;
       } while (next !== null && lines.length < atLeast);
+    } finally {
+      // After a failure too: what shows is still the earlier one's, and can go on.
+      if (generation === this.#generation) this.#shown = generation;
     }
     this.#query = query.text.trim() ? query : null;
     this.#next = next;
@@ -48,9 +53,9 @@ export class Hits {
 
   /** Settles with whether there were more. */
   async more() {
-    if (!this.hasMore || this.#isLoading) return false;
     const generation = this.#generation;
-    this.#isLoading = true;
+    if (!this.hasMore || this.#shown !== generation || this.#loading === generation) return false;
+    this.#loading = generation;
     try {
       const page = { ...this.#query, below: this.#next, count: pageSize };
       const { lines, next } = await this.#api.searchLines(this.#query.text, page);
@@ -60,7 +65,7 @@ export class Hits {
       this.groups = grouped(this.groups, lines);
       return true;
     } finally {
-      this.#isLoading = false;
+      if (this.#loading === generation) this.#loading = null;
     }
   }
 }

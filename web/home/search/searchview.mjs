@@ -8,6 +8,7 @@ import { placesOf, showMarked } from '../marking.mjs';
 import { Hits } from './hits.mjs';
 
 const typingPauseMs = 220;
+const aheadPx = 300; // so far before its end more lines are fetched
 
 /** Every line of every film that was opened, by what is said in it. */
 export class SearchView {
@@ -18,7 +19,7 @@ export class SearchView {
   #languages = [];
   #timer = null;
 
-  /** tools: { play(soundUrl), trouble(error) }. */
+  /** tools: { play(soundUrl), trouble(error, source), learnerTag() }. */
   constructor(document, api, tools) {
     this.#document = document;
     this.#tools = tools;
@@ -34,8 +35,9 @@ export class SearchView {
 
   /** Searches for a text from outside. */
   find(text) {
-    const { field, whole } = this.#parts;
+    const { field, language, whole } = this.#parts;
     field.value = text;
+    language.value = '';
     whole.checked = false;
     return this.#search();
   }
@@ -86,7 +88,7 @@ export class SearchView {
         this.#make('label', { className: 'switch' }, parts.whole, parts.wholeText)),
       parts.scroller);
     new IntersectionObserver((seen) => { if (seen.some((each) => each.isIntersecting)) this.#more(); },
-      { root: parts.scroller, rootMargin: '300px' }).observe(parts.end);
+      { root: parts.scroller, rootMargin: `${aheadPx}px` }).observe(parts.end);
     this.#label();
     this.#show();
   }
@@ -99,9 +101,10 @@ export class SearchView {
     this.#parts.scroller.ariaLabel = t('search.results');
     wholeText.textContent = t('search.wholeWord');
     const chosen = language.value;
-    const option = (value, textContent) => this.#make('option', { value, textContent, selected: value === chosen });
+    const option = (value, textContent, more = {}) => (
+      this.#make('option', { value, textContent, selected: value === chosen, ...more }));
     language.replaceChildren(option('', t('search.anyLanguage')), option('eng', t('search.english')),
-      ...this.#languages.map(({ code, nativeName }) => option(code, nativeName)));
+      ...this.#languages.map(({ code, nativeName, languageTag }) => option(code, nativeName, { lang: languageTag })));
   }
 
   async #search(atLeast = 1) {
@@ -112,18 +115,30 @@ export class SearchView {
     try {
       if (!await this.#hits.search(query, atLeast)) return;
       if (before && Object.keys(query).some((name) => before[name] !== query[name])) scroller.scrollTop = 0;
+      this.#tools.trouble(null, 'search');
     } catch (error) {
-      this.#tools.trouble(error);
+      this.#tools.trouble(error, 'search');
     }
     this.#show();
+    this.#fill();
+  }
+
+  // What is watched tells only that the end comes into sight, not that it still is.
+  #fill() {
+    const { scroller, end } = this.#parts;
+    if (scroller.clientHeight === 0) return; // another view shows
+    if (end.getBoundingClientRect().top <= scroller.getBoundingClientRect().bottom + aheadPx) this.#more();
   }
 
   async #more() {
     try {
-      if (await this.#hits.more()) this.#show();
+      if (!await this.#hits.more()) return;
     } catch (error) {
-      this.#tools.trouble(error);
+      this.#tools.trouble(error, 'search');
+      return;
     }
+    this.#show();
+    this.#fill();
   }
 
   #show() {
@@ -148,7 +163,11 @@ export class SearchView {
   }
 
   #line({ text, translation, startMs, soundUrl }) {
-    const said = this.#make('p', { className: 'line', dir: 'auto' });
+    const { language } = this.#hits.query;
+    const learnerTag = this.#tools.learnerTag();
+    // Of lines in any language nobody knows which one each is in; a line beneath an English one is the learner's.
+    const tags = { eng: ['en', learnerTag] }[language] ?? [language && learnerTag, ''];
+    const said = this.#make('p', { className: 'line', dir: 'auto', lang: tags[0] });
     showMarked(said, text, placesOf(text, this.#hits.query.text, this.#hits.query));
     const time = timeText(startMs);
     const label = { ariaLabel: t('search.hear', { time }), title: t('search.hearShort') };
@@ -156,7 +175,7 @@ export class SearchView {
     play.disabled = !soundUrl;
     const texts = this.#make('div', {}, said);
     if (translation) {
-      texts.append(this.#make('p', { className: 'translation', dir: 'auto', textContent: translation }));
+      texts.append(this.#make('p', { className: 'translation', dir: 'auto', lang: tags[1], textContent: translation }));
     }
     return this.#make('li', {}, play, texts, this.#make('span', { className: 'time', textContent: time }));
   }

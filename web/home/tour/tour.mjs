@@ -12,7 +12,7 @@ export class Tour {
   #tools;
   #at = 0;
 
-  /** tools: { begun(), ended(), chooseLanguage(), startLevel() tells it, setStartLevel(level) }. */
+  /** tools: { begun(), ended(), chooseLanguage(button), startLevel() tells it, setStartLevel(level) }. */
   constructor(document, tools) {
     this.#document = document;
     this.#tools = tools;
@@ -21,10 +21,7 @@ export class Tour {
     this.#element('tour-skip').addEventListener('click', () => this.end());
     this.#element('tour-back').addEventListener('click', () => this.#show(this.#at - 1));
     this.#element('tour-next').addEventListener('click', () => this.#next());
-    this.#element('tour-language').addEventListener('click', (event) => {
-      event.stopPropagation();
-      tools.chooseLanguage();
-    });
+    this.#element('tour-language').addEventListener('click', (event) => tools.chooseLanguage(event.currentTarget));
     this.#element('tour-level').addEventListener('change', (event) => tools.setStartLevel(event.target.value));
     this.#root.addEventListener('keydown', (event) => {
       if (event.key === 'Escape') this.end();
@@ -64,7 +61,8 @@ export class Tour {
     this.#element('tour-place').textContent = t('tour.place', { at: this.#at + 1, total: count });
     this.#element('tour-dots').replaceChildren(...this.#steps.map((_, i) =>
       create(this.#document, 'span', { className: i === this.#at ? 'dot now' : 'dot' })));
-    this.#element('tour-language').textContent = this.#element('selected-name').textContent;
+    const { textContent, lang } = this.#element('selected-name');
+    Object.assign(this.#element('tour-language'), { textContent, lang });
     this.#showLevels();
   }
 

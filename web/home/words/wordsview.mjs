@@ -177,7 +177,7 @@ export class WordsView {
       takenBack: () => this.#hideOrShow(() => this.#pages.show(word.lemma)),
       done: () => toast.hide(),
     });
-    toast.show(t('words.removed', { word: word.lemma }), () => removal.takeBack());
+    toast.offer(t('words.removed', { word: word.lemma }), () => removal.takeBack());
     this.#hideOrShow(() => this.#pages.hide(word.lemma));
   }
 
