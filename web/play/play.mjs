@@ -179,6 +179,7 @@ function show() {
   practice.update();
   volume.update();
   watching.update();
+  subtitlePanel.update();
   endCard.update(film.ended);
   showWaiting();
   // Behind a bar that nobody sees nothing needs to be drawn.
