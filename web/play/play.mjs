@@ -182,6 +182,7 @@ function show() {
   practice.update();
   volume.update();
   watching.update();
+  subtitlePanel.update();
   endCard.update(film.ended);
   showWaiting();
   // Behind a bar that nobody sees nothing needs to be drawn.

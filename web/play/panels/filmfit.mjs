@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { button, create } from '../../shared/elements.mjs';
+import { button, create, setHidden } from '../../shared/elements.mjs';
 import { t } from '../../shared/texts.mjs';
 import { timingText } from '../lines/timing.mjs';
 
@@ -30,7 +30,8 @@ export class FilmFit {
   #progress;
   #use;
   #undo;
-  #fitted = null; // { subtitleId, before, found }
+  #fitted = null; // { before, found }
+  #saidFor = 0; // the subtitle that the words are about
   #running = 0; // the subtitle that is being fitted; 0: none
 
   constructor(document, subtitles, name) {
@@ -51,12 +52,14 @@ export class FilmFit {
     const id = this.#subtitles.line(this.#name)?.subtitleId;
     const isRunning = this.#running === id;
     this.button.textContent = t(isRunning ? 'fit.stop' : 'fit.begin');
-    if (this.#fitted?.subtitleId !== id && !isRunning) this.#say('');
+    this.#progress.hidden = !isRunning;
+    if (this.#saidFor !== id) this.#say('');
   }
 
   async #pressed() {
     const { subtitleId } = this.#subtitles.line(this.#name);
     const api = this.#subtitles.api;
+    this.#saidFor = subtitleId;
     if (this.#running === subtitleId) {
       this.#running = 0;
       this.#progress.textContent = '';
@@ -72,6 +75,7 @@ export class FilmFit {
     try {
       await this.#follow(subtitleId, await api.beginSync(subtitleId));
     } catch (error) {
+      if (this.#running !== subtitleId) return;
       this.#running = 0;
       this.#say(error.message);
     }
@@ -94,30 +98,28 @@ export class FilmFit {
   }
 
   #ended(line, state) {
-    this.#fitted = { subtitleId: line.subtitleId, before: line.timing, found: state.timing };
-    this.#say(fitText(state));
-    if (state.timing && state.isSure) this.#apply(state.timing);
-    this.#use.hidden = !state.timing || state.isSure || state.surePercent < leastPercent;
+    this.#fitted = { before: line.timing, found: state.timing };
+    const isSure = state.timing && state.isSure;
+    const isOffered = state.timing && !state.isSure && state.surePercent >= leastPercent;
+    this.#say(fitText(state), (isSure && this.#undo) || (isOffered && this.#use) || null);
+    if (isSure) this.#subtitles.move(this.#name, state.timing);
   }
 
   #apply(timing) {
-    if (!this.#use.hidden) this.#say(t('fit.chosen', { timing: timingText(timing) }));
-    this.#use.hidden = true;
-    this.#undo.hidden = false;
+    this.#say(t('fit.chosen', { timing: timingText(timing) }), this.#undo);
     this.#subtitles.move(this.#name, timing);
   }
 
   #takeBack() {
-    this.#undo.hidden = true;
     this.#say('');
     this.#subtitles.move(this.#name, this.#fitted.before);
   }
 
-  #say(text) {
-    if (this.#text.textContent === text) return;
-    this.#text.textContent = text;
+  // offered: what can be done then, of the two buttons; the keyboard does not stay on what goes.
+  #say(text, offered = null) {
+    if (this.#text.textContent !== text) this.#text.textContent = text;
     this.said.classList.toggle('silent', text === '');
-    this.#use.hidden = true;
-    this.#undo.hidden = true;
+    if (offered) offered.hidden = false;
+    for (const each of [this.#use, this.#undo]) setHidden(each, each !== offered, offered ?? this.button);
   }
 }

@@ -10,12 +10,15 @@ export class LetterChoice {
   #document;
   #subtitles;
   #name;
+  #failed;
   #shownFor = 0;
 
-  constructor(document, subtitles, name) {
+  /** failed(text): what the learner asked for could not be done; empty: nothing is wrong any more. */
+  constructor(document, subtitles, name, failed) {
     this.#document = document;
     this.#subtitles = subtitles;
     this.#name = name;
+    this.#failed = failed;
     this.button = button(document, { className: 'plain wrong-letters', 'data-text': 'subtitles.wrongLetters' },
       () => this.#toggle());
     this.button.setAttribute('aria-expanded', 'false');
@@ -41,11 +44,13 @@ export class LetterChoice {
     }
     const { subtitleId } = this.#subtitles.line(this.#name);
     this.#shownFor = subtitleId;
+    this.#failed('');
     try {
       const { encoding, guesses } = await this.#subtitles.api.encodings(subtitleId);
       this.#offer(subtitleId, encoding, guesses.filter(({ sample }) => sample));
     } catch (error) {
-      this.list.replaceChildren(create(this.#document, 'p', { textContent: error.message }));
+      this.#failed(error.message);
+      return;
     }
     this.list.hidden = false;
     this.button.setAttribute('aria-expanded', 'true');
@@ -66,8 +71,9 @@ export class LetterChoice {
   }
 
   async #choose(subtitleId, encoding) {
-    this.#close();
     this.button.focus({ focusVisible: false });
-    await this.#subtitles.setEncoding(subtitleId, encoding).catch((error) => console.warn(error.message));
+    this.#close();
+    this.#failed('');
+    await this.#subtitles.setEncoding(subtitleId, encoding).catch((error) => this.#failed(error.message));
   }
 }

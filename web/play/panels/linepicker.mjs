@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { button, create } from '../../shared/elements.mjs';
+import { button, create, setHidden } from '../../shared/elements.mjs';
 import { t } from '../../shared/texts.mjs';
 import { filmTime } from '../lines/timing.mjs';
+import { FilmHold } from './filmhold.mjs';
 
 const linesBefore = 4;
 const linesAfter = 5;
@@ -19,14 +20,17 @@ export class LinePicker {
   element;
   #document;
   #film;
+  #opener;
   #picked;
-  #playsOn = false;
+  #hold;
   #subtitleId = 0; // whose lines it lists
 
-  /** picked(cue, positionMs): cue in the subtitle's own time, and when it was said. */
-  constructor(document, film, picked) {
+  /** opener: the button that opens it. picked(cue, positionMs): cue in the subtitle's own time, and when it was said. */
+  constructor(document, film, opener, picked) {
     this.#document = document;
     this.#film = film;
+    this.#hold = new FilmHold(film);
+    this.#opener = opener;
     this.#picked = picked;
     this.element = create(document, 'div',
       { className: 'picker', role: 'group', 'data-label': 'timing.whichLine', hidden: true });
@@ -36,8 +40,7 @@ export class LinePicker {
   open(line) {
     const positionMs = this.#film.positionMs;
     if (positionMs === null) return;
-    if (this.element.hidden) this.#playsOn = this.#film.playing && !this.#film.ended;
-    if (this.#playsOn) this.#film.setPlaying(false);
+    this.#hold.hold();
     this.#subtitleId = line.subtitleId;
     const first = firstAround(line.cues, line.timing, positionMs);
     const items = line.cues.slice(first, first + linesBefore + linesAfter).map((cue) => this.#item(cue, positionMs));
@@ -55,10 +58,15 @@ export class LinePicker {
     if (subtitleId !== this.#subtitleId) this.close();
   }
 
+  /** To be called after changes of the film. */
+  update() {
+    this.#hold.update();
+  }
+
   close() {
     if (this.element.hidden) return;
-    this.element.hidden = true;
-    if (this.#playsOn) this.#film.setPlaying(true);
+    setHidden(this.element, true, this.#opener);
+    this.#hold.letGo();
   }
 
   #item(cue, positionMs) {

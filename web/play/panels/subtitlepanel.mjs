@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { button, create } from '../../shared/elements.mjs';
+import { button, create, keepFocus } from '../../shared/elements.mjs';
 import { spokenLanguage, t } from '../../shared/texts.mjs';
 import { lineNames, trackDetails, trackName } from '../lines/subtitles.mjs';
 import { TimingCard } from './timingcard.mjs';
@@ -29,7 +29,8 @@ export class SubtitlePanel {
     this.#reading = create(document, 'p', { className: 'reading', role: 'status' });
     this.#said = create(document, 'p', { className: 'said', role: 'alert' });
     this.#body = create(document, 'tbody');
-    this.#cards = lineNames.map((name) => new TimingCard(document, name, subtitles, film));
+    this.#cards = lineNames.map((name) => new TimingCard(document, name, subtitles, film,
+      (text) => { this.#said.textContent = text; }));
     this.#panel.append(this.#heading(), this.#table(), this.#adder(), this.#said,
       ...this.#cards.map((card) => card.element));
     panels.add(panelName, {
@@ -43,6 +44,15 @@ export class SubtitlePanel {
   /** To be called after changes of the subtitles. Draws nothing while the panel is closed. */
   show() {
     if (!this.#panels.isOpen(panelName)) return;
+    keepFocus(this.#panel, () => this.#draw());
+  }
+
+  /** To be called after changes of the film. */
+  update() {
+    for (const card of this.#cards) card.update();
+  }
+
+  #draw() {
     const { isReadingFilm, readPercent, tracks } = this.#subtitles;
     const reading = isReadingFilm ? t('subtitles.reading', { percent: readPercent }) : '';
     if (this.#reading.textContent !== reading) this.#reading.textContent = reading;
@@ -95,10 +105,8 @@ export class SubtitlePanel {
   }
 
   #list(tracks, shown) {
-    const focused = this.#document.activeElement?.id;
     const none = { subtitleId: 0 };
     this.#body.replaceChildren(...[...tracks, none].map((track) => this.#row(track, shown)));
-    if (focused) this.#document.getElementById(focused)?.focus({ focusVisible: false });
   }
 
   #row(track, shown) {
@@ -141,6 +149,8 @@ export class SubtitlePanel {
       const name = chosen ? trackName(chosen) : t('subtitles.none');
       this.#tell(t('subtitles.chosen', { line: lineTitle(line), name }));
     } catch (error) {
+      this.#listed = ''; // the press shows what does not hold
+      this.show();
       this.#said.textContent = error.message;
     }
   }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { button, create } from '../../shared/elements.mjs';
+import { button, create, setHidden } from '../../shared/elements.mjs';
 import { t } from '../../shared/texts.mjs';
 import { FilmFit } from './filmfit.mjs';
 import { LetterChoice } from './letterchoice.mjs';
@@ -21,13 +21,15 @@ export class TimingCard {
   #film;
   #title;
   #value;
+  #pick;
   #reset;
   #rates;
   #picker;
   #fit;
   #letters;
 
-  constructor(document, name, subtitles, film) {
+  /** failed(text): what the learner asked for could not be done. */
+  constructor(document, name, subtitles, film, failed) {
     this.#document = document;
     this.#name = name;
     this.#subtitles = subtitles;
@@ -38,10 +40,12 @@ export class TimingCard {
       { className: 'plain', 'data-title': 'timing.resetHint', 'data-text': 'timing.reset' },
       () => this.#moveTo(unmoved));
     this.#rates = this.#rateChoice();
-    this.#picker = new LinePicker(document, film,
+    this.#pick = button(document, { className: 'plain pick', 'data-title': 'timing.pickHint', 'data-text': 'timing.pick' },
+      () => this.#picker.open(this.#line));
+    this.#picker = new LinePicker(document, film, this.#pick,
       (cue, positionMs) => this.#moveTo(startingAt(this.#line.timing, cue, positionMs)));
     this.#fit = new FilmFit(document, subtitles, name);
-    this.#letters = new LetterChoice(document, subtitles, name);
+    this.#letters = new LetterChoice(document, subtitles, name, failed);
     const step = (byMs, text, hint) => button(document, { 'data-title': hint, 'data-label': hint },
       () => this.#moveTo(shifted(this.#line.timing, byMs)), text);
     this.element = create(document, 'section', { className: 'timing-card', 'data-label': `subtitles.line.${name}` },
@@ -49,9 +53,7 @@ export class TimingCard {
       this.#fit.said,
       create(document, 'div', { className: 'row', role: 'group', 'data-label': 'timing.name' },
         step(-stepMs, '−', 'timing.stepEarlier'), this.#value, step(stepMs, '+', 'timing.stepLater'),
-        button(document, { className: 'plain pick', 'data-title': 'timing.pickHint', 'data-text': 'timing.pick' },
-          () => this.#picker.open(this.#line)),
-        this.#reset),
+        this.#pick, this.#reset),
       this.#picker.element,
       create(document, 'div', { className: 'row' }, this.#rates, this.#letters.button),
       this.#letters.list);
@@ -59,16 +61,21 @@ export class TimingCard {
 
   show() {
     const line = this.#line;
+    this.#picker.showFor(line?.subtitleId ?? 0);
     this.element.hidden = !line;
     if (!line) return;
-    this.#picker.showFor(line.subtitleId);
     this.#title.textContent = trackName(line);
     this.#value.textContent = offsetText(line.timing.offsetMs);
     this.#value.title = timingText(line.timing);
-    this.#reset.hidden = isUnmoved(line.timing);
+    setHidden(this.#reset, isUnmoved(line.timing), this.#pick);
     this.#showRate(line.timing);
     this.#fit.show();
     this.#letters.show();
+  }
+
+  /** To be called after changes of the film. */
+  update() {
+    this.#picker.update();
   }
 
   closed() {
