@@ -125,6 +125,41 @@ TEST_F(PlayerPage, HasNoSeriousFaultInAnyState) {
     look("player-search");
 }
 
+TEST_F(PlayerPage, OffersToGoOnDrillsAndTellsAtTheEndWhatWasMet) {
+    ASSERT_NO_FATAL_FAILURE(playWithLines());
+    std::ignore =
+        inPage("fetch('../Api/MovieFile/Watching?videoId=1', {method: 'PUT', body:"
+               " '{\"positionMs\":41000,\"durationMs\":100000}'}).then(() => { document.body.id = 'old';"
+               " location.reload(); }); 1");
+    ASSERT_TRUE(waitInPage("String(!!document.body && document.body.id !== 'old' &&"
+                           " document.getElementById('resume')?.hidden === false)"));
+    look("player-resume");
+    std::ignore = inPage("document.querySelector('#resume button:last-child').click(); 1");
+    EXPECT_TRUE(waitInPage("String(document.getElementById('resume').hidden)"));
+
+    ASSERT_TRUE(waitInPage("String(document.querySelectorAll('#learned .word').length > 2)"));
+    press("r");
+    ASSERT_TRUE(waitInPage("String(!!document.querySelector('#practice-marks .running'))"));
+    EXPECT_TRUE(waitUntil([this] { return player()->rate() < 0.8F; })) << "slow at first";
+    look("player-drill");
+    press("r");
+    EXPECT_TRUE(waitUntil([this] { return qFuzzyCompare(player()->rate(), 1.0F); }));
+
+    EXPECT_TRUE(waitUntil(
+        [this] {
+            press("Prior"); // a minute on: as far as the film goes
+            return waitUntil(
+                [this] {
+                    return inPage("String(!document.getElementById('end').hidden)") == QLatin1String("true");
+                },
+                4s);
+        },
+        30s));
+    look("player-end");
+    EXPECT_THAT(inPage("document.getElementById('end').textContent").toStdString(),
+                testing::Not(testing::IsEmpty()));
+}
+
 TEST_F(PlayerPage, TellsWhatAWordMeansAndKeepsIt) {
     ASSERT_NO_FATAL_FAILURE(playWithLines());
     ASSERT_TRUE(waitUntil([this] { return line("learned").contains(QLatin1String("harbour")); }));
