@@ -3,6 +3,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { Keymap, actionGroups, groupOf, keyText } from '../../web/play/keys/keymap.mjs';
+import { keptKeys } from '../../web/play/settings/keptkeys.mjs';
 
 const keymap = new Keymap();
 const press = (key, more = {}, isCardOpen = false) => keymap.actionOf({ key, ...more }, isCardOpen);
@@ -56,4 +57,17 @@ test('keys are written as people read them', () => {
   const text = (key) => keyText(key, 'Space');
   assert.deepEqual(['space', 'Ctrl+arrowleft', 'Shift+a', 'f11', ',', 'Ctrl+='].map(text),
     ['Space', 'Ctrl+←', 'Shift+A', 'F11', ',', 'Ctrl+=']);
+});
+
+test('of kept keys only what a key press can match counts', () => {
+  const kept = {
+    louder: ['Ctrl+Alt+Shift+a', 'f12', '+', 'Ctrl++', 'ж', '?'],
+    softer: [7, null, '', ' ', 'A', 'Shift+Ctrl+a', 'ctrl+a', 'Ctrl+', 'Shift+?', 'escape', 'space', 'space'],
+    back: 'a',
+    nothing: ['a'],
+  };
+  assert.deepEqual(keptKeys(kept), { louder: kept.louder, softer: ['space'] });
+  assert.deepEqual([keptKeys(null), keptKeys([])], [{}, {}]);
+  const written = actionGroups.map(([, keys]) => keptKeys(keys));
+  assert.deepEqual(written, actionGroups.map(([, keys]) => keys), 'the defaults are written so');
 });

@@ -31,6 +31,7 @@ import { Transcript } from './panels/transcript/transcript.mjs';
 import { Practice } from './practice/practice.mjs';
 import { InterfaceLanguage } from './settings/interfacelanguage.mjs';
 import { KeySheet } from './settings/keysheet.mjs';
+import { keptKeys } from './settings/keptkeys.mjs';
 import { LinesLook } from './settings/lineslook.mjs';
 import { SettingsPanel } from './settings/settingspanel.mjs';
 import { FilmWords } from './words/filmwords.mjs';
@@ -233,6 +234,8 @@ function showWords() {
 function showTexts() {
   controls.named();
   settingsPanel.translate();
+  keySheet.show();
+  endCard.translate();
   subtitlePanel.show();
   transcript.load();
   practice.show();
@@ -271,7 +274,7 @@ async function askPlayer() {
 }
 
 preferences.onChange(() => {
-  keyboard.set(preferences.get('keys'), preferences.get('lines').arrowsStepLines);
+  keyboard.set(keptKeys(preferences.get('keys')), preferences.get('lines').arrowsStepLines);
   controls.named(keyboard.keymap);
 });
 $(window)

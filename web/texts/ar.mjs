@@ -50,7 +50,6 @@ export default {
   'card.forget': 'إزالة هذه الكلمة من قائمتك',
   'card.speak': 'نطق',
   'card.speakSlowly': 'نطق ببطء',
-  'card.close': 'إغلاق',
   'card.meanings': 'المعاني',
   'card.rank': 'رقم {rank} في الشيوع',
   'card.rankMeans': 'ترتيبها بين جميع الكلمات الإنجليزية، بدءًا بأكثرها شيوعًا',
@@ -98,7 +97,6 @@ export default {
   'settings.title': 'الإعدادات',
   'settings.size': 'الحجم',
   'settings.height': 'الارتفاع',
-  'settings.percent': '{value}٪',
   'settings.both': 'السطران معًا',
   'settings.pausesOnHover': 'إيقاف مؤقت ما دام المؤشر على سطر',
   'settings.pausesOnHoverMeans': 'يتابع الفيلم حين يغادره المؤشر.',
@@ -262,7 +260,6 @@ export default {
   'home.noDictionary': '{language} · بلا قاموس',
   'home.undo': 'تراجع',
   'home.undoKey': 'تراجع (U)',
-  'home.close': 'إغلاق',
   'home.tryAgain': 'المحاولة مجددًا',
   'level.title': 'المستوى {level}',
   'level.onTheWay': 'المستوى {level}، {percent}٪ من الطريق إلى {next}، {words}',
@@ -543,7 +540,6 @@ export default {
   'account.folder': 'كلماتك ومراجعاتك وإعداداتك في مجلد خاص بك. ويمكنك حفظها في ملف في أي وقت.',
   'account.back': 'يمكنك إغلاق هذه الصفحة والعودة إلى Murvo.',
   'sound.track': 'المسار {place}',
-  'keys.space': 'المسافة',
 
   // Short words over the picture
   'notice.noLines': 'لا ترجمة: {reason}',
@@ -609,9 +605,6 @@ export default {
   'end.noWords': 'بلا ترجمة إنجليزية لا كلمات تُعدّ.',
   'end.noLines': 'عُرض هذا الفيلم بلا ترجمة.',
   'end.playAgain': 'تشغيل مجددًا',
-
-  // Panels beside the picture
-  'panels.close': 'إغلاق',
 
   // The panel with all lines
   'transcript.title': 'نص الفيلم',
@@ -706,8 +699,6 @@ export default {
 
   // The line tools: pauses, loops, drill, silences. After .does what a tool does, told when it is first used.
   'practice.title': 'التدريب',
-  'practice.close': 'إغلاق',
-  'practice.space': 'المسافة',
   'practice.noLines': 'يسير التدريب بحسب جمل الترجمة. يمكن اختيار واحدة من «الترجمة».',
   'practice.noLine': 'لا توجد هنا جملة للتدريب.',
   'practice.isOn': '{name}: مفعّل',

@@ -50,7 +50,6 @@ export default {
   'card.forget': 'Dieses Wort aus deiner Liste streichen',
   'card.speak': 'Vorsprechen',
   'card.speakSlowly': 'Langsam vorsprechen',
-  'card.close': 'Schließen',
   'card.meanings': 'Bedeutungen',
   'card.rank': 'Nr. {rank} nach Häufigkeit',
   'card.rankMeans': 'Sein Platz unter allen englischen Wörtern, die häufigsten zuerst',
@@ -77,7 +76,6 @@ export default {
   'settings.title': 'Einstellungen',
   'settings.size': 'Größe',
   'settings.height': 'Höhe',
-  'settings.percent': '{value} %',
   'settings.both': 'Beide Zeilen',
   'settings.pausesOnHover': 'Anhalten, solange der Zeiger auf einer Zeile steht',
   'settings.pausesOnHoverMeans': 'Der Film läuft weiter, sobald der Zeiger sie verlässt.',
@@ -220,7 +218,6 @@ export default {
   'home.noDictionary': '{language} · kein Wörterbuch',
   'home.undo': 'Rückgängig',
   'home.undoKey': 'Rückgängig (U)',
-  'home.close': 'Schließen',
   'home.tryAgain': 'Noch einmal versuchen',
   'level.title': 'Niveau {level}',
   'level.onTheWay': 'Niveau {level}, {percent} % des Wegs zu {next}, {words}',
@@ -437,7 +434,6 @@ export default {
     + 'in einer Datei speichern.',
   'account.back': 'Du kannst diese Seite schließen und zu Murvo zurückkehren.',
   'sound.track': 'Spur {place}',
-  'keys.space': 'Leertaste',
 
   // Short words over the picture
   'notice.noLines': 'Keine Untertitel: {reason}',
@@ -481,9 +477,6 @@ export default {
   'end.noWords': 'Ohne englische Untertitel gibt es keine Wörter zu zählen.',
   'end.noLines': 'Dieser Film lief ohne Untertitel.',
   'end.playAgain': 'Noch einmal',
-
-  // Panels beside the picture
-  'panels.close': 'Schließen',
 
   // The panel with all lines
   'transcript.title': 'Transkript',
@@ -565,8 +558,6 @@ export default {
 
   // The line tools: pauses, loops, drill, silences. After .does what a tool does, told when it is first used.
   'practice.title': 'Üben',
-  'practice.close': 'Schließen',
-  'practice.space': 'Leertaste',
   'practice.noLines': 'Geübt wird mit den Zeilen der Untertitel. Wähle welche unter „Untertitel“.',
   'practice.noLine': 'Hier ist keine Zeile zum Üben.',
   'practice.isOn': '{name}: ein',

@@ -50,7 +50,6 @@ export default {
   'card.forget': 'Take this word off your list',
   'card.speak': 'Speak',
   'card.speakSlowly': 'Speak slowly',
-  'card.close': 'Close',
   'card.meanings': 'Meanings',
   'card.rank': 'No. {rank} by use',
   'card.rankMeans': 'Its place among all English words, the commonest first',
@@ -77,7 +76,6 @@ export default {
   'settings.title': 'Settings',
   'settings.size': 'Size',
   'settings.height': 'Height',
-  'settings.percent': '{value} %',
   'settings.both': 'Both lines',
   'settings.pausesOnHover': 'Pause while the pointer is on a line',
   'settings.pausesOnHoverMeans': 'The film goes on when the pointer leaves it.',
@@ -220,7 +218,6 @@ export default {
   'home.noDictionary': '{language} · no dictionary',
   'home.undo': 'Undo',
   'home.undoKey': 'Undo (U)',
-  'home.close': 'Close',
   'home.tryAgain': 'Try again',
   'level.title': 'Level {level}',
   'level.onTheWay': 'Level {level}, {percent} % of the way to {next}, {words}',
@@ -419,7 +416,6 @@ export default {
     'Your words, your reviews and your settings lie in a folder of your own. You can save them to a file at any time.',
   'account.back': 'You can close this page and go back to Murvo.',
   'sound.track': 'Track {place}',
-  'keys.space': 'Space',
 
   // Short words over the picture
   'notice.noLines': 'No lines: {reason}',
@@ -456,9 +452,6 @@ export default {
   'end.noWords': 'Without English subtitles there are no words to count.',
   'end.noLines': 'This film was shown without subtitles.',
   'end.playAgain': 'Play again',
-
-  // Panels beside the picture
-  'panels.close': 'Close',
 
   // The panel with all lines
   'transcript.title': 'Transcript',
@@ -539,8 +532,6 @@ export default {
 
   // The line tools: pauses, loops, drill, silences. After .does what a tool does, told when it is first used.
   'practice.title': 'Practice',
-  'practice.close': 'Close',
-  'practice.space': 'Space',
   'practice.noLines': 'Practice goes by the lines of a subtitle. Choose one under Subtitles.',
   'practice.noLine': 'There is no line here to practise with.',
   'practice.isOn': '{name}: on',

@@ -50,7 +50,6 @@ export default {
   'card.forget': 'Quitar esta palabra de tu lista',
   'card.speak': 'Pronunciar',
   'card.speakSlowly': 'Pronunciar despacio',
-  'card.close': 'Cerrar',
   'card.meanings': 'Significados',
   'card.rank': 'N.º {rank} en frecuencia',
   'card.rankMeans': 'Su puesto entre todas las palabras inglesas, de la más a la menos común',
@@ -89,7 +88,6 @@ export default {
   'settings.title': 'Ajustes',
   'settings.size': 'Tamaño',
   'settings.height': 'Altura',
-  'settings.percent': '{value} %',
   'settings.both': 'Ambas líneas',
   'settings.pausesOnHover': 'Pausar mientras el puntero esté sobre una línea',
   'settings.pausesOnHoverMeans': 'La película sigue cuando el puntero se aparta.',
@@ -232,7 +230,6 @@ export default {
   'home.noDictionary': '{language} · sin diccionario',
   'home.undo': 'Deshacer',
   'home.undoKey': 'Deshacer (U)',
-  'home.close': 'Cerrar',
   'home.tryAgain': 'Intentar de nuevo',
   'level.title': 'Nivel {level}',
   'level.onTheWay': 'Nivel {level}, {percent} % del camino a {next}, {words}',
@@ -476,7 +473,6 @@ export default {
     + 'quieras.',
   'account.back': 'Puedes cerrar esta página y volver a Murvo.',
   'sound.track': 'Pista {place}',
-  'keys.space': 'Espacio',
 
   // Short words over the picture
   'notice.noLines': 'Sin subtítulos: {reason}',
@@ -519,9 +515,6 @@ export default {
   'end.noWords': 'Sin subtítulos en inglés no hay palabras que contar.',
   'end.noLines': 'Esta película se mostró sin subtítulos.',
   'end.playAgain': 'Ver otra vez',
-
-  // Panels beside the picture
-  'panels.close': 'Cerrar',
 
   // The panel with all lines
   'transcript.title': 'Transcripción',
@@ -602,8 +595,6 @@ export default {
 
   // The line tools: pauses, loops, drill, silences. After .does what a tool does, told when it is first used.
   'practice.title': 'Práctica',
-  'practice.close': 'Cerrar',
-  'practice.space': 'Espacio',
   'practice.noLines': 'La práctica sigue las líneas de los subtítulos. Elige unos en Subtítulos.',
   'practice.noLine': 'Aquí no hay ninguna línea para practicar.',
   'practice.isOn': '{name}: sí',

@@ -51,7 +51,6 @@ export default {
   'card.forget': 'Retirer ce mot de votre liste',
   'card.speak': 'Prononcer',
   'card.speakSlowly': 'Prononcer lentement',
-  'card.close': 'Fermer',
   'card.meanings': 'Sens',
   'card.rank': 'N° {rank} en fréquence',
   'card.rankMeans': 'Son rang parmi tous les mots anglais, du plus courant au plus rare',
@@ -86,7 +85,6 @@ export default {
   'settings.title': 'Réglages',
   'settings.size': 'Taille',
   'settings.height': 'Hauteur',
-  'settings.percent': '{value} %',
   'settings.both': 'Les deux lignes',
   'settings.pausesOnHover': 'Pause quand le pointeur est sur une ligne',
   'settings.pausesOnHoverMeans': 'Le film reprend quand le pointeur la quitte.',
@@ -229,7 +227,6 @@ export default {
   'home.noDictionary': '{language} · sans dictionnaire',
   'home.undo': 'Annuler',
   'home.undoKey': 'Annuler (U)',
-  'home.close': 'Fermer',
   'home.tryAgain': 'Réessayer',
   'level.title': 'Niveau {level}',
   'level.onTheWay': 'Niveau {level}, {percent} % du chemin vers {next}, {words}',
@@ -461,7 +458,6 @@ export default {
     + 'enregistrer dans un fichier.',
   'account.back': 'Vous pouvez fermer cette page et revenir à Murvo.',
   'sound.track': 'Piste {place}',
-  'keys.space': 'Espace',
 
   // Short words over the picture
   'notice.noLines': 'Pas de sous-titres : {reason}',
@@ -505,9 +501,6 @@ export default {
   'end.noWords': 'Sans sous-titres anglais, il n’y a pas de mots à compter.',
   'end.noLines': 'Ce film est passé sans sous-titres.',
   'end.playAgain': 'Revoir le film',
-
-  // Panels beside the picture
-  'panels.close': 'Fermer',
 
   // The panel with all lines
   'transcript.title': 'Transcription',
@@ -593,8 +586,6 @@ export default {
 
   // The line tools: pauses, loops, drill, silences. After .does what a tool does, told when it is first used.
   'practice.title': 'Entraînement',
-  'practice.close': 'Fermer',
-  'practice.space': 'Espace',
   'practice.noLines': 'L’entraînement suit les répliques des sous-titres. Choisissez-en dans Sous-titres.',
   'practice.noLine': 'Il n’y a pas de réplique ici pour s’entraîner.',
   'practice.isOn': '{name} : marche',

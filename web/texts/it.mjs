@@ -50,7 +50,6 @@ export default {
   'card.forget': 'Togli la parola dal tuo elenco',
   'card.speak': 'Pronuncia',
   'card.speakSlowly': 'Pronuncia lentamente',
-  'card.close': 'Chiudi',
   'card.meanings': 'Significati',
   'card.rank': 'N. {rank} per frequenza',
   'card.rankMeans': 'Il suo posto fra tutte le parole inglesi, a partire dalla più comune',
@@ -89,7 +88,6 @@ export default {
   'settings.title': 'Impostazioni',
   'settings.size': 'Dimensione',
   'settings.height': 'Altezza',
-  'settings.percent': '{value}%',
   'settings.both': 'Entrambe le righe',
   'settings.pausesOnHover': 'Pausa con il puntatore su una riga',
   'settings.pausesOnHoverMeans': 'Il film riprende quando il puntatore si sposta.',
@@ -232,7 +230,6 @@ export default {
   'home.noDictionary': '{language} · nessun dizionario',
   'home.undo': 'Annulla',
   'home.undoKey': 'Annulla (U)',
-  'home.close': 'Chiudi',
   'home.tryAgain': 'Riprova',
   'level.title': 'Livello {level}',
   'level.onTheWay': 'Livello {level}, {percent}% del percorso verso {next}, {words}',
@@ -461,7 +458,6 @@ export default {
     'Parole, ripassi e impostazioni stanno in una cartella tutta tua. Puoi salvarli in un file quando vuoi.',
   'account.back': 'Puoi chiudere questa pagina e tornare a Murvo.',
   'sound.track': 'Traccia {place}',
-  'keys.space': 'Spazio',
 
   // Short words over the picture
   'notice.noLines': 'Niente sottotitoli: {reason}',
@@ -503,9 +499,6 @@ export default {
   'end.noWords': 'Senza sottotitoli in inglese non ci sono parole da contare.',
   'end.noLines': 'Questo film è stato visto senza sottotitoli.',
   'end.playAgain': 'Riguarda',
-
-  // Panels beside the picture
-  'panels.close': 'Chiudi',
 
   // The panel with all lines
   'transcript.title': 'Trascrizione',
@@ -586,8 +579,6 @@ export default {
 
   // The line tools: pauses, loops, drill, silences. After .does what a tool does, told when it is first used.
   'practice.title': 'Pratica',
-  'practice.close': 'Chiudi',
-  'practice.space': 'Spazio',
   'practice.noLines': 'La pratica segue le battute dei sottotitoli. Scegline uno in Sottotitoli.',
   'practice.noLine': 'Qui non c’è una battuta con cui esercitarsi.',
   'practice.isOn': '{name}: on',

@@ -50,7 +50,6 @@ export default {
   'card.forget': 'Usuń to słowo ze swojej listy',
   'card.speak': 'Wymów',
   'card.speakSlowly': 'Wymów powoli',
-  'card.close': 'Zamknij',
   'card.meanings': 'Znaczenia',
   'card.rank': 'Nr {rank} pod względem częstości',
   'card.rankMeans': 'Miejsce wśród wszystkich angielskich słów, od najczęstszych',
@@ -92,7 +91,6 @@ export default {
   'settings.title': 'Ustawienia',
   'settings.size': 'Rozmiar',
   'settings.height': 'Wysokość',
-  'settings.percent': '{value}%',
   'settings.both': 'Oba wiersze',
   'settings.pausesOnHover': 'Pauza, gdy wskaźnik jest na napisach',
   'settings.pausesOnHoverMeans': 'Film rusza dalej, gdy wskaźnik je opuści.',
@@ -235,7 +233,6 @@ export default {
   'home.noDictionary': '{language} · bez słownika',
   'home.undo': 'Cofnij',
   'home.undoKey': 'Cofnij (U)',
-  'home.close': 'Zamknij',
   'home.tryAgain': 'Spróbuj ponownie',
   'level.title': 'Poziom {level}',
   'level.onTheWay': 'Poziom {level}, {percent}% drogi do {next}, {words}',
@@ -488,7 +485,6 @@ export default {
     'Twoje słowa, powtórki i ustawienia są w osobnym folderze. W każdej chwili możesz zapisać je do pliku.',
   'account.back': 'Możesz zamknąć tę stronę i wrócić do Murvo.',
   'sound.track': 'Ścieżka {place}',
-  'keys.space': 'Spacja',
 
   // Short words over the picture
   'notice.noLines': 'Brak napisów: {reason}',
@@ -536,9 +532,6 @@ export default {
   'end.noWords': 'Bez angielskich napisów nie ma słów do policzenia.',
   'end.noLines': 'Ten film był wyświetlany bez napisów.',
   'end.playAgain': 'Obejrzyj ponownie',
-
-  // Panels beside the picture
-  'panels.close': 'Zamknij',
 
   // The panel with all lines
   'transcript.title': 'Transkrypcja',
@@ -630,8 +623,6 @@ export default {
 
   // The line tools: pauses, loops, drill, silences. After .does what a tool does, told when it is first used.
   'practice.title': 'Ćwiczenia',
-  'practice.close': 'Zamknij',
-  'practice.space': 'Spacja',
   'practice.noLines': 'Ćwiczenia idą za kwestiami z napisów. Wybierz je w panelu Napisy.',
   'practice.noLine': 'Nie ma tu kwestii do ćwiczenia.',
   'practice.isOn': '{name}: wł.',

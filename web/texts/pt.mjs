@@ -50,7 +50,6 @@ export default {
   'card.forget': 'Tirar esta palavra da sua lista',
   'card.speak': 'Pronunciar',
   'card.speakSlowly': 'Pronunciar devagar',
-  'card.close': 'Fechar',
   'card.meanings': 'Significados',
   'card.rank': '{rank}ª em frequência',
   'card.rankMeans': 'A posição entre todas as palavras inglesas, da mais comum à mais rara',
@@ -89,7 +88,6 @@ export default {
   'settings.title': 'Ajustes',
   'settings.size': 'Tamanho',
   'settings.height': 'Altura',
-  'settings.percent': '{value}%',
   'settings.both': 'As duas linhas',
   'settings.pausesOnHover': 'Pausar enquanto o ponteiro está sobre uma linha',
   'settings.pausesOnHoverMeans': 'O filme continua quando o ponteiro sai dela.',
@@ -232,7 +230,6 @@ export default {
   'home.noDictionary': '{language} · sem dicionário',
   'home.undo': 'Desfazer',
   'home.undoKey': 'Desfazer (U)',
-  'home.close': 'Fechar',
   'home.tryAgain': 'Tentar de novo',
   'level.title': 'Nível {level}',
   'level.onTheWay': 'Nível {level}, {percent}% do caminho até {next}, {words}',
@@ -468,7 +465,6 @@ export default {
     'Suas palavras, revisões e ajustes ficam em uma pasta que é sua. Você pode salvá-los em um arquivo quando quiser.',
   'account.back': 'Você pode fechar esta página e voltar ao Murvo.',
   'sound.track': 'Faixa {place}',
-  'keys.space': 'Espaço',
 
   // Short words over the picture
   'notice.noLines': 'Sem legendas: {reason}',
@@ -512,9 +508,6 @@ export default {
   'end.noWords': 'Sem legendas em inglês não há palavras para contar.',
   'end.noLines': 'Este filme passou sem legendas.',
   'end.playAgain': 'Ver de novo',
-
-  // Panels beside the picture
-  'panels.close': 'Fechar',
 
   // The panel with all lines
   'transcript.title': 'Transcrição',
@@ -596,8 +589,6 @@ export default {
 
   // The line tools: pauses, loops, drill, silences. After .does what a tool does, told when it is first used.
   'practice.title': 'Prática',
-  'practice.close': 'Fechar',
-  'practice.space': 'Espaço',
   'practice.noLines': 'A prática segue as falas de uma legenda. Escolha uma em Legendas.',
   'practice.noLine': 'Não há fala aqui para praticar.',
   'practice.isOn': '{name}: sim',

@@ -50,7 +50,6 @@ export default {
   'card.forget': 'Убрать слово из списка',
   'card.speak': 'Произнести',
   'card.speakSlowly': 'Произнести медленно',
-  'card.close': 'Закрыть',
   'card.meanings': 'Значения',
   'card.rank': '№ {rank} по частоте',
   'card.rankMeans': 'Место среди всех английских слов, начиная с самых частых',
@@ -92,7 +91,6 @@ export default {
   'settings.title': 'Настройки',
   'settings.size': 'Размер',
   'settings.height': 'Высота',
-  'settings.percent': '{value} %',
   'settings.both': 'Обе строки',
   'settings.pausesOnHover': 'Пауза, пока указатель на строке',
   'settings.pausesOnHoverMeans': 'Фильм пойдёт дальше, когда указатель её покинет.',
@@ -235,7 +233,6 @@ export default {
   'home.noDictionary': '{language} · нет словаря',
   'home.undo': 'Отменить',
   'home.undoKey': 'Отменить (U)',
-  'home.close': 'Закрыть',
   'home.tryAgain': 'Попробовать ещё раз',
   'level.title': 'Уровень {level}',
   'level.onTheWay': 'Уровень {level}, {percent} % пути к {next}, {words}',
@@ -489,7 +486,6 @@ export default {
     'Ваши слова, повторения и настройки лежат в отдельной папке. Их можно в любой момент сохранить в файл.',
   'account.back': 'Эту страницу можно закрыть и вернуться в Murvo.',
   'sound.track': 'Дорожка {place}',
-  'keys.space': 'Пробел',
 
   // Short words over the picture
   'notice.noLines': 'Нет субтитров: {reason}',
@@ -542,9 +538,6 @@ export default {
   'end.noWords': 'Без английских субтитров слова не сосчитать.',
   'end.noLines': 'Этот фильм шёл без субтитров.',
   'end.playAgain': 'Смотреть снова',
-
-  // Panels beside the picture
-  'panels.close': 'Закрыть',
 
   // The panel with all lines
   'transcript.title': 'Текст фильма',
@@ -635,8 +628,6 @@ export default {
 
   // The line tools: pauses, loops, drill, silences. After .does what a tool does, told when it is first used.
   'practice.title': 'Практика',
-  'practice.close': 'Закрыть',
-  'practice.space': 'Пробел',
   'practice.noLines': 'Практика идёт по репликам субтитров. Выберите их на панели «Субтитры».',
   'practice.noLine': 'Здесь нет реплики для практики.',
   'practice.isOn': '{name}: вкл.',

@@ -50,7 +50,6 @@ export default {
   'card.forget': 'Kelimeyi listenizden çıkar',
   'card.speak': 'Seslendir',
   'card.speakSlowly': 'Yavaş seslendir',
-  'card.close': 'Kapat',
   'card.meanings': 'Anlamlar',
   'card.rank': 'Sıklıkta {rank}. sırada',
   'card.rankMeans': 'En sık kullanılandan başlayarak tüm İngilizce kelimeler arasındaki yeri',
@@ -77,7 +76,6 @@ export default {
   'settings.title': 'Ayarlar',
   'settings.size': 'Boyut',
   'settings.height': 'Yükseklik',
-  'settings.percent': '%{value}',
   'settings.both': 'Her iki satır',
   'settings.pausesOnHover': 'İmleç bir satırın üzerindeyken duraklat',
   'settings.pausesOnHoverMeans': 'İmleç satırdan ayrılınca film devam eder.',
@@ -220,7 +218,6 @@ export default {
   'home.noDictionary': '{language} · sözlük yok',
   'home.undo': 'Geri al',
   'home.undoKey': 'Geri al (U)',
-  'home.close': 'Kapat',
   'home.tryAgain': 'Yeniden dene',
   'level.title': 'Seviye {level}',
   'level.onTheWay': 'Seviye {level}, {next} yolunda %{percent}, {words}',
@@ -424,7 +421,6 @@ export default {
     'Kelimeleriniz, tekrarlarınız ve ayarlarınız size ait bir klasördedir. Dilediğinizde bir dosyaya kaydedebilirsiniz.',
   'account.back': 'Bu sayfayı kapatıp Murvo’ya dönebilirsiniz.',
   'sound.track': 'Parça {place}',
-  'keys.space': 'Boşluk',
 
   // Short words over the picture
   'notice.noLines': 'Altyazı yok: {reason}',
@@ -465,9 +461,6 @@ export default {
   'end.noWords': 'İngilizce altyazı olmadan sayılacak kelime yok.',
   'end.noLines': 'Bu film altyazısız gösterildi.',
   'end.playAgain': 'Yeniden izle',
-
-  // Panels beside the picture
-  'panels.close': 'Kapat',
 
   // The panel with all lines
   'transcript.title': 'Transkript',
@@ -548,8 +541,6 @@ export default {
 
   // The line tools: pauses, loops, drill, silences. After .does what a tool does, told when it is first used.
   'practice.title': 'Alıştırma',
-  'practice.close': 'Kapat',
-  'practice.space': 'Boşluk',
   'practice.noLines': 'Alıştırma altyazının repliklerine göre ilerler. Altyazılar panelinden bir tane seçin.',
   'practice.noLine': 'Burada alıştırma yapılacak bir replik yok.',
   'practice.isOn': '{name}: açık',

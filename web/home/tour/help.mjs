@@ -45,7 +45,7 @@ export class Help {
   #build() {
     const make = (...rest) => create(this.#document, ...rest);
     const press = (className, pressed, ...children) => button(this.#document, { className }, pressed, ...children);
-    const closing = { className: 'close', ariaLabel: t('home.close') };
+    const closing = { className: 'close', ariaLabel: t('close') };
     const close = button(this.#document, closing, () => this.#dialog.close());
     const key = (name) => make('kbd', { textContent: name === 'space' ? t('key.space') : name });
     const row = ([names, text]) => make('div', {},

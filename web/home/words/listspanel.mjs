@@ -58,7 +58,7 @@ export class ListsPanel {
   }
 
   #build() {
-    const closing = { className: 'close', ariaLabel: t('home.close') };
+    const closing = { className: 'close', ariaLabel: t('close') };
     const title = { id: 'lists-title', tabIndex: -1, autofocus: true, textContent: t('lists.title') };
     this.#dialog.replaceChildren(
       this.#make('header', {}, this.#make('h2', title), button(this.#document, closing, () => this.#dialog.close())),

@@ -37,7 +37,7 @@ export class Controls {
     this.#keymap = keymap;
     for (const button of this.#document.querySelectorAll('#bar [data-action]')) {
       const keys = keymap.keysOf(button.dataset.action);
-      button.dataset.keys = keys.length > 0 ? keyText(keys[0], t('keys.space')) : '';
+      button.dataset.keys = keys.length > 0 ? keyText(keys[0], t('key.space')) : '';
     }
     const speed = this.#element('speed'); // its name is the speed itself
     speed.dataset.tip = t('bar.normalSpeed');

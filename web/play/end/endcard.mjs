@@ -17,6 +17,7 @@ export class EndCard {
   #videoId;
   #subtitles;
   #isOver = false;
+  #told = null; // the summary that the card shows
   #ends = 0;
 
   constructor(document, api, videoId, subtitles) {
@@ -40,6 +41,11 @@ export class EndCard {
     else this.#hide();
   }
 
+  /** To be called after the language of the interface has changed. */
+  translate() {
+    if (this.#isOver && this.#told) this.#fill(this.#told);
+  }
+
   async #show() {
     this.#ends += 1;
     const end = this.#ends;
@@ -49,7 +55,13 @@ export class EndCard {
     await Promise.race([figures, new Promise((settle) => { setTimeout(settle, longestWaitMs); })]);
     if (end !== this.#ends || !this.#isOver) return;
     this.#card.hidden = false;
-    this.#card.querySelector('button').focus();
+    if (this.#isFocusFree()) this.#card.querySelector('button').focus();
+  }
+
+  // Nobody is interrupted who writes or chooses in a panel.
+  #isFocusFree() {
+    const { activeElement, body } = this.#document;
+    return !activeElement || activeElement === body || activeElement.closest('#bar') !== null;
   }
 
   #hide() {
@@ -75,6 +87,7 @@ export class EndCard {
   }
 
   #fill(summary) {
+    this.#told = summary;
     const { lineCount, runningWords, knownPercent, newCount, savedCount, dueCount } = summary;
     this.#part('film').textContent = filmTitle(this.#subtitles.fileName);
     const hasWords = knownPercent !== null;

@@ -21,7 +21,13 @@ export function keepPresses(element) {
   }
 }
 
-/** To be called when such an element has gone: the pointer may never be seen to leave it. */
+// Longer than lies between the two presses of a double-click.
+const doubleClickMs = 450;
+
+/**
+ * To be called when such an element has gone: the pointer may never be seen to leave it. A second press that follows the
+ * one by which it went is still the page's.
+ */
 export function giveBackPresses(document) {
-  update(document);
+  setTimeout(() => update(document), doubleClickMs);
 }

@@ -67,7 +67,7 @@ export class SubtitlePanel {
     return create(this.#document, 'header', {},
       create(this.#document, 'h2', { id: 'subtitles-title', 'data-text': 'bar.subtitles' }),
       this.#reading,
-      button(this.#document, { className: 'close', 'data-title': 'panels.close', 'data-label': 'panels.close' },
+      button(this.#document, { className: 'close', 'data-title': 'close', 'data-label': 'close' },
         () => this.#panels.close(), '×'));
   }
 

@@ -2,6 +2,7 @@
 
 import { speedText } from '../bar/speedtext.mjs';
 import { keyText } from '../keys/keymap.mjs';
+import { Switch } from '../../shared/controls.mjs';
 import { button, create } from '../../shared/elements.mjs';
 import { t } from '../../shared/texts.mjs';
 
@@ -73,7 +74,7 @@ export class PracticePanel {
     this.#panel.replaceChildren(
       create(this.#document, 'header', {},
         create(this.#document, 'h2', { id: 'practice-title', textContent: t('practice.title') }),
-        button(this.#document, { className: 'close', title: t('practice.close'), ariaLabel: t('practice.close') },
+        button(this.#document, { className: 'close', title: t('close'), ariaLabel: t('close') },
           () => this.#panels.close(), '×')),
       this.#noLines(),
       this.#section('practice.afterLines',
@@ -112,25 +113,25 @@ export class PracticePanel {
     return create(this.#document, 'div', { className: 'row' }, ...controls);
   }
 
-  #key(action) {
+  #keyText(action) {
     const key = this.#keyOf(action);
-    return key ? [create(this.#document, 'kbd', { textContent: keyText(key, t('practice.space')) })] : [];
+    return key ? keyText(key, t('key.space')) : '';
   }
 
   // A setting that is on or off; where there is an action of its name, by that and with its key.
   #switch(name, title = `practice.${name}`) {
-    const pressed = this.#actions[name] ?? (() => this.#change(name, !this.#preferences.get('practice')[name]));
-    const element = button(this.#document, { className: 'switch', role: 'switch' }, pressed,
-      create(this.#document, 'span', { className: 'name', textContent: t(title) }), ...this.#key(name),
-      create(this.#document, 'span', { className: 'knob' }));
-    this.#shows.push(({ settings }) => element.setAttribute('aria-checked', String(settings[name])));
-    return element;
+    const changed = this.#actions[name] ?? ((isOn) => this.#change(name, isOn));
+    const made = new Switch(this.#document, { name: t(title), key: this.#keyText(name) }, changed);
+    this.#shows.push(({ settings }) => made.show(settings[name]));
+    return made.element;
   }
 
   // isOn(shown): of what stays on until it is pressed again.
   #press(action, isOn = null, title = `practice.${action}`) {
     const element = button(this.#document, { className: 'plain' }, () => this.#actions[action](),
-      create(this.#document, 'span', { className: 'name', textContent: t(title) }), ...this.#key(action));
+      create(this.#document, 'span', { className: 'name', textContent: t(title) }));
+    const key = this.#keyText(action);
+    if (key) element.append(create(this.#document, 'kbd', { textContent: key }));
     this.#shows.push((shown) => {
       element.disabled = !shown.hasLines && action !== 'loopSection';
       if (isOn) element.setAttribute('aria-pressed', String(isOn(shown)));

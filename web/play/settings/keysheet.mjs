@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { button, create } from '../../shared/elements.mjs';
+import { button, create, keepFocus } from '../../shared/elements.mjs';
 import { t } from '../../shared/texts.mjs';
 import { Keymap, actionGroups, combinationsOf, keyText } from '../keys/keymap.mjs';
+import { keptKeys } from './keptkeys.mjs';
 
 /** All keys on one sheet, each of which can be chosen anew: a press on it waits for the next key. */
 export class KeySheet {
@@ -12,7 +13,6 @@ export class KeySheet {
   #sheet;
   #said;
   #waitingFor = null; // { action, place }: the key that the next press replaces; place beyond the last adds one
-  #taken = null; // { action, place, key, from }: waits for the learner's word
 
   constructor(document, panels, preferences) {
     this.#document = document;
@@ -20,7 +20,8 @@ export class KeySheet {
     this.#preferences = preferences;
     this.#sheet = document.getElementById('key-sheet');
     this.#said = create(document, 'p', { className: 'said', role: 'status' });
-    panels.add('keys', { element: this.#sheet, opened: () => this.show(), closed: () => { this.#waitingFor = null; } });
+    this.#sheet.append(this.#said);
+    panels.add('keys', { element: this.#sheet, opened: () => this.show(), closed: () => this.#ask(null) });
     this.#sheet.addEventListener('keydown', (event) => this.#pressed(event), true);
     preferences.onChange(() => this.show());
   }
@@ -28,20 +29,28 @@ export class KeySheet {
   actions = { keySheet: () => this.#panels.toggle('keys') };
 
   show() {
-    if (!this.#panels.isOpen('keys')) return;
+    if (this.#panels.isOpen('keys')) keepFocus(this.#sheet, () => this.#draw());
+  }
+
+  get #keymap() {
+    return new Keymap(keptKeys(this.#preferences.get('keys')));
+  }
+
+  #draw() {
     const d = this.#document;
-    const focused = d.activeElement?.id;
-    const keymap = new Keymap(this.#preferences.get('keys'));
-    this.#sheet.replaceChildren(
+    const keymap = this.#keymap;
+    // What is said stays in the page: screen readers miss what comes with its place.
+    for (const each of [...this.#sheet.children]) if (each !== this.#said) each.remove();
+    this.#said.before(
       create(d, 'header', {},
         create(d, 'h2', { id: 'keys-title' }, t('keys.title')),
-        button(d, { className: 'plain' }, () => this.#reset(), t('keys.reset')),
-        button(d, { className: 'close', ariaLabel: t('close') }, () => this.#panels.close(), '×')),
-      create(d, 'p', { className: 'hint' }, t('keys.hint')), this.#said,
+        button(d, { id: 'keys-reset', className: 'plain' }, () => this.#reset(), t('keys.reset')),
+        button(d, { id: 'keys-close', className: 'close', ariaLabel: t('close') }, () => this.#panels.close(), '×')),
+      create(d, 'p', { className: 'hint' }, t('keys.hint')));
+    this.#said.after(
       create(d, 'div', { className: 'groups' }, ...actionGroups.map(([group, actions]) => create(d, 'section', {},
         create(d, 'h3', {}, t(`keys.${group}`)),
         create(d, 'dl', {}, ...Object.keys(actions).flatMap((action) => this.#row(action, keymap)))))));
-    if (focused) d.getElementById(focused)?.focus();
   }
 
   #row(action, keymap) {
@@ -52,7 +61,10 @@ export class KeySheet {
       id: `key-${action}-${place}`, className: 'key', ariaLabel: t('keys.change', { key: this.#text(key), name }),
     }, () => this.#wait(action, place), this.#isWaiting(action, place) ? '…' : this.#text(key)));
     const add = button(d, {
-      id: `key-${action}-${keys.length}`, className: 'key add', ariaLabel: t('keys.add', { name }), title: t('keys.add', { name }),
+      id: `key-${action}-${keys.length}`,
+      className: 'key add',
+      ariaLabel: t('keys.add', { name }),
+      title: t('keys.add', { name }),
     }, () => this.#wait(action, keys.length), this.#isWaiting(action, keys.length) ? '…' : '+');
     return [create(d, 'dt', {}, name), create(d, 'dd', {}, ...keyButtons, add)];
   }
@@ -66,67 +78,77 @@ export class KeySheet {
   }
 
   #wait(action, place) {
-    this.#waitingFor = this.#isWaiting(action, place) ? null : { action, place };
-    this.#say(this.#waitingFor ? t('keys.press', { name: t(`key.${action}`) }) : '');
+    const isWaiting = this.#isWaiting(action, place);
+    this.#ask(null);
+    if (!isWaiting) {
+      this.#waitingFor = { action, place };
+      this.#said.textContent = t('keys.press', { name: t(`key.${action}`) });
+    }
     this.show();
-    this.#document.getElementById(`key-${action}-${place}`)?.focus();
+    this.#focus(action, place);
   }
 
   #pressed(event) {
-    if (!this.#waitingFor) return;
+    if (!this.#waitingFor) {
+      // The key that has just been chosen, still held, is no answer to what is asked about it.
+      if (event.repeat && /^( |Enter)$/.test(event.key)) event.preventDefault();
+      return;
+    }
+    const { action, place } = this.#waitingFor;
     if (event.key === 'Tab') { // out of here, as everywhere
-      this.#wait(this.#waitingFor.action, this.#waitingFor.place);
+      this.#wait(action, place);
       return;
     }
     event.preventDefault();
     event.stopPropagation();
-    const { action, place } = this.#waitingFor;
+    if (event.repeat) return; // the key that pressed the button, still held
     if (event.key === 'Delete') {
-      this.#waitingFor = null;
       this.#put(action, place, null);
       return;
     }
     const [key] = combinationsOf(event);
     if (!key) return; // a modifier alone: the rest follows
-    this.#waitingFor = null;
-    const from = new Keymap(this.#preferences.get('keys')).conflict(action, key);
+    const from = this.#keymap.conflict(action, key);
     if (from) this.#ask({ action, place, key, from });
     else this.#put(action, place, key);
   }
 
+  // taken: { action, place, key, from }; null takes the question and what was waited for back.
   #ask(taken) {
-    this.#taken = taken;
-    this.show();
+    this.#waitingFor = null;
+    this.#said.replaceChildren();
+    if (!taken) return;
+    const { action, place, key, from } = taken;
     const d = this.#document;
-    const take = button(d, { className: 'strong' }, () => this.#take(), t('keys.take'));
-    this.#said.replaceChildren(t('keys.taken', { key: this.#text(taken.key), name: t(`key.${taken.from}`) }), ' ', take, ' ',
-      button(d, { className: 'plain' }, () => this.#say(''), t('cancel')));
+    const take = button(d, { className: 'strong' }, () => this.#take(taken), t('keys.take'));
+    this.#said.append(t('keys.taken', { key: this.#text(key), name: t(`key.${from}`) }), ' ', take, ' ',
+      button(d, { className: 'plain' }, () => { this.#ask(null); this.#focus(action, place); }, t('cancel')));
+    this.show();
     take.focus();
   }
 
-  #take() {
-    const { action, place, key, from } = this.#taken;
-    const keymap = new Keymap(this.#preferences.get('keys'));
-    this.#preferences.change('keys', { [from]: keymap.keysOf(from).filter((each) => each !== key) });
+  #take({ action, place, key, from }) {
+    const keys = this.#keymap.keysOf(from).filter((each) => each !== key);
+    this.#preferences.change('keys', { [from]: keys });
     this.#put(action, place, key);
   }
 
   // key: null takes the place's key away.
   #put(action, place, key) {
-    const keys = [...new Keymap(this.#preferences.get('keys')).keysOf(action)];
+    const keys = [...this.#keymap.keysOf(action)];
     keys.splice(place, 1, ...(key ? [key] : []));
-    this.#say('');
+    this.#ask(null);
     this.#preferences.change('keys', { [action]: [...new Set(keys)] });
-    this.#document.getElementById(`key-${action}-${place}`)?.focus();
+    this.#focus(action, place);
+  }
+
+  #focus(action, place) {
+    const last = this.#keymap.keysOf(action).length;
+    this.#document.getElementById(`key-${action}-${Math.min(place, last)}`)?.focus();
   }
 
   #reset() {
-    this.#say('');
-    this.#waitingFor = null;
+    this.#ask(null);
     this.#preferences.reset('keys');
-  }
-
-  #say(text) {
-    this.#said.textContent = text;
   }
 }

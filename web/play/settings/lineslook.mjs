@@ -22,10 +22,20 @@ export function lookOf(look, value) {
   return looks[look].includes(value) ? value : looks[look][0];
 }
 
+/** The fields that change for a line to be shown otherwise: what is hidden knows how it was shown before. */
+export function withShow(look, show) {
+  return show === 'never' && look.show !== 'never' ? { show, shownAs: look.show } : { show };
+}
+
+/** The fields that change for a line to be hidden, or shown again as before. */
+export function toggledShow(look) {
+  if (look.show !== 'never') return withShow(look, 'never');
+  return { show: look.shownAs === 'never' ? 'always' : lookOf('show', look.shownAs) };
+}
+
 export class LinesLook {
   #document;
   #preferences;
-  #shownBefore = {}; // what a hidden line goes back to
 
   constructor(document, preferences) {
     this.#document = document;
@@ -52,7 +62,7 @@ export class LinesLook {
   update() {
     const { body, documentElement } = this.#document;
     const { raisedPercent, colours } = this.#preferences.get('lines');
-    documentElement.style.setProperty('--raised', `${within(raisedPercent, heights)}vh`);
+    documentElement.style.setProperty('--lines-raised', `${within(raisedPercent, heights)}vh`);
     body.classList.toggle('coloured', colours);
     for (const name of lineNames) {
       const look = this.#preferences.get(name);
@@ -72,9 +82,7 @@ export class LinesLook {
   }
 
   #toggle(name) {
-    const { show } = this.#preferences.get(name);
-    if (show !== 'never') this.#shownBefore[name] = show;
-    this.#preferences.change(name, { show: show === 'never' ? this.#shownBefore[name] ?? 'always' : 'never' });
+    this.#preferences.change(name, toggledShow(this.#preferences.get(name)));
   }
 
   #resize(direction) {

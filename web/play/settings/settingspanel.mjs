@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { create } from '../../shared/elements.mjs';
-import { button } from '../../shared/elements.mjs';
-import { interfaceLanguages, number, t } from '../../shared/texts.mjs';
+import { Chips, Slider, Switch } from '../../shared/controls.mjs';
+import { button, create, keepFocus } from '../../shared/elements.mjs';
+import { interfaceLanguages, t } from '../../shared/texts.mjs';
 import { lineNames } from '../lines/subtitles.mjs';
-import { Chips, Slider, Switch } from './chips.mjs';
-import { heights, lookOf, looks, sizes } from './lineslook.mjs';
+import { wordClasses } from '../words/filmwords.mjs';
+import { heights, lookOf, looks, sizes, withShow } from './lineslook.mjs';
 
-const percent = (value) => t('settings.percent', { value: number(value) });
-const classOfStatus = { unknown: 'unknown', new: 'fresh', learning: 'learning', known: '' };
+const percent = (value) => t('bar.percent', { percent: value });
+const legend = [['unknown', 'unknown'], ['new', 'new'], ['learning', 'learning1'], ['known', 'known']]; // name, status
 
 /** How the lines look and what words tell: everything shows in the lines at once. */
 export class SettingsPanel {
@@ -17,7 +17,7 @@ export class SettingsPanel {
   #preferences;
   #panel;
   #shown = []; // what each control shows, carried out again after every change
-  #language = null;
+  #isBuilt = false; // in the language of now
 
   /** panels: SidePanels; openKeys(): shows the sheet of keys. */
   constructor(document, panels, preferences, openKeys) {
@@ -26,7 +26,11 @@ export class SettingsPanel {
     this.#preferences = preferences;
     this.#panel = document.getElementById('settings-panel');
     this.openKeys = openKeys;
-    panels.add('settings', { element: this.#panel, button: document.getElementById('settings'), opened: () => this.show() });
+    panels.add('settings', {
+      element: this.#panel,
+      button: document.getElementById('settings'),
+      opened: () => this.show(),
+    });
     preferences.onChange(() => this.show());
   }
 
@@ -34,19 +38,19 @@ export class SettingsPanel {
 
   /** To be called after the language of the interface has changed. */
   translate() {
-    this.#language = null;
+    this.#isBuilt = false;
     this.show();
   }
 
   show() {
     if (!this.#panels.isOpen('settings')) return;
-    if (this.#language === null) this.#build();
+    if (!this.#isBuilt) keepFocus(this.#panel, () => this.#build());
     for (const show of this.#shown) show();
   }
 
   #build() {
     const d = this.#document;
-    this.#language = true;
+    this.#isBuilt = true;
     this.#shown = [];
     this.#panel.replaceChildren(
       create(d, 'header', {},
@@ -65,15 +69,21 @@ export class SettingsPanel {
     const size = new Slider(this.#document, t('settings.size'), sizes, percent,
       (sizePercent) => this.#preferences.change(name, { sizePercent }));
     this.#shown.push(() => size.show(this.#preferences.get(name).sizePercent));
-    return this.#section(t(`lines.${name}`), chips[0].element, size.element, ...chips.slice(1).map((each) => each.element));
+    const [show, ...others] = chips.map(({ element }) => element);
+    return this.#section(t(`lines.${name}`), show, size.element, ...others);
   }
 
   #chips(name, look) {
     const options = looks[look].map((value) => [value, t(`look.${look}.${value}`)]);
     const chips = new Chips(this.#document, `${name}-${look}`, t(`look.${look}`), options,
-      (value) => this.#preferences.change(name, { [look]: value }));
+      (value) => this.#choose(name, look, value));
     this.#shown.push(() => chips.show(lookOf(look, this.#preferences.get(name)[look])));
     return chips;
+  }
+
+  #choose(name, look, value) {
+    const fields = look === 'show' ? withShow(this.#preferences.get(name), value) : { [look]: value };
+    this.#preferences.change(name, fields);
   }
 
   #bothSection() {
@@ -87,14 +97,15 @@ export class SettingsPanel {
 
   #wordSection() {
     const d = this.#document;
-    const legend = Object.entries(classOfStatus).map(([status, name]) => create(d, 'li', {},
-      create(d, 'span', { className: `word ${name}`, lang: 'en', textContent: 'word' }), ' ', t(`legend.${status}`)));
+    const marks = legend.map(([name, status]) => create(d, 'li', {},
+      create(d, 'span', { className: `word ${wordClasses[status] ?? ''}`, lang: 'en', textContent: 'word' }), ' ',
+      t(`legend.${name}`)));
     return this.#section(t('settings.words'), this.#switch('colours', 'settings.colours', ''),
-      create(d, 'ul', { className: 'legend' }, ...legend));
+      create(d, 'ul', { className: 'legend' }, ...marks));
   }
 
   #switch(field, name, meaning) {
-    const each = new Switch(this.#document, t(name), meaning ? t(meaning) : '',
+    const each = new Switch(this.#document, { name: t(name), meaning: meaning && t(meaning) },
       (isOn) => this.#preferences.change('lines', { [field]: isOn }));
     this.#shown.push(() => each.show(this.#preferences.get('lines')[field]));
     return each.element;
@@ -102,8 +113,9 @@ export class SettingsPanel {
 
   #interfaceSection() {
     const d = this.#document;
-    const named = [...interfaceLanguages.values()].map((tag) => [tag, new Intl.DisplayNames(tag, { type: 'language' }).of(tag)]);
-    const language = new Chips(d, 'interface-language', t('settings.language'), [['', t('settings.ownLanguage')], ...named],
+    const nameOf = (tag) => new Intl.DisplayNames(tag, { type: 'language' }).of(tag);
+    const choices = [['', t('settings.ownLanguage')], ...[...interfaceLanguages.values()].map((tag) => [tag, nameOf(tag)])];
+    const language = new Chips(d, 'interface-language', t('settings.language'), choices,
       (value) => this.#preferences.change('interface', { language: value }));
     this.#shown.push(() => language.show(this.#preferences.get('interface').language));
     return this.#section(t('settings.program'), language.element,

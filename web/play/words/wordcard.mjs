@@ -148,7 +148,7 @@ export class WordCard {
         create(d, 'div', { className: 'title' }, this.#parts.word, this.#parts.ipa,
           icon('speak', () => this.#speak('soundUrl'), 'card.speak'),
           icon('slow', () => this.#speak('slowSoundUrl'), 'card.speakSlowly')),
-        icon('close', () => this.#closePick(), 'card.close'),
+        icon('close', () => this.#closePick(), 'close'),
         part('about', 'about'), part('choices', 'choices')),
       create(d, 'div', { className: 'body', tabIndex: 0, role: 'group', ariaLabel: t('card.meanings') },
         part('meanings', 'meanings'), part('english', 'english'), part('elsewhere', 'elsewhere'), part('sources', 'sources')),

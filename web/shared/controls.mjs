@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { create } from '../../shared/elements.mjs';
+import { button, create } from './elements.mjs';
 
 /** A choice of few: a named group of radio buttons that look like chips. chosen(value): the learner's choice. */
 export class Chips {
@@ -9,7 +9,7 @@ export class Chips {
   /** options: [[value, text], ...]; name: unique in the page. */
   constructor(document, name, legend, options, chosen) {
     const labels = options.map(([value, text]) => {
-      const input = create(document, 'input', { type: 'radio', name, value });
+      const input = create(document, 'input', { type: 'radio', id: `${name}-${value}`, name, value });
       input.addEventListener('change', () => chosen(value));
       this.#inputs.set(value, input);
       return create(document, 'label', { className: 'chip' }, input, create(document, 'span', {}, text));
@@ -24,19 +24,23 @@ export class Chips {
   }
 }
 
-/** A switch with its name, and what it means beneath. */
+/** A switch with its name, what it means beneath it, and its key beside it. */
 export class Switch {
-  #input;
+  #isOn = false;
 
-  constructor(document, name, meaning, changed) {
-    this.#input = create(document, 'input', { type: 'checkbox', role: 'switch' });
-    this.#input.addEventListener('change', () => changed(this.#input.checked));
-    this.element = create(document, 'label', { className: 'switch' }, this.#input,
-      create(document, 'span', {}, name, meaning ? create(document, 'small', {}, meaning) : ''));
+  /** meaning, key: may be missing. changed(isOn): the learner's choice; only show() turns the switch. */
+  constructor(document, { name, meaning = '', key = '' }, changed) {
+    const text = create(document, 'span', { className: 'name' }, name);
+    if (meaning) text.append(create(document, 'small', {}, meaning));
+    this.element = button(document, { className: 'switch', role: 'switch' }, () => changed(!this.#isOn), text);
+    if (key) this.element.append(create(document, 'kbd', {}, key));
+    this.element.append(create(document, 'span', { className: 'knob' }));
+    this.show(false);
   }
 
   show(isOn) {
-    this.#input.checked = isOn;
+    this.#isOn = isOn;
+    this.element.setAttribute('aria-checked', String(isOn));
   }
 }
 
