@@ -13,21 +13,18 @@ function update(document) {
   document.body.classList.toggle(mark, under.some(isSeen));
 }
 
+// Longer than lies between the two presses of a double-click: the second one is the page's, too, where the first has
+// closed what was under it.
+const doubleClickMs = 450;
+
 /** While the pointer is over the element, double-clicks belong to the page. */
 export function keepPresses(element) {
   element.dataset.ownPresses = '';
-  for (const name of ['pointerenter', 'pointerleave']) {
-    element.addEventListener(name, () => update(element.ownerDocument));
-  }
+  element.addEventListener('pointerenter', () => update(element.ownerDocument));
+  element.addEventListener('pointerleave', () => giveBackPresses(element.ownerDocument));
 }
 
-// Longer than lies between the two presses of a double-click.
-const doubleClickMs = 450;
-
-/**
- * To be called when such an element has gone: the pointer may never be seen to leave it. A second press that follows the
- * one by which it went is still the page's.
- */
+/** To be called when such an element has gone: the pointer may never be seen to leave it. */
 export function giveBackPresses(document) {
   setTimeout(() => update(document), doubleClickMs);
 }
