@@ -258,6 +258,9 @@ async function start() {
 $(window).on('refreshLevel', refreshAll);
 document.addEventListener('keydown', keyPressed);
 element('due').addEventListener('click', () => toView('review'));
+element('selectedLanguage').addEventListener('click', () => {
+  if (languages.length === 0) attempt('learner', refreshLearner);
+});
 for (const [target, name] of [[window, 'pagehide'], [document, 'visibilitychange']]) {
   target.addEventListener(name, () => {
     if (name === 'visibilitychange' && !document.hidden) return;

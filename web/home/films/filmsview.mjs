@@ -4,6 +4,7 @@ import { number, t } from '../../shared/texts.mjs';
 import { filmCard, titleTexts } from './filmcard.mjs';
 
 const filmsAtATime = 24;
+const longestOpeningMs = 10_000; // should nothing have come of it, it can be tried again
 
 /** The first view: the field for a film, and the shelf of those that were watched. */
 export class FilmsView {
@@ -16,6 +17,7 @@ export class FilmsView {
   #generation = 0;
   #isAnswered = false;
   #opening = null; // the film that is on its way
+  #openingTimer = null;
 
   /** tools: { toast, removal, opened() once a film waits for the page's word, trouble(error, source) }. */
   constructor(document, api, tools) {
@@ -82,6 +84,7 @@ export class FilmsView {
   /** No film is on its way any longer: it plays, or it could not be played. */
   endOpening() {
     if (this.#opening === null) return;
+    clearTimeout(this.#openingTimer);
     this.#opening = null;
     this.render();
   }
@@ -99,6 +102,7 @@ export class FilmsView {
       await this.#tools.removal.carryOut();
       await this.#api.openFilm(film.videoId);
       this.#tools.opened();
+      this.#openingTimer = setTimeout(() => this.endOpening(), longestOpeningMs);
     } catch (error) {
       this.#tools.toast.tell(error.message);
       this.endOpening();

@@ -23,11 +23,13 @@ export class Popover {
       // Arrow keys "click" a choice as well, but at no place: only a real click has made it.
       if (event.detail > 0 && event.target.closest('label')) this.show(false);
     });
-    for (const name of ['pointerdown', 'focusin']) {
-      document.addEventListener(name, ({ target }) => {
-        if (!panel.contains(target) && !this.#opener.contains(target)) this.show(false, false);
-      });
-    }
+    const closeFor = (place) => {
+      if (!panel.contains(place) && !this.#opener.contains(place)) this.show(false, false);
+    };
+    document.addEventListener('pointerdown', ({ target }) => closeFor(target));
+    document.addEventListener('focusin', ({ target }) => closeFor(target));
+    // Behind the last choice there is perhaps nothing to go to; a list that is made anew is given the focus again.
+    panel.addEventListener('focusout', () => setTimeout(() => closeFor(document.activeElement)));
   }
 
   get isOpen() {
