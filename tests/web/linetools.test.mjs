@@ -24,6 +24,7 @@ function sitting(context, cues, settings) {
     if (name === 'Pause' || name === 'Play') made.playing = name === 'Play';
     if (name === 'SeekTo') made.position = args.position * 1000;
     if (name === 'SetPlaybackSpeed') made.speed = args.speed;
+    assert.ok(made.commands.length < 200, 'the tools do not stop');
   };
   made.film = new Film({ execute: obey }, () => timers.now, () => made.tools?.update());
   made.tools = new LineTools(made.film, preferences, () => timers.now, {
@@ -65,6 +66,19 @@ test('a loop silences what is said before its line, and gives the sound back to 
   made.run(2500);
   assert.equal(made.commands.slice(before).some((command) => command.startsWith('SetMuted')), false);
   assert.equal(made.changes, 1, 'nobody is told of what stays the same');
+});
+
+test('the learner\'s speed is known while a tool plays at another, and can be set beneath it', (context) => {
+  const made = sitting(context, [cue(9000, 10_000)], { fastGaps: true, fastGapSpeed: 2 });
+  made.run(1000);
+  assert.deepEqual([made.film.speed, made.tools.ownSpeed], [2, 1]);
+  made.tools.ownSpeed = 0.8;
+  assert.deepEqual([made.film.speed, made.tools.ownSpeed], [2, 0.8]);
+  made.run(7000);
+  assert.deepEqual([made.film.speed, made.tools.ownSpeed], [0.8, 0.8]);
+  assert.equal(made.commands.length, 2, 'once to and once fro');
+  made.tools.ownSpeed = 1.3;
+  assert.deepEqual([made.film.speed, made.tools.ownSpeed], [1.3, 1.3]);
 });
 
 test('another track ends what went by the lines of the one before', (context) => {

@@ -8,6 +8,7 @@ import { Watching, isOver, placeToOffer } from '../../web/play/film/watching.mjs
 const hour = 3_600_000;
 let clock;
 let film;
+let tools;
 let watching;
 let kept;
 let saved;
@@ -20,11 +21,15 @@ beforeEach(() => {
   kept = { positionMs: 0, durationMs: 0, speedPercent: 100, audioTrackId: null, isFinished: false };
   film = new Film({ execute: () => {} }, () => clock, () => watching.update());
   film.durationMs = hour;
+  tools = {
+    get ownSpeed() { return film.speed; },
+    set ownSpeed(speed) { film.setSpeed(speed); },
+  };
   const api = { watching: async () => kept, changeWatching: async (_, state) => { saved.push(state); } };
   watching = new Watching(api, 7, film, () => clock, {
     show: (positionMs) => offers.push(positionMs),
     hide: () => { offers.push('hidden'); watching.settled(); },
-  });
+  }, tools);
 });
 
 function run(seconds) {
@@ -88,7 +93,7 @@ test('a learner who moves the film has settled the offer', async () => {
 test('a service that keeps nothing stops nothing', async (context) => {
   const warnings = context.mock.method(console, 'warn', () => {});
   const failing = async () => { throw new Error('There is nothing here.'); };
-  watching = new Watching({ watching: failing, changeWatching: failing }, 7, film, () => clock, { show() {}, hide() {} });
+  watching = new Watching({ watching: failing, changeWatching: failing }, 7, film, () => clock, { show() {}, hide() {} }, tools);
   await watching.load();
   for (let i = 0; i < 4; i += 1) {
     run(6);

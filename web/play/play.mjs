@@ -106,7 +106,7 @@ const resumeCard = new ResumeCard(document, (positionMs) => {
 const watching = new Watching(api, videoId, film, now, {
   show: (positionMs, durationMs) => resumeCard.show(positionMs, durationMs),
   hide: () => resumeCard.hide(),
-});
+}, practice);
 const endCard = new EndCard(document, api, videoId, subtitles);
 const isBarSeen = () => !document.body.classList.contains('resting');
 

@@ -28,6 +28,7 @@ export class Watching {
   #film;
   #now;
   #offer;
+  #tools;
   #kept = null; // as the service has it
   #isBegun = false; // the film was heard of, and what was kept is known
   #offered = null; // { positionMs, at } of the film when the offer was made; null when there is none
@@ -38,14 +39,15 @@ export class Watching {
 
   /**
    * now(): a monotonic clock in ms. offer: { show(positionMs, durationMs), hide() }; settled() must be
-   * called when it is over.
+   * called when it is over. tools: their ownSpeed is the learner's, which may not be the film's now.
    */
-  constructor(api, videoId, film, now, offer) {
+  constructor(api, videoId, film, now, offer, tools) {
     this.#api = api;
     this.#videoId = videoId;
     this.#film = film;
     this.#now = now;
     this.#offer = offer;
+    this.#tools = tools;
   }
 
   /** What was kept of this film; without an answer, as of one that was never watched. */
@@ -91,16 +93,17 @@ export class Watching {
     this.#lastKeptAt = this.#now();
     const place = placeToOffer(this.#kept, positionMs);
     if (place !== null) this.#offered = { positionMs, at: this.#now() };
-    if (this.#kept.speedPercent !== 100 && this.#film.speed === 1) this.#film.setSpeed(this.#kept.speedPercent / 100);
+    const { speedPercent } = this.#kept;
+    if (speedPercent !== 100 && this.#tools.ownSpeed === 1) this.#tools.ownSpeed = speedPercent / 100;
     if (place !== null) this.#offer.show(place, this.#kept.durationMs);
   }
 
   #keep() {
-    const { positionMs, durationMs, speed, audioTrackId, ended } = this.#film;
+    const { positionMs, durationMs, audioTrackId, ended } = this.#film;
     const state = {
       positionMs: Math.max(0, Math.round(positionMs)),
       ...(durationMs === null ? {} : { durationMs: Math.round(durationMs) }),
-      speedPercent: Math.round(speed * 100),
+      speedPercent: Math.round(this.#tools.ownSpeed * 100),
       ...(audioTrackId === null ? {} : { audioTrackId }),
       isFinished: ended || isOver(positionMs, durationMs ?? 0),
     };

@@ -50,6 +50,16 @@ export class LineTools {
     return this.#preferences.get('practice');
   }
 
+  /** The speed that the learner has set, also while a tool plays the film at another. */
+  get ownSpeed() {
+    return this.#state.toolSpeed === null ? this.#film.speed : this.#state.ownSpeed;
+  }
+
+  set ownSpeed(speed) {
+    if (this.#state.toolSpeed === null) this.#film.setSpeed(speed);
+    else this.#state = { ...this.#state, ownSpeed: speed };
+  }
+
   get hasLines() {
     return this.#lines.count > 0;
   }

@@ -63,6 +63,15 @@ export class Practice {
     this.show();
   }
 
+  /** The speed that the learner has set, also while a tool plays the film at another. */
+  get ownSpeed() {
+    return this.#tools.ownSpeed;
+  }
+
+  set ownSpeed(speed) {
+    this.#tools.ownSpeed = speed;
+  }
+
   /** To be called whenever the film's time may have changed otherwise than by running on. */
   update() {
     this.#tools.update();

@@ -9,6 +9,9 @@ const leadMs = 300;
 const leastGainMs = 1500;
 // The player's sound takes a change of speed this much later than its picture.
 const changeMs = 200;
+// Where a command works depends on the speed: what has just been given back is not taken again for the few
+// milliseconds that are left by that.
+const leastHurryMs = 400;
 
 const secondMs = 1000;
 
@@ -54,8 +57,10 @@ function hurry(turn, { fromMs, toMs }, speed) {
   if (endMs - beginMs < leastGainMs) return;
   if (!turn.reached(beginMs)) {
     turn.wakeAt(beginMs);
-  } else if (!turn.reached(endMs)) {
-    turn.wantSpeed(speed, `gap ${toMs}`);
-    turn.wakeAt(endMs);
+    return;
   }
+  const of = `gap ${toMs}`;
+  if (turn.reached(turn.hasSpeedOf(of) ? endMs : endMs - leastHurryMs)) return;
+  turn.wantSpeed(speed, of);
+  turn.wakeAt(endMs);
 }

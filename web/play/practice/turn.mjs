@@ -129,6 +129,11 @@ export class Turn {
     if (this.state.leftSpeed !== of) this.#speed = { speed, of };
   }
 
+  /** Whether the film has the speed now that was wanted for this. */
+  hasSpeedOf(of) {
+    return this.state.toolSpeed?.of === of;
+  }
+
   /** Must be wanted at each look, or the sound comes back. */
   wantHush() {
     this.#isHushed = true;
