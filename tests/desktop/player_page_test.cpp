@@ -127,12 +127,12 @@ TEST_F(PlayerPage, HasNoSeriousFaultInAnyState) {
 
 TEST_F(PlayerPage, OffersToGoOnDrillsAndTellsAtTheEndWhatWasMet) {
     ASSERT_NO_FATAL_FAILURE(playWithLines());
-    std::ignore =
-        inPage("fetch('../Api/MovieFile/Watching?videoId=1', {method: 'PUT', body:"
-               " '{\"positionMs\":41000,\"durationMs\":100000}'}).then(() => { document.body.id = 'old';"
-               " location.reload(); }); 1");
-    ASSERT_TRUE(waitInPage("String(!!document.body && document.body.id !== 'old' &&"
-                           " document.getElementById('resume')?.hidden === false)"));
+    delegate->loadHomeScreen();
+    std::ignore = inHome("fetch('../Api/MovieFile/Watching?videoId=1', {method: 'PUT', body:"
+                         " '{\"positionMs\":41000,\"durationMs\":100000,\"isFinished\":false}'}).then(() =>"
+                         " fetch('../Api/Films/Open', {method: 'POST', body: '{\"videoId\":1}'})); 1");
+    ASSERT_TRUE(waitUntil([this] { return player() && player()->isPlaying(); }, 20s));
+    ASSERT_TRUE(waitInPage("String(document.getElementById('resume')?.hidden === false)"));
     look("player-resume");
     std::ignore = inPage("document.querySelector('#resume button:last-child').click(); 1");
     EXPECT_TRUE(waitInPage("String(document.getElementById('resume').hidden)"));

@@ -283,12 +283,16 @@ $(window)
   .on('nativeApp:leftFullscreen', () => showScreen(false));
 document.addEventListener('contextmenu', (event) => event.preventDefault());
 document.body.addEventListener('pointermove', () => { controls.show(); seekBar.show(); });
+// Of two quick presses the second may hit the picture because the first has closed what lay over it.
+let firstPressed = null;
+document.addEventListener('mousedown', ({ detail, target }) => { if (detail === 1) firstPressed = target; }, true);
 let pressClosesMenu = false;
 // Before the menus close, for which they look at the same press.
 element('picture').addEventListener('pointerdown', () => {
   pressClosesMenu = audioMenu.open || controls.more.open || panels.closesByPress || picker.isOpen;
 }, true);
 element('picture').addEventListener('click', (event) => {
+  if (event.detail > 1 && firstPressed !== event.target) return;
   if (picker.isOpen) picker.close();
   else if (!event.ctrlKey && !pressClosesMenu) pictureClick.clicked();
 });
