@@ -127,7 +127,7 @@ test('a word that is about to go leaves no gap, also where pages meet', async ()
   assert.deepEqual([99, 249].map((at) => pages.word(at).lemma), ['w99', 'w249']);
 });
 
-/** A list of words as the view takes them away: { removal, remove(lemma), shown(), answer(): the service's next DELETE }. */
+/** A list of words as the view takes them away; answer(isDone): how the service takes the next removal. */
 async function removableWords(...lemmas) {
   let words = lemmas.map((lemma) => ({ lemma }));
   const asked = [];
@@ -155,7 +155,8 @@ async function removableWords(...lemmas) {
 
 test('words taken away one after the other stay hidden, each until its own end', async (context) => {
   const timers = new FakeTimers(context);
-  const { pages, removal, remove, shown, answer, comesAnew } = await removableWords('sea', 'rain', 'wind', 'snow', 'fog');
+  const list = await removableWords('sea', 'rain', 'wind', 'snow', 'fog');
+  const { pages, removal, remove, shown, answer, comesAnew } = list;
   remove('rain');
   remove('wind');
   assert.equal(shown(), 'sea snow fog', 'while the first is under way');

@@ -36,7 +36,8 @@ function keysIn(source) {
 }
 
 test('keys are found in plain calls, in choices and in calls within calls', () => {
-  const source = `t('a.b'); t(is(x) ? 'a.c' : 'a.d', { n: f(g(1)) }); set('no.key'); t(\`a.\${x}\`); t('a.e', { y: t('a.f') })`;
+  const source = `t('a.b'); t(is(x) ? 'a.c' : 'a.d', { n: f(g(1)) }); set('no.key'); t(\`a.\${x}\`);
+    t('a.e', { y: t('a.f') })`;
   assert.deepEqual(keysIn(source), ['a.b', 'a.c', 'a.d', 'a.e', 'a.f']);
 });
 

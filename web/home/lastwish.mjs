@@ -22,7 +22,8 @@ export class LastWish {
     this.#waiting += 1;
     const mine = this.#count;
     const before = this.#before.catch(() => {});
-    this.#before = before.then(() => this.#take(value, () => mine === this.#count)).finally(() => { this.#waiting -= 1; });
+    const taken = before.then(() => this.#take(value, () => mine === this.#count));
+    this.#before = taken.finally(() => { this.#waiting -= 1; });
     return this.#before;
   }
 

@@ -27,8 +27,8 @@ const goneText = (film) => (film.isThere ? '' : t(film.isAddress ? 'films.ofAddr
 const hueOf = (text) => [...text].reduce((sum, letter) => (sum * 31 + letter.codePointAt(0)) % 360, 0);
 
 /**
- * The card of a film on the shelf. still: address of its picture; isBusy: it is being opened; opened() and removed() when
- * they are asked for.
+ * The card of a film on the shelf. still: address of its picture; isBusy: it is being opened; opened() and removed()
+ * when they are asked for.
  */
 export function filmCard(document, film, { still, isBusy, opened, removed }) {
   const make = (...rest) => create(document, ...rest);

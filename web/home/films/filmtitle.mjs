@@ -56,7 +56,8 @@ export function filmTitle(fileName) {
   const found = episode.exec(plain);
   const before = withoutYear(found ? plain.slice(0, found.index) : plain);
   const title = capitals(tidy(before.text));
-  const parts = { title: title || tidy(plain) || cut(fileName), year: before.year, season: null, episode: null, name: '' };
+  const shown = title || tidy(plain) || cut(fileName);
+  const parts = { title: shown, year: before.year, season: null, episode: null, name: '' };
   if (!found || !title) return parts;
   const behind = withoutYear(plain.slice(found.index + found[0].length));
   return {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 /**
- * A panel that a button opens, with a choice in it. It closes when something outside is clicked or gets the focus; Enter,
- * the space bar and Escape in it do so, too, and give the focus back.
+ * A panel that a button opens, with a choice in it. It closes when something outside is clicked or gets the focus;
+ * Enter, the space bar and Escape in it do so, too, and give the focus back.
  */
 export class Popover {
   #box;

@@ -18,7 +18,7 @@ export class Toast {
   #isPointedAt = false;
   #cameFrom = null; // what had the focus before the button got it
 
-  /** tools: { hold(isHeld) when the time in which something can be taken back is to stand still, leave() for the focus }. */
+  /** tools: { hold(isHeld): the time to take something back stands still or goes on, leave() for the focus }. */
   constructor(document, tools) {
     this.#document = document;
     this.#tools = tools;

@@ -58,9 +58,10 @@ export function backParts(document, { lemma, sighting }, { meaning, ipa, definit
   const word = make('p', { className: 'word' }, make('b', { lang: 'en', textContent: lemma }));
   if (ipa) word.append(make('span', { className: 'ipa', lang: 'en', textContent: `/${ipa}/` }));
   word.append(soundButton(document, t('review.speak'), 'W', speak));
-  const parts = [word, meaning
-    ? make('p', { className: 'meaning', lang, dir: 'auto', textContent: meaning })
-    : make('p', { className: problem ? 'meaning is-problem' : 'meaning', textContent: problem || t('review.noMeaning') })];
+  const unknown = problem ? { className: 'meaning is-problem', dir: 'auto', textContent: problem }
+    : { className: 'meaning', textContent: t('review.noMeaning') };
+  const known = { className: 'meaning', lang, dir: 'auto', textContent: meaning };
+  const parts = [word, make('p', meaning ? known : unknown)];
   if (sighting?.translation) {
     parts.push(make('p', { className: 'translation', lang, dir: 'auto', textContent: sighting.translation }));
   }
@@ -104,7 +105,7 @@ export function endPart(document, { hasWords, gradedCount, waitMs }, undo) {
 export function problemPart(document, problem, tryAgain, ...undo) {
   return create(document, 'div', { className: 'end' },
     create(document, 'h3', { textContent: t('review.noAnswer') }),
-    create(document, 'p', { className: 'quiet', textContent: problem }),
+    create(document, 'p', { className: 'quiet', dir: 'auto', textContent: problem }),
     create(document, 'div', { className: 'buttons' },
       button(document, { className: 'main' }, tryAgain, t('home.tryAgain')), ...undo));
 }

@@ -7,7 +7,9 @@ import { digitOf } from '../digit.mjs';
 import { placeOfWord } from '../marking.mjs';
 import { grades, intervalsOf, outcomeText } from './intervals.mjs';
 import { meaningOf } from './meaning.mjs';
-import { backParts, endPart, frontPart, gradePart, problemPart, sittingPart, turnPart, undoButton } from './reviewparts.mjs';
+import {
+  backParts, endPart, frontPart, gradePart, problemPart, sittingPart, turnPart, undoButton,
+} from './reviewparts.mjs';
 import { ReviewSession } from './reviewsession.mjs';
 
 const dueMarginMs = 1000;

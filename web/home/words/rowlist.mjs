@@ -19,8 +19,8 @@ export class RowList {
   #scrolledAt = -Infinity;
 
   /**
-   * list: the element that scrolls. source: { length, item(at), keyOf(item), need(first, last), row(item, at) }, where an
-   * item is undefined while it is not here, and row() makes the element of one.
+   * list: the element that scrolls. source: { length, item(at), keyOf(item), need(first, last), row(item, at) }, where
+   * an item is undefined while it is not here, and row() makes the element of one.
    */
   constructor(list, source) {
     this.#list = list;

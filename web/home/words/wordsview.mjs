@@ -29,8 +29,8 @@ export class WordsView {
   #wasLoaded = false;
 
   /**
-   * tools: { toast, removal, play(soundUrl), learnerTag(), find(text), lists(), say(text), trouble(error, source), changed()
-   * after a change of a word }.
+   * tools: { toast, removal, play(soundUrl), learnerTag(), find(text), lists(), say(text), trouble(error, source),
+   * changed() after a change of a word }.
    */
   constructor(document, api, tools) {
     this.#document = document;
