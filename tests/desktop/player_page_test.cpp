@@ -127,7 +127,15 @@ TEST_F(PlayerPage, HasNoSeriousFaultInAnyState) {
 
 TEST_F(PlayerPage, OffersToGoOnDrillsAndTellsAtTheEndWhatWasMet) {
     ASSERT_NO_FATAL_FAILURE(playWithLines());
+    const QString before =
+        QString::number(ask("MovieFile/Watching?videoId=1")[QLatin1String("watchedAtMs")].toDouble());
     delegate->loadHomeScreen();
+    // The page that goes keeps its place; only then another one can be told.
+    ASSERT_TRUE(waitInHome(("fetch('../Api/MovieFile/Watching?videoId=1').then((r) => r.json())"
+                            ".then(({watchedAtMs}) => { window.kept = Number(watchedAtMs); });"
+                            "String(window.kept > " +
+                            before.toUtf8() + ")")
+                               .constData()));
     std::ignore = inHome("fetch('../Api/MovieFile/Watching?videoId=1', {method: 'PUT', body:"
                          " '{\"positionMs\":41000,\"durationMs\":100000,\"isFinished\":false}'}).then(() =>"
                          " fetch('../Api/Films/Open', {method: 'POST', body: '{\"videoId\":1}'})); 1");
