@@ -206,9 +206,10 @@ function refreshAll() {
   return Promise.all([attempt('learner', refreshLearner).then(offerTour), ...views]);
 }
 
-/** Once, to a learner of whom it is known that they have not seen it. */
+/** Once, to a learner of whom it is known that they have not seen it, and who has gone nowhere else meanwhile. */
 function offerTour() {
-  if (hasPreferences && !preferences.get('tour').seen && !tour.isOpen) tour.begin();
+  const isNew = hasPreferences && !preferences.get('tour').seen;
+  if (isNew && !tour.isOpen && views.current === 'films') tour.begin();
 }
 
 /** Keys of the whole page; those of a field, a list or an open sheet are theirs. */
