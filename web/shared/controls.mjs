@@ -33,7 +33,7 @@ export class Switch {
     const text = create(document, 'span', { className: 'name' }, name);
     if (meaning) text.append(create(document, 'small', {}, meaning));
     this.element = button(document, { className: 'switch', role: 'switch' }, () => changed(!this.#isOn), text);
-    if (key) this.element.append(create(document, 'kbd', {}, key));
+    if (key) this.element.append(create(document, 'kbd', { dir: 'ltr' }, key));
     this.element.append(create(document, 'span', { className: 'knob' }));
     this.show(false);
   }

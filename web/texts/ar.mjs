@@ -112,7 +112,7 @@ export default {
   'look.show.always': 'دائمًا',
   'look.show.pause': 'عند الإيقاف',
   'look.show.hover': 'تحت المؤشر',
-  'look.show.key': 'أثناء ضغط B',
+  'look.show.key': 'أثناء ضغط {key}',
   'look.show.never': 'أبدًا',
   'look.font': 'الخط',
   'look.font.sans': 'بسيط',

@@ -91,7 +91,7 @@ export default {
   'look.show.always': 'Immer',
   'look.show.pause': 'Bei Pause',
   'look.show.hover': 'Unter dem Zeiger',
-  'look.show.key': 'Solange B gedrückt ist',
+  'look.show.key': 'Solange {key} gedrückt ist',
   'look.show.never': 'Nie',
   'look.font': 'Schrift',
   'look.font.sans': 'Schlicht',

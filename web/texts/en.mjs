@@ -91,7 +91,7 @@ export default {
   'look.show.always': 'Always',
   'look.show.pause': 'While paused',
   'look.show.hover': 'Under the pointer',
-  'look.show.key': 'While B is held',
+  'look.show.key': 'While {key} is held',
   'look.show.never': 'Never',
   'look.font': 'Letters',
   'look.font.sans': 'Plain',

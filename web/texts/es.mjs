@@ -103,7 +103,7 @@ export default {
   'look.show.always': 'Siempre',
   'look.show.pause': 'En pausa',
   'look.show.hover': 'Bajo el puntero',
-  'look.show.key': 'Al mantener B',
+  'look.show.key': 'Al mantener {key}',
   'look.show.never': 'Nunca',
   'look.font': 'Letra',
   'look.font.sans': 'Sencilla',

@@ -100,7 +100,7 @@ export default {
   'look.show.always': 'Toujours',
   'look.show.pause': 'En pause',
   'look.show.hover': 'Sous le pointeur',
-  'look.show.key': 'En maintenant B',
+  'look.show.key': 'En maintenant {key}',
   'look.show.never': 'Jamais',
   'look.font': 'Police',
   'look.font.sans': 'Simple',

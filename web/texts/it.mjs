@@ -103,7 +103,7 @@ export default {
   'look.show.always': 'Sempre',
   'look.show.pause': 'In pausa',
   'look.show.hover': 'Sotto il puntatore',
-  'look.show.key': 'Tenendo premuto B',
+  'look.show.key': 'Tenendo premuto {key}',
   'look.show.never': 'Mai',
   'look.font': 'Carattere',
   'look.font.sans': 'Semplice',

@@ -106,7 +106,7 @@ export default {
   'look.show.always': 'Zawsze',
   'look.show.pause': 'Podczas pauzy',
   'look.show.hover': 'Pod wskaźnikiem',
-  'look.show.key': 'Gdy wciśnięte jest B',
+  'look.show.key': 'Gdy wciśnięte jest {key}',
   'look.show.never': 'Nigdy',
   'look.font': 'Czcionka',
   'look.font.sans': 'Prosta',

@@ -103,7 +103,7 @@ export default {
   'look.show.always': 'Sempre',
   'look.show.pause': 'Em pausa',
   'look.show.hover': 'Sob o ponteiro',
-  'look.show.key': 'Segurando B',
+  'look.show.key': 'Segurando {key}',
   'look.show.never': 'Nunca',
   'look.font': 'Letra',
   'look.font.sans': 'Simples',

@@ -106,7 +106,7 @@ export default {
   'look.show.always': 'Всегда',
   'look.show.pause': 'На паузе',
   'look.show.hover': 'Под указателем',
-  'look.show.key': 'Пока нажата B',
+  'look.show.key': 'Пока нажата {key}',
   'look.show.never': 'Никогда',
   'look.font': 'Шрифт',
   'look.font.sans': 'Простой',

@@ -91,7 +91,7 @@ export default {
   'look.show.always': 'Her zaman',
   'look.show.pause': 'Duraklatılınca',
   'look.show.hover': 'İmleç üzerindeyken',
-  'look.show.key': 'B basılıyken',
+  'look.show.key': '{key} basılıyken',
   'look.show.never': 'Hiçbir zaman',
   'look.font': 'Yazı tipi',
   'look.font.sans': 'Düz',

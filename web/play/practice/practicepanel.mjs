@@ -131,7 +131,7 @@ export class PracticePanel {
     const element = button(this.#document, { className: 'plain' }, () => this.#actions[action](),
       create(this.#document, 'span', { className: 'name', textContent: t(title) }));
     const key = this.#keyText(action);
-    if (key) element.append(create(this.#document, 'kbd', { textContent: key }));
+    if (key) element.append(create(this.#document, 'kbd', { dir: 'ltr', textContent: key }));
     this.#shows.push((shown) => {
       element.disabled = !shown.hasLines && action !== 'loopSection';
       if (isOn) element.setAttribute('aria-pressed', String(isOn(shown)));

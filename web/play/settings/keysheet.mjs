@@ -5,6 +5,9 @@ import { t } from '../../shared/texts.mjs';
 import { Keymap, actionGroups, combinationsOf, keyText } from '../keys/keymap.mjs';
 import { keptKeys } from './keptkeys.mjs';
 
+// A key's name within a sentence of any direction: signs would be mirrored.
+const fromLeftToRight = (text) => `\u2066${text}\u2069`;
+
 /** All keys on one sheet, each of which can be chosen anew: a press on it waits for the next key. */
 export class KeySheet {
   #document;
@@ -58,7 +61,10 @@ export class KeySheet {
     const keys = keymap.keysOf(action);
     const name = t(`key.${action}`);
     const keyButtons = keys.map((key, place) => button(d, {
-      id: `key-${action}-${place}`, className: 'key', ariaLabel: t('keys.change', { key: this.#text(key), name }),
+      id: `key-${action}-${place}`,
+      className: 'key',
+      dir: 'ltr',
+      ariaLabel: t('keys.change', { key: this.#text(key), name }),
     }, () => this.#wait(action, place), this.#isWaiting(action, place) ? '…' : this.#text(key)));
     const add = button(d, {
       id: `key-${action}-${keys.length}`,
@@ -121,8 +127,9 @@ export class KeySheet {
     const { action, place, key, from } = taken;
     const d = this.#document;
     const take = button(d, { className: 'strong' }, () => this.#take(taken), t('keys.take'));
-    this.#said.append(t('keys.taken', { key: this.#text(key), name: t(`key.${from}`) }), ' ', take, ' ',
-      button(d, { className: 'plain' }, () => { this.#ask(null); this.#focus(action, place); }, t('cancel')));
+    const sentence = t('keys.taken', { key: fromLeftToRight(this.#text(key)), name: t(`key.${from}`) });
+    this.#said.append(create(d, 'span', {}, sentence), take, button(d, { className: 'plain' }, () => { this.#ask(null); this.#focus(action, place); },
+      t('cancel')));
     this.show();
     take.focus();
   }

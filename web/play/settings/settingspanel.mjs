@@ -3,8 +3,10 @@
 import { Chips, Slider, Switch } from '../../shared/controls.mjs';
 import { button, create, keepFocus } from '../../shared/elements.mjs';
 import { interfaceLanguages, t } from '../../shared/texts.mjs';
+import { Keymap, keyText } from '../keys/keymap.mjs';
 import { lineNames } from '../lines/subtitles.mjs';
 import { wordClasses } from '../words/filmwords.mjs';
+import { keptKeys } from './keptkeys.mjs';
 import { heights, lookOf, looks, sizes, withShow } from './lineslook.mjs';
 
 const percent = (value) => t('bar.percent', { percent: value });
@@ -17,7 +19,7 @@ export class SettingsPanel {
   #preferences;
   #panel;
   #shown = []; // what each control shows, carried out again after every change
-  #isBuilt = false; // in the language of now
+  #isBuilt = false; // in the language and with the keys of now
 
   /** panels: SidePanels; openKeys(): shows the sheet of keys. */
   constructor(document, panels, preferences, openKeys) {
@@ -29,7 +31,7 @@ export class SettingsPanel {
     panels.add('settings', {
       element: this.#panel,
       button: document.getElementById('settings'),
-      opened: () => this.show(),
+      opened: () => this.translate(), // with the keys of now
     });
     preferences.onChange(() => this.show());
   }
@@ -44,8 +46,10 @@ export class SettingsPanel {
 
   show() {
     if (!this.#panels.isOpen('settings')) return;
-    if (!this.#isBuilt) keepFocus(this.#panel, () => this.#build());
-    for (const show of this.#shown) show();
+    keepFocus(this.#panel, () => {
+      if (!this.#isBuilt) this.#build();
+      for (const show of this.#shown) show();
+    });
   }
 
   #build() {
@@ -74,11 +78,17 @@ export class SettingsPanel {
   }
 
   #chips(name, look) {
-    const options = looks[look].map((value) => [value, t(`look.${look}.${value}`)]);
+    const key = this.#peekKey();
+    const options = looks[look].map((value) => [value, t(`look.${look}.${value}`, { key })]);
     const chips = new Chips(this.#document, `${name}-${look}`, t(`look.${look}`), options,
       (value) => this.#choose(name, look, value));
     this.#shown.push(() => chips.show(lookOf(look, this.#preferences.get(name)[look])));
     return chips;
+  }
+
+  #peekKey() {
+    const [key] = new Keymap(keptKeys(this.#preferences.get('keys'))).keysOf('peek');
+    return key ? keyText(key, t('key.space')) : '…';
   }
 
   #choose(name, look, value) {
