@@ -283,6 +283,7 @@ addEventListener('pagehide', () => {
   subtitles.saveNow();
   preferences.saveNow();
   watching.saveNow();
+  volume.saveNow();
 });
 // What comes of the player's silence comes without an event.
 let wasOver = false;
