@@ -105,6 +105,58 @@ test('a film that stalls in its middle or is paused at its end is not over', () 
   assert.equal(film.ended, false);
 });
 
+test('a film that is told too long is over some seconds after it has fallen silent close to its end', () => {
+  const endsAt = (lastMs, durationMs) => {
+    film.durationMs = durationMs;
+    film.seekToSecond(Math.floor(lastMs / 1000) - 1);
+    clock += 2000;
+    film.reported(lastMs);
+    clock += 3900;
+    assert.equal(film.ended, false);
+    clock += 200;
+    assert.equal(film.waiting, !film.ended);
+    return film.ended;
+  };
+  assert.equal(endsAt(59_000, 60_400), true);
+  assert.equal(endsAt(49_000, 60_400), false);
+  assert.equal(endsAt(3_500_000, 3_600_000), false);
+  assert.equal(endsAt(1_780_000, 1_800_000), true, 'of a long one somewhat earlier');
+});
+
+test('a film of unknown length that falls silent stands, and can be played on', () => {
+  film.durationMs = null;
+  runTo(30_000);
+  assert.equal(film.stands, false);
+  clock += 5000;
+  assert.deepEqual([film.stands, film.ended, film.waiting], [true, false, false]);
+  film.togglePlay();
+  assert.deepEqual(commands, ['Play']);
+  assert.equal(film.stands, false);
+});
+
+test('a pause in the last second goes back to where it ends nothing, and pauses when the film is there', () => {
+  runTo(59_950);
+  film.togglePlay();
+  assert.deepEqual(commands, ['SeekTo 59']);
+  assert.deepEqual([film.playing, film.positionMs], [false, 59_000]);
+  film.reported(60_080); // on its way before
+  assert.deepEqual(commands, ['SeekTo 59']);
+  clock += 200;
+  film.reported(59_030);
+  assert.deepEqual(commands, ['SeekTo 59', 'Pause']);
+  clock += 800;
+  film.reported(60_100); // it has run on
+  clock += 100;
+  film.reported(59_100);
+  assert.deepEqual(commands.slice(2), ['SeekTo 59', 'Pause']);
+  film.togglePlay();
+  assert.equal(commands.at(-1), 'Play');
+  commands.length = 0;
+  film.durationMs = 900; // all of it is its last second
+  film.togglePlay();
+  assert.deepEqual(commands, ['Pause']);
+});
+
 test('a film that falls silent while it should run is waited for, until it is heard of again', () => {
   const silentFor = (milliseconds) => { clock += milliseconds; return film.waiting; };
   assert.equal(silentFor(3900), false);

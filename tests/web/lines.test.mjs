@@ -40,6 +40,19 @@ test('the next change is where the answer becomes another, at every millisecond'
   assert.equal(index.nextChange(13_000), Infinity);
 });
 
+test('of too many cues at a time eight show, and signs give way to speech', () => {
+  const signs = Array.from({ length: 30 }, (_, i) => cue(i * 10, 20_000, `sign ${i}`));
+  const crowd = new CueIndex([...signs, cue(1000, 2000, 'said'), cue(19_000, 25_000, 'said late')]);
+  for (const time of [0, 70, 80, 1500, 2500, 19_500]) {
+    const showing = texts(crowd.at(time));
+    assert.ok(showing.length <= 8 && showing.includes('sign 0'), `${showing}`);
+    assert.equal(showing.includes('said'), time === 1500);
+    assert.deepEqual(texts(crowd.at(crowd.nextChange(time) - 1)), showing);
+  }
+  assert.equal(crowd.cues.length, 32);
+  assert.equal(crowd.lastStarted(1000), 30, 'places are those in the whole track');
+});
+
 test('an empty track has no lines and no change', () => {
   const empty = new CueIndex([]);
   assert.deepEqual(empty.at(5), []);

@@ -116,6 +116,7 @@ test('a moved track is drawn moved at once, saved once, and not moved back by a 
   const keys = new TimingKeys(subtitles, { positionMs: 3300 }, () => {});
   keys.move(1);
   keys.move(1);
+  assert.equal(subtitles.cues('learned'), subtitles.cues('learned'), 'made once');
   assert.equal(subtitles.cues('learned')[0].startMs, 1200);
   await subtitles.load();
   assert.equal(subtitles.cues('learned')[0].startMs, 1200);
@@ -140,6 +141,11 @@ test('a reply that was overtaken changes nothing, and trouble is told until it i
   replies[0].settle({ ...service.reply, learned: track(1) });
   await Promise.all(loads);
   assert.equal(subtitles.line('learned').subtitleId, 2);
+  const more = [subtitles.load(), subtitles.load()];
+  replies[3].fail(new Error('Gone.'));
+  replies[2].settle({ ...service.reply, learned: track(3) });
+  assert.deepEqual((await Promise.allSettled(more)).map(({ status }) => status), ['fulfilled', 'rejected']);
+  assert.equal(subtitles.line('learned').subtitleId, 3, 'nothing newer has come');
 
   const troubles = [];
   const failing = new FakeService();
@@ -175,6 +181,20 @@ test('the next subtitle goes round the usable ones and none', async () => {
   }
   assert.deepEqual(service.asked.filter((text) => text.startsWith('choose')),
     ['choose {"learned":1}', 'choose {"learned":5}', 'choose {"learned":0}']);
+});
+
+test('before there is a subtitle to choose from, the key says so and none is not kept as chosen', async () => {
+  const service = new FakeService();
+  const said = [];
+  const subtitles = new Subtitles(service, 7, () => {});
+  const keys = new TimingKeys(subtitles, {}, (text) => said.push(text));
+  await keys.nextSubtitle();
+  Object.assign(subtitles, { isReadingFilm: true, readPercent: 40 });
+  await subtitles.load();
+  await keys.nextSubtitle();
+  assert.deepEqual(service.asked, ['lines']);
+  assert.equal(said[0], 'No subtitle in the upper line');
+  assert.match(said[1], /own subtitles… 40 %/);
 });
 
 test('the notice names what cannot be used, and says nothing when all is well', () => {

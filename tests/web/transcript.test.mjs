@@ -22,6 +22,9 @@ test('beneath a line lies what is said with it, each once where there is somethi
   assert.deepEqual(beneath([cue(0, 60_000, 'sign'), cue(1000, 2000), cue(50_000, 51_000)], [cue(50_100, 50_900, 'late')]),
     ['', '', 'late'], 'of two equal overlaps the line that began last has it');
   assert.deepEqual(beneath([], [cue(0, 1)]), []);
+  const crowd = Array.from({ length: 20 }, (_, i) => cue(i, 5000, String(i)));
+  assert.deepEqual(beneath([cue(0, 5000), cue(6000, 7000)], [...crowd, cue(6000, 7000, 'after')]),
+    ['0+1+2+3+4+5+6+7', 'after'], 'no more than show');
 });
 
 test('in a list the lines of a cue run on, and two speakers stay apart', () => {

@@ -3,7 +3,9 @@ import assert from 'node:assert/strict';
 import { beforeEach, test } from 'node:test';
 
 import { Film } from '../../web/play/film/film.mjs';
+import { SavedVolume } from '../../web/play/film/savedvolume.mjs';
 import { Watching, isOver, placeToOffer } from '../../web/play/film/watching.mjs';
+import { FakeTimers } from './faketimers.mjs';
 
 const hour = 3_600_000;
 let clock;
@@ -90,14 +92,68 @@ test('a learner who moves the film has settled the offer', async () => {
   assert.equal(saved.length, 1);
 });
 
-test('a service that keeps nothing stops nothing', async (context) => {
+test('what nobody has answered yet is not overwritten, and is asked for until it comes', async (context) => {
+  const timers = new FakeTimers(context);
   const warnings = context.mock.method(console, 'warn', () => {});
-  const failing = async () => { throw new Error('There is nothing here.'); };
-  watching = new Watching({ watching: failing, changeWatching: failing }, 7, film, () => clock, { show() {}, hide() {} }, tools);
-  await watching.load();
-  for (let i = 0; i < 4; i += 1) {
+  Object.assign(kept, { positionMs: 1_421_000, durationMs: hour });
+  let fails = 3;
+  const api = {
+    watching: async () => { if ((fails -= 1) >= 0) throw new Error('There is nothing here.'); return kept; },
+    changeWatching: async (_, state) => { saved.push(state); throw new Error('There is nothing here.'); },
+  };
+  watching = new Watching(api, 7, film, () => clock, { show: (positionMs) => offers.push(positionMs), hide() {} }, tools);
+  assert.equal((await watching.load()).positionMs, 0);
+  run(11);
+  watching.saveNow();
+  assert.deepEqual(saved, []);
+  for (let i = 0; i < 3; i += 1) {
+    timers.pass(4000);
+    await new Promise(setImmediate);
+  }
+  assert.deepEqual(offers, [1_421_000]);
+  watching.settled();
+  for (let i = 0; i < 3; i += 1) {
     run(6);
     await new Promise(setImmediate);
   }
-  assert.equal(warnings.mock.callCount(), 2, 'and is told of once');
+  assert.equal(saved.length, 3, 'a place that could not be kept is kept later');
+  assert.equal(warnings.mock.callCount(), 1, 'and is told of once');
+});
+
+test('the saved volume comes back, but not over what the learner has set meanwhile', async (context) => {
+  const timers = new FakeTimers(context);
+  const sitting = () => {
+    const made = { commands: [], kept: [] };
+    made.film = new Film({ execute: (name, args) => made.commands.push([name, ...Object.values(args)].join(' ')) },
+      () => clock, () => made.volume?.update());
+    made.volume = new SavedVolume(made.film, {
+      settings: async () => ({ volumePercent: 60 }),
+      changeSettings: async (changes) => { made.kept.push(changes.volumePercent); },
+    });
+    return made;
+  };
+  const quiet = sitting();
+  await quiet.volume.load();
+  quiet.volume.playerReady();
+  assert.deepEqual(quiet.commands, ['SetVolume 60', 'SetVolume 60']);
+
+  const muted = sitting();
+  const load = muted.volume.load();
+  muted.film.toggleMute();
+  await load;
+  muted.volume.playerReady();
+  assert.deepEqual(muted.commands, ['SetMuted true']);
+  muted.film.toggleMute();
+  assert.deepEqual(muted.commands.slice(1), ['SetMuted false', 'SetVolume 60']);
+
+  const louder = sitting();
+  const other = louder.volume.load();
+  louder.film.changeVolume(1);
+  await other;
+  assert.equal(louder.film.volumePercent, 105);
+  timers.pass(1000);
+  louder.film.changeVolume(1);
+  louder.volume.saveNow();
+  timers.pass(1000);
+  assert.deepEqual(louder.kept, [105, 110], 'each once');
 });

@@ -40,6 +40,14 @@ test('a sentence is followed into the lines around, and no further', () => {
   assert.deepEqual(sentenceAround('Yes.', 'Really?', 'No'), { text: 'Yes.', offset: 0 });
   assert.deepEqual(sentenceAround('end.', '', ''), { text: 'end.', offset: 0 });
   const long = 'x'.repeat(890);
+  const song = '𝄞'.repeat(600);
+  for (const at of [0, 300, 450, 600, 1200]) {
+    const text = `${song.slice(0, at)}word${song.slice(at)}`;
+    const around = sentenceAround(text, '', '', at, at + 4);
+    assert.equal(around.text.slice(around.offset + at).slice(0, 4), 'word');
+    assert.ok(around.text.length <= 900 && around.text.length >= 898);
+    assert.ok(!/[\ud800-\udfff]/u.test(around.text), 'no half of a character');
+  }
   assert.deepEqual(sentenceAround('a word', long, long), { text: `${long}\na word`, offset: 891 });
 });
 

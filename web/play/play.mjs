@@ -151,7 +151,7 @@ const keyboard = new Keyboard(document, {
 const controls = new Controls(document, film, actions, keyboard.keymap, () => audioMenu.close());
 const isHeld = () => seekBar.busy || audioMenu.open || controls.more.open || panels.closesByPress
   || document.querySelector('#bar :focus-visible') !== null;
-const rest = new PointerRest(document.body, () => film.playing && !film.ended && !isHeld());
+const rest = new PointerRest(document.body, () => film.playing && !film.stands && !isHeld());
 const pictureClick = new PictureClick(() => film.togglePlay(), now);
 
 // What a key does to the place in the film is looked for in the bar; the rest leaves the picture alone.
@@ -310,12 +310,13 @@ addEventListener('pagehide', () => {
   subtitles.saveNow();
   preferences.saveNow();
   watching.saveNow();
+  volume.saveNow();
 });
 // What comes of the player's silence comes without an event.
 let wasOver = false;
 setInterval(() => {
-  if (film.ended !== wasOver) { rest.wake(); show(); }
-  wasOver = film.ended;
+  if (film.stands !== wasOver) { rest.wake(); show(); }
+  wasOver = film.stands;
   showWaiting();
 }, silenceWatchMs);
 

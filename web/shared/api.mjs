@@ -26,7 +26,7 @@ export class ServiceApi {
   }
 
   changeSettings(changes) {
-    return this.#put('Settings', changes);
+    return this.#put('Settings', changes, { keepalive: true });
   }
 
   /** How many films the player has been handed by the desktop; with a count, waits (20 s at most) for another. */

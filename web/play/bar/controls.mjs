@@ -48,7 +48,7 @@ export class Controls {
 
   show() {
     const film = this.#film;
-    const plays = film.playing && !film.ended;
+    const plays = film.playing && !film.stands;
     this.#mark('play', plays ? 'playing' : 'paused');
     this.#label('play', t(plays ? 'bar.pause' : 'bar.play'));
     this.#mark('mute', film.muted || film.volumePercent === 0 ? 'muted' : 'loud');

@@ -5,6 +5,7 @@
 
 import { PlaybackClock } from './clock.mjs';
 import { LineSteps, secondsBefore } from '../lines/linesteps.mjs';
+import { mayPauseAt } from './lastsecond.mjs';
 
 const volumeStepPercent = 5;
 const loudestPercent = 200;
@@ -15,6 +16,10 @@ const fastestOfAll = 4;
 const speedStep = 0.1;
 // A report comes four times a second: the last one of a film is this far before its end, at most.
 const endZoneMs = 600;
+// Lengths are told wrongly, too: a film that falls silent so close to its end is over.
+const leastEndMs = 10_000;
+const mostEndMs = 60_000;
+const endShare = 0.02;
 // A report that comes this long after a Pause is of a film that runs on, or has been moved: told again, a Pause does
 // no harm.
 const pauseTimeMs = 700;
@@ -36,6 +41,7 @@ export class Film {
   #isHushed = false;
   #heardAt;
   #pausedAt = -Infinity;
+  #pausesOnceBack = false;
   #bridge;
   #now;
   #steps = null;
@@ -76,7 +82,16 @@ export class Film {
   /** The film has stopped by itself close to its end. */
   get ended() {
     if (this.durationMs === null || !this.clock.stalled(this.#now())) return false;
-    return this.positionMs >= this.durationMs - endZoneMs * Math.max(1, this.speed);
+    const leftMs = this.durationMs - this.positionMs;
+    if (leftMs <= endZoneMs * Math.max(1, this.speed)) return true;
+    const nearMs = clamp(endShare * this.durationMs, leastEndMs, mostEndMs);
+    return leftMs <= nearMs && this.#unheardMs >= longestSilenceMs;
+  }
+
+  /** The film has ended; or nobody knows its length and it has stopped by itself, which may be the end. */
+  get stands() {
+    if (this.durationMs !== null) return this.ended;
+    return this.clock.stalled(this.#now()) && this.#unheardMs >= longestSilenceMs;
   }
 
   /** The film should run but has not been heard of for some seconds: its server is silent, or slow to begin. */
@@ -89,6 +104,10 @@ export class Film {
     if (!this.playing || this.ended) return 0;
     // Where the end is not known, silence may be the end.
     if (this.durationMs === null && this.positionMs !== null) return 0;
+    return this.#unheardMs;
+  }
+
+  get #unheardMs() {
     return this.#now() - this.#heardAt;
   }
 
@@ -100,30 +119,46 @@ export class Film {
 
   reported(positionMs) {
     this.#heardAt = this.#now();
-    this.#insistOnPause();
+    this.#insistOnPause(positionMs);
     this.clock.report(positionMs, this.#now());
     if (this.#soundToRestore !== null) this.setAudioTrack(this.#soundToRestore);
     this.#changed();
   }
 
   // The player leaves a Pause undone while it opens a film or waits for more of it.
-  #insistOnPause() {
-    if (this.playing || this.#now() - this.#pausedAt < pauseTimeMs) return;
+  #insistOnPause(positionMs) {
+    if (this.playing) return;
+    const isBack = this.#pausesOnceBack && mayPauseAt(positionMs, this.durationMs);
+    if (!isBack && this.#now() - this.#pausedAt < pauseTimeMs) return;
     this.#pausedAt = this.#now();
-    this.#bridge.execute('Pause');
+    this.#pausesOnceBack = this.#leaveLastSecond(positionMs);
+    if (!this.#pausesOnceBack) this.#bridge.execute('Pause');
+  }
+
+  // True when the film has been sent back to where it can be paused.
+  #leaveLastSecond(positionMs) {
+    const lastSecond = this.durationMs === null ? 0 : Math.floor(this.durationMs / 1000);
+    if (lastSecond === 0 || positionMs === null || this.ended || mayPauseAt(positionMs, this.durationMs)) return false;
+    this.seekToSecond(lastSecond - 1);
+    return true;
   }
 
   togglePlay() {
     if (this.ended) this.playAgain();
-    else this.setPlaying(!this.playing);
+    else this.setPlaying(!this.playing || this.stands);
   }
 
-  /** standsAtMs: of a pause, where the film then stands, if that is known better than by its time. */
+  /**
+   * standsAtMs: of a pause, where the film then stands, if that is known better than by its time. In the film's last
+   * second a pause goes back a second first.
+   */
   setPlaying(playing, standsAtMs) {
+    const isSentBack = !playing && this.playing && this.#leaveLastSecond(this.commandMs);
+    this.#pausesOnceBack = isSentBack;
     this.#heardAt = this.#now();
     if (!playing) this.#pausedAt = this.#now();
-    this.clock.setRunning(playing, this.#now(), standsAtMs);
-    this.#bridge.execute(playing ? 'Play' : 'Pause');
+    this.clock.setRunning(playing, this.#now(), isSentBack ? undefined : standsAtMs);
+    if (!isSentBack) this.#bridge.execute(playing ? 'Play' : 'Pause');
     this.#changed();
   }
 

@@ -10,6 +10,8 @@ const longestEndMs = 60_000;
 const endShare = 0.05;
 // A film that runs on gets no further than its speed; beyond this it has been moved, and the offer is settled.
 const movedMs = 5000;
+const firstRetryMs = 1000;
+const longestRetryMs = 30_000;
 
 export function isOver(positionMs, durationMs) {
   return durationMs > 0 && positionMs >= durationMs - Math.min(longestEndMs, endShare * durationMs);
@@ -50,15 +52,25 @@ export class Watching {
     this.#tools = tools;
   }
 
-  /** What was kept of this film; without an answer, as of one that was never watched. */
-  async load() {
-    const nothing = { positionMs: 0, durationMs: 0, speedPercent: 100, audioTrackId: null, isFinished: false };
-    this.#kept = await this.#api.watching(this.#videoId).catch((error) => {
-      console.warn(error.message);
-      return nothing;
-    });
+  /**
+   * What was kept of this film; without an answer, as of one that was never watched. The answer is asked for until it
+   * comes, and nothing is kept before: it would take the place of what is there.
+   */
+  async load(retryMs = firstRetryMs) {
+    try {
+      this.#kept = await this.#api.watching(this.#videoId);
+    } catch (error) {
+      this.#warn(error);
+      setTimeout(() => this.load(Math.min(2 * retryMs, longestRetryMs)), retryMs);
+      return { positionMs: 0, durationMs: 0, speedPercent: 100, audioTrackId: null, isFinished: false };
+    }
     this.update();
     return this.#kept;
+  }
+
+  #warn(error) {
+    if (!this.#hasWarned) console.warn(error.message);
+    this.#hasWarned = true;
   }
 
   /** To be called after changes of the film. */
@@ -113,8 +125,7 @@ export class Watching {
     this.#saved = text;
     this.#api.changeWatching(this.#videoId, state).catch((error) => {
       this.#saved = '';
-      if (!this.#hasWarned) console.warn(error.message);
-      this.#hasWarned = true;
+      this.#warn(error);
     });
   }
 }

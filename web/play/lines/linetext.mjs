@@ -71,12 +71,25 @@ const sentenceEnd = /[.!?…]["'”’)\]]*$/;
 
 /**
  * The text around a line, as far as its sentence goes beyond it: { text, offset }, offset where the line begins in it.
- * before, after: texts of the neighbouring lines, or empty.
+ * before, after: texts of the neighbouring lines, or empty. Of a line that is too long itself, what lies around the word
+ * from start to end in it; the offset is negative then.
  */
-export function sentenceAround(text, before, after) {
+export function sentenceAround(text, before, after, start = 0, end = start) {
+  if (text.length > longestText) return aroundWord(text, start, end);
   const opens = before && !sentenceEnd.test(before.trim());
   const goesOn = after && !sentenceEnd.test(text.trim());
   const front = opens && before.length + text.length < longestText ? `${before}\n` : '';
   const back = goesOn && front.length + text.length + after.length < longestText ? `\n${after}` : '';
-  return { text: (front + text + back).slice(0, longestText + front.length), offset: front.length };
+  return { text: front + text + back, offset: front.length };
 }
+
+function aroundWord(text, start, end) {
+  const middle = end - start < longestText ? (start + end) / 2 : start + longestText / 2;
+  const first = Math.min(text.length - longestText, Math.max(0, Math.round(middle - longestText / 2)));
+  // A character of two units is left out as a whole.
+  const from = first + (isInCharacter(text, first) ? 1 : 0);
+  const last = first + longestText;
+  return { text: text.slice(from, last - (isInCharacter(text, last) ? 1 : 0)), offset: -from || 0 };
+}
+
+const isInCharacter = (text, place) => text.codePointAt(place - 1) > 0xffff;

@@ -24,6 +24,8 @@ export class Subtitles {
   #changed;
   #lines = { learned: null, native: null }; // each { ...track, cues, timing }, the cues in the subtitle's own time
   #loads = 0;
+  #answered = 0; // the latest load that has been answered
+  #retimed = new Map(); // by line: { cues, timing, inFilm }, as cues() made them last
   #moved = new Map(); // by subtitle: { timing, savedAt: the loads begun by then; null while it is not saved }
   #timers = new Map();
 
@@ -39,10 +41,16 @@ export class Subtitles {
     return this.#lines[name];
   }
 
-  /** What a line draws: its cues in the film's time; null when it shows none. */
+  /** What a line draws: its cues in the film's time, the same list until that changes; null when it shows none. */
   cues(name) {
     const line = this.#lines[name];
-    return line && retimed(line.cues, line.timing);
+    if (!line) return null;
+    const { cues, timing } = line;
+    const last = this.#retimed.get(name);
+    if (last?.cues === cues && last.timing === timing) return last.inFilm;
+    const inFilm = retimed(cues, timing);
+    this.#retimed.set(name, { cues, timing, inFilm });
+    return inFilm;
   }
 
   /** Loads the lines, and again whenever there are more, until the film's own tracks have been read. */
@@ -74,7 +82,8 @@ export class Subtitles {
     this.#loads += 1;
     const load = this.#loads;
     const reply = await this.api.filmLines(this.#videoId);
-    if (load !== this.#loads) return; // a later one knows more
+    if (load < this.#answered) return; // a later one knows more
+    this.#answered = load;
     for (const [id, { savedAt }] of this.#moved) {
       if (savedAt !== null && load > savedAt) this.#moved.delete(id);
     }

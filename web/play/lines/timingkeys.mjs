@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import { t } from '../../shared/texts.mjs';
+import { noticeOf } from '../bar/notice.mjs';
 import { lineNames, trackDetails, trackName } from './subtitles.mjs';
 import { filmTime, shifted, startingAt, timingText, unmoved } from './timing.mjs';
 
@@ -41,6 +42,10 @@ export class TimingKeys {
   async nextSubtitle() {
     const lower = this.#subtitles.line('native')?.subtitleId;
     const usable = this.#subtitles.tracks.filter(({ error, subtitleId }) => !error && subtitleId !== lower);
+    if (usable.length === 0 && !this.#subtitles.line('learned')) { // not the learner's choice: nothing is kept
+      this.#say(noticeOf(this.#subtitles, 0) || t('subtitles.noneShown'));
+      return;
+    }
     const ids = [0, ...usable.map(({ subtitleId }) => subtitleId)];
     const shown = this.#asked ?? this.#subtitles.line('learned')?.subtitleId ?? 0;
     const next = ids[(ids.indexOf(shown) + 1) % ids.length];

@@ -3,6 +3,8 @@
 // What the line tools take for a line. Subtitles hold more than that: two speakers at once, signs that stand over a
 // whole scene, cues that begin where the one before ends. Film times in milliseconds; pure.
 
+import { lastStarted } from '../lines/cueindex.mjs';
+
 // Cues that share no more than this are two lines, one after the other.
 const sharedMs = 20;
 // So long before the next line begins the film must stand, or its first sound is heard.
@@ -10,14 +12,24 @@ const guardMs = 15;
 
 // A cue over several others that do not touch it otherwise is no speech but a sign or a song.
 function withoutBackground(cues) {
-  return cues.filter((cue, place) => {
-    let within = 0;
-    for (let i = place + 1; i < cues.length && cues[i].startMs < cue.endMs; i += 1) {
-      if (cues[i].endMs <= cue.endMs && cues[i].endMs - cues[i].startMs < cue.endMs - cue.startMs) within += 1;
+  const isSpeech = [];
+  // From the last to the first: of the cues that come after one, the two earliest ends tell whether two are within it.
+  let later = [Infinity, Infinity]; // the ends of those that begin later
+  let beside = [Infinity, Infinity]; // of those that begin at the same time: they must end earlier
+  for (let place = cues.length - 1; place >= 0; place -= 1) {
+    const { startMs, endMs } = cues[place];
+    if (cues[place + 1]?.startMs !== startMs) {
+      later = twoLeast([...later, ...beside]);
+      beside = [Infinity, Infinity];
     }
-    return within < 2;
-  });
+    const within = later.filter((end) => end <= endMs).length + beside.filter((end) => end < endMs).length;
+    isSpeech[place] = within < 2;
+    beside = twoLeast([...beside, endMs]);
+  }
+  return cues.filter((_, place) => isSpeech[place]);
 }
+
+const twoLeast = (numbers) => numbers.sort((a, b) => a - b).slice(0, 2);
 
 export class SpokenLines {
   #lines = [];
@@ -51,14 +63,7 @@ export class SpokenLines {
 
   /** The place of the last line that has begun at time; -1 before the first. */
   lastStarted(time) {
-    let low = 0;
-    let high = this.#lines.length;
-    while (low < high) {
-      const middle = (low + high) >> 1;
-      if (this.#lines[middle].startMs <= time) low = middle + 1;
-      else high = middle;
-    }
-    return low - 1;
+    return lastStarted(this.#lines, time);
   }
 
   /** The place of the first line that is to be stopped after later than time; the count when there is none. */

@@ -2,6 +2,8 @@
 
 // One look of the engine at the film: what is so now, what has happened since the last look, and what the tools want.
 
+import { mayPauseAt } from '../film/lastsecond.mjs';
+
 /** What the engine remembers from look to look. */
 export const asleep = Object.freeze({
   seen: null, // the look before: { positionMs, now, speed, jumps }
@@ -27,7 +29,7 @@ const leastBackMs = 600;
 const farBackMs = 1500;
 const lineBeginsMs = 250;
 const secondMs = 1000;
-// A pause in the film's last second leads home.
+// So long before its end a film may be over.
 const endZoneMs = 300;
 
 export class Turn {
@@ -90,10 +92,9 @@ export class Turn {
     return durationMs === null ? stopMs : Math.min(stopMs, durationMs - endZoneMs);
   }
 
-  /** False where a pause would end the film. */
+  /** False in the film's last second. */
   mayPauseAt(ms) {
-    const { durationMs } = this.moment;
-    return durationMs === null || ms < Math.floor(durationMs / secondMs) * secondMs - endZoneMs;
+    return mayPauseAt(ms, this.moment.durationMs);
   }
 
   /** The line that the learner means: the one just heard, or the one that was just gone to. -1 before the first. */

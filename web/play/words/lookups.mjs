@@ -10,7 +10,7 @@ import { sentenceAround } from '../lines/linetext.mjs';
  */
 export async function lookUpPicked(api, { text, start, end, isPhrase, before, after }) {
   if (!isPhrase) {
-    const sentence = sentenceAround(text, before, after);
+    const sentence = sentenceAround(text, before, after, start, end);
     return api.lookUp(sentence.text, sentence.offset + start);
   }
   const phrase = text.slice(start, end).replace(/\s+/g, ' ');

@@ -2,32 +2,34 @@
 
 // Which lines of the lower track belong beneath a line of the upper one: those that are said with it.
 
+import { CueIndex } from '../../lines/cueindex.mjs';
+
 /** Of a line that has nothing of its own beneath it, how much a neighbour's must cover to be shown there, too. */
 const leastShare = 0.5;
 
 const overlapMs = (a, b) => Math.min(a.endMs, b.endMs) - Math.max(a.startMs, b.startMs);
 
-/** For each cue of upper the cues of lower beneath it; both by start, in the film's time. */
+/**
+ * For each cue of upper the cues of lower beneath it; both by start, in the film's time. What does not show, because
+ * too much does at its time, has nothing beneath it and is beneath nothing.
+ */
 export function pairLines(upper, lower) {
-  const beneath = upper.map(() => []);
-  const also = upper.map(() => null); // the neighbour's cue that covers most of this one
-  const latestEnds = [];
-  upper.reduce((latest, cue, i) => (latestEnds[i] = Math.max(latest, cue.endMs)), -Infinity);
-  let started = 0;
-  for (const cue of lower) {
-    while (started < upper.length && upper[started].startMs < cue.endMs) started += 1;
-    let best = -1;
-    for (let i = started - 1; i >= 0 && latestEnds[i] > cue.startMs; i -= 1) {
-      const common = overlapMs(upper[i], cue);
+  const beneath = new Map(upper.map((line) => [line, []]));
+  const also = new Map(); // by line, the neighbour's cue that covers most of it
+  const index = new CueIndex(upper);
+  for (const cue of new CueIndex(lower).shown) {
+    let best = null;
+    for (const line of index.between(cue.startMs, cue.endMs)) {
+      const common = overlapMs(line, cue);
       if (common <= 0) continue;
-      if (best < 0 || common > overlapMs(upper[best], cue)) best = i;
-      if (!also[i] || common > overlapMs(upper[i], also[i])) also[i] = cue;
+      if (!best || common >= overlapMs(best, cue)) best = line;
+      if (!also.has(line) || common > overlapMs(line, also.get(line))) also.set(line, cue);
     }
-    if (best >= 0) beneath[best].push(cue);
+    if (best) beneath.get(best).push(cue);
   }
-  return beneath.map((cues, i) => {
-    const covers = also[i] && overlapMs(upper[i], also[i]) >= leastShare * (upper[i].endMs - upper[i].startMs);
-    return cues.length === 0 && covers ? [also[i]] : cues;
+  return upper.map((line) => {
+    const covers = also.has(line) && overlapMs(line, also.get(line)) >= leastShare * (line.endMs - line.startMs);
+    return beneath.get(line).length === 0 && covers ? [also.get(line)] : beneath.get(line);
   });
 }
 
