@@ -14,7 +14,9 @@
 #include "support/TestFilms.h"
 #include "support/Wait.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 namespace murvo::test {
 
@@ -61,6 +63,16 @@ Learner::~Learner() = default;
 void Learner::useFilm(const QString &path) const {
     QFile::remove(film);
     ASSERT_TRUE(QFile::copy(path, film));
+}
+
+void Learner::bringFilm(const QString &path) {
+    QFile::remove(film);
+    const QFileInfo own(path);
+    film = _data.filePath(own.fileName());
+    ASSERT_TRUE(QFile::copy(path, film));
+    const QStringList subtitles = own.dir().entryList({own.completeBaseName() + QStringLiteral("*.srt")});
+    for (const QString &name : subtitles)
+        ASSERT_TRUE(QFile::copy(own.dir().filePath(name), _data.filePath(name)));
 }
 
 void Learner::writeBeside(const QString &suffix, const QByteArray &text) const {

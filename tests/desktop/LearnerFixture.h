@@ -35,6 +35,8 @@ class Learner : public testing::Test {
 
     /// Puts a copy of the film at the path in the place of the one that is there.
     void useFilm(const QString &path) const;
+    /// Plays a copy of the film at the path, under its own name, with the subtitles that lie beside it.
+    void bringFilm(const QString &path);
     /// Puts a file beside the film: its name with the suffix (".en.srt").
     void writeBeside(const QString &suffix, const QByteArray &text) const;
 

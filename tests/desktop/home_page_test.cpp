@@ -46,10 +46,11 @@ class HomePage : public Learner {
     }
     /// A film that was left in the middle, with two words of it saved.
     void comeBackFromAFilm() {
-        if (const QString own = qEnvironmentVariable("MURVO_GALLERY_FILM"); !own.isEmpty())
-            film = own;
-        else
+        if (const QString own = qEnvironmentVariable("MURVO_GALLERY_FILM"); !own.isEmpty()) {
+            ASSERT_NO_FATAL_FAILURE(bringFilm(own));
+        } else {
             writeBeside(QStringLiteral(".en.srt"), subtitles("the harbour", 9));
+        }
         ASSERT_NO_FATAL_FAILURE(play());
         ASSERT_TRUE(waitUntil([this] { return !line("learned").isEmpty(); }, 20s));
         std::ignore =

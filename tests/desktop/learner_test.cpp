@@ -88,25 +88,12 @@ TEST_F(Learner, ChoosesTheirLanguageByKeyboard) {
     EXPECT_FALSE(isOpen()) << "the key that closes does not open again";
 }
 
-TEST_F(Learner, GoesOnWithAFilmOfTheShelf) {
-    ASSERT_NO_FATAL_FAILURE(play());
-    delegate->loadHomeScreen();
-    ASSERT_TRUE(waitUntil([this] { return !player()->isPlaying(); }));
-    // The home page is told that a film waits, and says that it is ready.
-    std::ignore = delegate->homeWebViewController()->evaluate(
-        QStringLiteral("fetch('../Api/Films/Open', {method: 'POST', body: '{\"videoId\":1}'})"
-                       ".then((reply) => { window.openStatus = reply.status; }); 1"));
-    EXPECT_TRUE(waitUntil([this] { return player() && player()->isPlaying(); }, 20s));
-    EXPECT_EQ(delegate->session().videoSourcePath, film);
-    EXPECT_EQ(delegate->homeWebViewController()->evaluate(QStringLiteral("String(window.openStatus)")),
-              QStringLiteral("200"));
-}
-
 TEST_F(Learner, ReviewsAWordAndGoesOnWithTheFilmFromHome) {
     ASSERT_NO_FATAL_FAILURE(play());
     std::ignore = inPage(
         "const send = (path, method, what) => fetch('../Api/' + path, {method, body: JSON.stringify(what)});"
-        "Promise.all([send('Words/Save', 'POST', {form: 'boats', line: 'The boats come home.'}),"
+        "Promise.all([send('Pages/Settings', 'PUT', {tour: {seen: true}}),"
+        "  send('Words/Save', 'POST', {form: 'boats', line: 'The boats come home.'}),"
         "  send('MovieFile/Watching' + location.search, 'PUT', {positionMs: 3000, durationMs: 20000})])"
         "  .then((replies) => { window.kept = replies.every((reply) => reply.ok); }); 1");
     ASSERT_TRUE(waitUntil([this] { return inPage("String(window.kept)") == QLatin1String("true"); }));

@@ -49,7 +49,7 @@ class PlayerPage : public Learner {
   protected:
     void playWithLines() {
         if (const QString own = qEnvironmentVariable("MURVO_GALLERY_FILM"); !own.isEmpty()) {
-            film = own;
+            ASSERT_NO_FATAL_FAILURE(bringFilm(own));
         } else {
             writeBeside(QStringLiteral(".en.srt"), english);
             writeBeside(QStringLiteral(".fr.srt"), french);
