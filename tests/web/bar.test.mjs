@@ -3,9 +3,23 @@ import assert from 'node:assert/strict';
 import { test } from 'node:test';
 
 import { withoutRoom } from '../../web/play/bar/overflow.mjs';
-import { said } from '../../web/play/bar/seekbar.mjs';
+import { SeekBar, said } from '../../web/play/bar/seekbar.mjs';
 import { speechShares } from '../../web/play/bar/speechmap.mjs';
 import { CueIndex } from '../../web/play/lines/cueindex.mjs';
+import { FakeTimers } from './faketimers.mjs';
+
+/** What of an element the bar needs without a page. */
+class Part extends EventTarget {
+  value = 0;
+  clientWidth = 0;
+  hidden = true;
+  children = [];
+  style = { setProperty() {} };
+  setAttribute() {}
+  getAttribute() { return ''; }
+  blur() { this.tell('blur'); }
+  tell(name) { this.dispatchEvent(new Event(name)); }
+}
 
 const cue = (startMs, endMs, ...lines) => ({ startMs, endMs, lines });
 
@@ -20,6 +34,30 @@ test('under the pointer is what is said in that second, also when it begins with
   const index = new CueIndex([cue(1000, 2500, 'One', 'two'), cue(4700, 6000, 'Three')]);
   assert.deepEqual([0, 1000, 2000, 3000, 4000, 7000].map((ms) => said(index, ms)),
     ['', 'One two', 'One two', '', 'Three', '']);
+});
+
+test('a choice in the bar ends without a change, too, and seeks once', (context) => {
+  const timers = new FakeTimers(context);
+  const parts = { 'seek-preview': new Part(), seek: new Part() };
+  const document = {
+    getElementById: (id) => (parts[id] ??= new Part()),
+    defaultView: { ResizeObserver: class { observe() {} } },
+  };
+  const film = { positionMs: 5300, durationMs: 60_000, sought: [], seekToSecond(second) { this.sought.push(second); } };
+  const bar = new SeekBar(document, film, { get: () => ({ showsRemaining: false }) });
+  bar.show();
+  const { seek } = parts;
+  const choose = (second, ...events) => {
+    seek.value = second * 4;
+    for (const name of ['input', ...events]) seek.tell(name);
+    timers.pass(10);
+    assert.equal(bar.busy, false, events.join());
+    return film.sought.splice(0);
+  };
+  assert.deepEqual(choose(20, 'pointerup', 'change'), [20]);
+  assert.deepEqual(choose(20, 'pointercancel'), [20]);
+  assert.deepEqual(choose(30, 'blur'), [30]);
+  assert.deepEqual(choose(5.5, 'blur'), [], 'where the film is');
 });
 
 test('without room the least needed goes first, and no more than must', () => {

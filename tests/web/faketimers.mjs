@@ -9,7 +9,7 @@ export class FakeTimers {
 
   constructor(context) {
     const { setTimeout, clearTimeout } = globalThis;
-    globalThis.setTimeout = (call, delay) => {
+    globalThis.setTimeout = (call, delay = 0) => {
       this.longestDelay = Math.max(this.longestDelay, delay);
       this.#timers.set(this.#next, { call, at: this.now + delay });
       return this.#next++;

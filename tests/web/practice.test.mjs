@@ -225,6 +225,17 @@ test('a loop comes back to its line without the words before it, and goes along 
   assert.equal(sitting.press('nextLine'), false, 'steps are the film\'s again');
 });
 
+test('a loop goes back in time for a line that touches its own not to be heard, at every speed', () => {
+  for (const speed of [0.5, 1, 2]) {
+    const sitting = new Sitting([cue(1000, 2000), cue(2000, 3000)], off).at(1500);
+    sitting.speed = speed;
+    sitting.press('loopLine');
+    sitting.run(5000);
+    const ends = sitting.heard.slice(0, -1).map(([, to]) => to);
+    assert.ok(ends.length > 1 && ends.every((to) => Math.abs(to - (1985 - 25 * speed)) <= 3), `${ends}`);
+  }
+});
+
 test('a section repeats until it is cleared', () => {
   const sitting = new Sitting(talk, off).at(6300);
   sitting.press('loopSection');

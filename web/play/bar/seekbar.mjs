@@ -101,6 +101,9 @@ export class SeekBar {
       this.#seeking = false;
       this.#film.seekToSecond(chosen());
     });
+    // A touch that is taken away, or a window that loses the keyboard, ends the choice without a change.
+    // Where a change follows, it does so before the timer.
+    for (const name of ['pointercancel', 'blur']) seek.addEventListener(name, () => setTimeout(() => this.#settle(chosen())));
     seek.addEventListener('pointerup', () => seek.blur());
     seek.addEventListener('keydown', (event) => this.#keyPressed(event));
     const look = (event) => {
@@ -115,6 +118,13 @@ export class SeekBar {
       this.show();
     });
     this.#total.addEventListener('pointerdown', (event) => event.preventDefault());
+  }
+
+  #settle(second) {
+    if (!this.#seeking) return;
+    this.#seeking = false;
+    if (Math.floor(second) !== Math.floor((this.#film.positionMs ?? 0) / 1000)) this.#film.seekToSecond(second);
+    this.show();
   }
 
   // The player goes to whole seconds only: the engine's own steps would lead nowhere.

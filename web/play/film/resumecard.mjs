@@ -5,6 +5,9 @@ import { timeText } from '../../shared/timetext.mjs';
 import { giveBackPresses, keepPresses } from '../panels/presses.mjs';
 
 const shownMs = 12_000;
+// What holds the card holds it no longer than this: a pointer may just lie there.
+const longestShownMs = 40_000;
+const lookAgainMs = 2000;
 
 /** Offers to go on where the film was left. The film plays on meanwhile, and the card goes by itself. */
 export class ResumeCard {
@@ -12,7 +15,8 @@ export class ResumeCard {
   #card;
   #said;
   #positionMs = 0;
-  #timer = null;
+  #timer = null; // to look whether it is time to go
+  #lastTimer = null; // to go
   #chosen;
 
   /** chosen(positionMs): to go there, 0 for the start; null when the card goes and nothing was chosen. */
@@ -26,8 +30,7 @@ export class ResumeCard {
     fromStart.addEventListener('click', () => this.#end(0));
     for (const button of [goOn, fromStart]) button.addEventListener('pointerdown', (event) => event.preventDefault());
     keepPresses(this.#card);
-    for (const name of ['pointerenter', 'focusin']) this.#card.addEventListener(name, () => clearTimeout(this.#timer));
-    for (const name of ['pointerleave', 'focusout']) this.#card.addEventListener(name, () => this.#waitOn());
+    for (const name of ['pointerleave', 'focusout']) this.#card.addEventListener(name, () => this.#waitOn(shownMs));
     document.addEventListener('keydown', (event) => this.#keyPressed(event));
   }
 
@@ -39,21 +42,30 @@ export class ResumeCard {
     this.#card.querySelector('.filled').style.width = `${durationMs > 0 ? (100 * positionMs) / durationMs : 0}%`;
     this.#card.hidden = false;
     this.#said.textContent = t('resume.said', { time });
-    this.#waitOn();
+    this.#waitOn(shownMs);
+    clearTimeout(this.#lastTimer);
+    this.#lastTimer = setTimeout(() => this.hide(), longestShownMs);
   }
 
   hide() {
     this.#end(null);
   }
 
-  #waitOn() {
+  #waitOn(forMs) {
     clearTimeout(this.#timer);
-    if (!this.#card.hidden) this.#timer = setTimeout(() => this.hide(), shownMs);
+    if (!this.#card.hidden) this.#timer = setTimeout(() => this.#timeIsUp(), forMs);
+  }
+
+  #timeIsUp() {
+    const isHeld = this.#card.matches(':hover') || this.#card.contains(this.#document.activeElement);
+    if (isHeld) this.#waitOn(lookAgainMs);
+    else this.hide();
   }
 
   #end(positionMs) {
     if (this.#card.hidden) return;
     clearTimeout(this.#timer);
+    clearTimeout(this.#lastTimer);
     if (this.#card.contains(this.#document.activeElement)) this.#document.activeElement.blur();
     this.#card.hidden = true;
     this.#said.textContent = '';

@@ -10,6 +10,9 @@ import { secondsBefore } from '../lines/linesteps.mjs';
 // are over before the sound has gone, and the sound needs this long to come back.
 const shortestHushMs = 150;
 const soundBackMs = 90;
+// A seek silences the film later than a pause does: of a line that begins so soon the first sound would be heard.
+const seekAheadMs = 25;
+const soonMs = 50;
 // The next line of a drill is waited for, not sought, when it comes so soon.
 const shortWaitMs = 2500;
 const shortestGapMs = 400;
@@ -75,8 +78,16 @@ export function followRun(turn) {
     return;
   }
   hushBefore(turn, line);
-  if (turn.moves && turn.reached(turn.stopOf(line))) lineIsOver(turn, line);
-  else turn.wakeAt(turn.stopOf(line));
+  const endMs = run.kind === 'loop' ? loopEnd(turn, line) : turn.stopOf(line);
+  if (turn.moves && turn.reached(endMs)) lineIsOver(turn, line);
+  else turn.wakeAt(endMs);
+}
+
+function loopEnd(turn, line) {
+  const stopMs = turn.stopOf(line);
+  const next = turn.lines.line(turn.state.run.place + 1);
+  const aheadMs = seekAheadMs * turn.moment.speed;
+  return next && next.startMs - stopMs < soonMs ? stopMs - aheadMs : stopMs;
 }
 
 function lineIsOver(turn, line) {
