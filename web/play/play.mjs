@@ -90,7 +90,7 @@ const practice = new Practice(document, {
   keyOf: (action) => keyboard.keymap.keysOf(action)[0],
   now,
   say: (text) => notice.say(text),
-  isHeld: () => picker.isOpen,
+  isHeld: () => picker.isOpen || document.querySelector('.picker:not([hidden])') !== null,
 });
 
 // The bar beneath it.
