@@ -4,6 +4,7 @@
 #include "Export/FilmClips.h"
 #include "Http/RequestedFilm.h"
 #include "Http/Router.h"
+#include "Sources/FilmFile.h"
 
 namespace murvo::service {
 
@@ -14,7 +15,7 @@ constexpr qint64 airBeforeMs = 150;
 constexpr qint64 airBehindMs = 250;
 
 struct LinePlace {
-    QString filmPath;
+    Film film;
     qint64 startMs = 0;
     qint64 endMs = 0;
 };
@@ -26,15 +27,15 @@ LinePlace requestedPlace(const Request &request, FilmTable &films) {
     if (place.endMs <= place.startMs)
         throw RouteError(400, QStringLiteral("badParameter"),
                          QStringLiteral("\"endMs\" must lie behind \"startMs\"."));
-    place.filmPath = requestedFilm(request, films).path;
+    place.film = requestedFilm(request, films);
     return place;
 }
 
 Response sound(const LinePlace &line, const std::atomic<bool> &isEnding) {
     QByteArray sound;
-    if (liesThere(line.filmPath))
-        sound =
-            FilmClips(line.filmPath, isEnding).sound(line.startMs - airBeforeMs, line.endMs + airBehindMs);
+    if (liesThere(line.film.path, line.film.sizeBytes))
+        sound = FilmClips(line.film.path, isEnding)
+                    .sound(line.startMs - airBeforeMs, line.endMs + airBehindMs);
     if (sound.isEmpty())
         throw RouteError(404, QStringLiteral("noSound"),
                          QStringLiteral("The film has no sound there, or no longer lies where it did."));
@@ -43,8 +44,8 @@ Response sound(const LinePlace &line, const std::atomic<bool> &isEnding) {
 
 Response picture(const LinePlace &line, const std::atomic<bool> &isEnding) {
     QByteArray picture;
-    if (liesThere(line.filmPath))
-        picture = FilmClips(line.filmPath, isEnding).picture((line.startMs + line.endMs) / 2);
+    if (liesThere(line.film.path, line.film.sizeBytes))
+        picture = FilmClips(line.film.path, isEnding).picture((line.startMs + line.endMs) / 2);
     return pictureResponse(picture);
 }
 

@@ -2,6 +2,7 @@
 #include "Http/SoundUrls.h"
 
 #include "Http/RequestedFilm.h"
+#include "Sources/FilmFile.h"
 
 namespace murvo::service {
 
@@ -25,7 +26,7 @@ bool SoundUrls::isThere(qint32 filmId) {
     if (known != _areThere.constEnd())
         return *known;
     const auto film = _films.find(filmId);
-    return *_areThere.insert(filmId, film && liesThere(film->path));
+    return *_areThere.insert(filmId, film && liesThere(film->path, film->sizeBytes));
 }
 
 } // namespace murvo::service

@@ -3,6 +3,7 @@
 
 #include "Store/Columns.h"
 #include "Store/Database.h"
+#include "Store/FilmTable.h"
 #include "Store/GlossTable.h"
 #include "Vocabulary/FoldedText.h"
 #include "Vocabulary/ReviewPlan.h"
@@ -24,7 +25,7 @@ namespace {
 constexpr auto selectWords =
     "SELECT words.guid, words.lemma, words.status, words.added_ms, words.changed_ms, glosses.gloss, "
     "sightings.form, sightings.line, sightings.translation, sightings.film_id, films.name, films.path, "
-    "sightings.start_ms, sightings.end_ms, sightings.saved_ms, words.due_ms FROM words "
+    "sightings.start_ms, sightings.end_ms, sightings.saved_ms, words.due_ms, films.identity FROM words "
     "LEFT JOIN glosses ON glosses.lemma = words.lemma AND glosses.language = ?1 "
     "LEFT JOIN sightings ON sightings.id = (SELECT id FROM sightings AS one WHERE one.lemma = words.lemma "
     "AND ?2 IN (0, one.film_id) ORDER BY one.saved_ms DESC, one.id DESC LIMIT 1) "
@@ -49,6 +50,7 @@ SavedWord wordOfRow(SQLite::Statement &row) {
     word.savedAtMs = row.getColumn(14).getInt64();
     if (!row.getColumn(15).isNull())
         word.dueAtMs = row.getColumn(15).getInt64();
+    word.filmSizeBytes = sizeOfIdentity(textOf(row.getColumn(16)));
     return word;
 }
 

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/NoMoreRoom.h"
 #include "service/SavedWords.h"
 #include "service/ServiceFixture.h"
 
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QProcess>
 
@@ -52,6 +54,7 @@ class ShelfTest : public ServiceFixture {
         while (QDateTime::currentMSecsSinceEpoch() == nowMs)
             std::this_thread::yield();
     }
+    [[nodiscard]] static QString still(int videoId) { return u"Api/Films/Still?videoId=%1"_s.arg(videoId); }
     [[nodiscard]] static QString watching(int videoId) {
         return u"Api/MovieFile/Watching?videoId=%1"_s.arg(videoId);
     }
@@ -175,17 +178,18 @@ TEST_F(ShelfTest, TheStillShowsWhereTheLearnerStoppedAndIsNeverBlackForNothing) 
     const QString path =
         makeFilm(u"Dark.mkv"_s, {}, uR"(-vf "drawbox=t=fill:color=black:enable='gt(t,1)'")"_s);
     const int dark = lookUp(path).json()["videoId"_L1].toInt();
-    const QString route = u"Api/Films/Still?videoId=%1"_s.arg(dark);
+    const QString route = still(dark);
+    EXPECT_EQ(get(route).errorCode(), u"noPicture"_s) << "not on the shelf yet";
     (void)put(watching(dark), {{u"positionMs"_s, 1800}});
-    const Reply still = get(route);
-    ASSERT_EQ(still.status, 200);
-    EXPECT_EQ(still.headers.find("Content-Type")->second, "image/jpeg");
-    EXPECT_GT(lightOf(still.body), 60) << "from before it became dark";
+    const Reply first = get(route);
+    ASSERT_EQ(first.status, 200);
+    EXPECT_EQ(first.headers.find("Content-Type")->second, "image/jpeg");
+    EXPECT_GT(lightOf(first.body), 60) << "from before it became dark";
     EXPECT_LT(lightOf(get(u"Api/Lines/Picture?startMs=1500&endMs=1900&videoId=%1"_s.arg(dark)).body), 5);
 
     (void)put(watching(dark), {{u"positionMs"_s, 300}});
     const QByteArray moved = get(route).body;
-    EXPECT_NE(moved, still.body);
+    EXPECT_NE(moved, first.body);
     (void)put(watching(dark), {{u"positionMs"_s, 600}});
     EXPECT_EQ(get(route).body, moved) << "near enough";
     QFile::remove(path);
@@ -242,6 +246,56 @@ TEST_F(ShelfTest, TheEndDoesNotWaitForAProgramThatNeverTakesTheFilm) {
     EXPECT_LT(clock.elapsed(), 3000);
     EXPECT_EQ(reply.get().status, 500);
     taken(); // after the end it is of no effect
+}
+
+TEST_F(ShelfTest, APictureThatCannotBeKeptIsShownAllTheSame) {
+    const QString path = makeFilm(u"Film.mkv"_s);
+    const int one = lookUp(path).json()["videoId"_L1].toInt();
+    ASSERT_TRUE(waitUntilRead(one));
+    (void)put(watching(one), {{u"positionMs"_s, 1000}});
+    {
+        const NoMoreRoom atAll(QFileInfo(dataFolder.filePath(u"murvo.sqlite-wal"_s)).size());
+        EXPECT_EQ(get(still(one)).status, 200);
+        EXPECT_EQ(put(watching(one), {{u"positionMs"_s, 5}}).errorCode(), u"diskFull"_s);
+    }
+    const QByteArray later = get(still(one)).body;
+    QFile::remove(path);
+    EXPECT_EQ(get(still(one)).body, later) << "kept as soon as there is room";
+}
+
+TEST_F(ShelfTest, AFilmWithoutAPictureIsTriedOnceUntilItChanges) {
+    const QString path = writeFile(u"Film.mkv"_s, QByteArray(500'000, 'x'));
+    const int one = lookUp(path).json()["videoId"_L1].toInt();
+    (void)put(watching(one), {{u"positionMs"_s, 1000}});
+    EXPECT_EQ(get(still(one)).errorCode(), u"noPicture"_s);
+    QFile good(makeFilm(u"Good.mkv"_s));
+    ASSERT_TRUE(good.open(QIODevice::ReadOnly));
+    const auto changed = QFileInfo(path).lastModified();
+    const QByteArray bytes = good.readAll();
+    writeFile(u"Film.mkv"_s, bytes + QByteArray(500'000 - bytes.size(), '\0'));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.setFileTime(changed, QFileDevice::FileModificationTime));
+    EXPECT_EQ(get(still(one)).errorCode(), u"noPicture"_s) << "not opened again";
+    ASSERT_TRUE(file.setFileTime(changed.addSecs(1), QFileDevice::FileModificationTime));
+    EXPECT_EQ(get(still(one)).status, 200) << "the file has changed";
+}
+
+TEST_F(ShelfTest, AnotherFileUnderTheOldNameIsNotTheFilm) {
+    const QString path = makeFilm(u"Film.mkv"_s, u"-f lavfi -i sine=d=2"_s, u"-map 1 -c:a aac"_s);
+    const int one = lookUp(path).json()["videoId"_L1].toInt();
+    (void)put(watching(one), {{u"positionMs"_s, 1000}});
+    const QString times = u"?startMs=500&endMs=1100&videoId=%1"_s.arg(one);
+    EXPECT_TRUE(shelf()[0]["isThere"_L1].toBool());
+    EXPECT_EQ(get(u"Api/Lines/Picture"_s + times).status, 200);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::Append) && file.write("x") == 1);
+    file.close();
+    EXPECT_FALSE(shelf()[0]["isThere"_L1].toBool());
+    EXPECT_EQ(get(u"Api/Lines/Picture"_s + times).errorCode(), u"noPicture"_s);
+    EXPECT_EQ(get(u"Api/Lines/Sound"_s + times).errorCode(), u"noSound"_s);
+    EXPECT_EQ(get(still(one)).errorCode(), u"noPicture"_s);
+    EXPECT_EQ(open(one).errorCode(), u"filmMoved"_s);
 }
 
 } // namespace
