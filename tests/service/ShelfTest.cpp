@@ -219,6 +219,8 @@ TEST_F(ShelfTest, ALineIsHeardAsLongAsTheFilmLiesThere) {
     EXPECT_NEAR(tone.hertz, 700, 15);
     EXPECT_EQ(download(QString(url).replace("Sound"_L1, "Picture"_L1)).status, 404)
         << "its token opens no other";
+    for (const auto &[from, to] : {QPair(u"startMs=500"_s, u"startMs=501"_s), QPair(u"&sig"_s, u"&x"_s)})
+        EXPECT_EQ(download(QString(url).replace(from, to)).errorCode(), u"notFound"_s) << "nor another line";
     const auto at = [&](const QString &times) {
         return get(u"Api/Lines/Sound?videoId=%1"_s.arg(film) + times).errorCode();
     };
