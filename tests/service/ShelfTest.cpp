@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/FilmHandover.h"
 #include "service/NoMoreRoom.h"
 #include "service/SavedWords.h"
 #include "service/ServiceFixture.h"
@@ -153,21 +154,21 @@ TEST_F(ShelfTest, WatchedFilmsComeTheLastFirstWithWhatIsKnownOfThem) {
 }
 
 TEST_F(ShelfTest, AFilmIsOpenedWhereItLiesOnceTheProgramHasIt) {
-    std::promise<std::function<void()>> wanted;
+    std::promise<std::function<bool()>> wanted;
     QString wantedPath;
-    openFilm = [&](const QString &path, const std::function<void()> &taken) {
+    openFilm = [&](const QString &path, const std::function<bool()> &take) {
         wantedPath = path;
-        wanted.set_value(taken);
+        wanted.set_value(take);
     };
     restart();
     const int one = film(u"Film.mkv"_s, 1);
     auto reply = std::async(std::launch::async, [this, one] { return open(one); });
-    const auto taken = wanted.get_future().get();
+    const auto take = wanted.get_future().get();
     EXPECT_EQ(wantedPath, films.filePath(u"Film.mkv"_s));
     EXPECT_EQ(reply.wait_for(200ms), std::future_status::timeout) << "before the program has it";
-    taken();
+    EXPECT_TRUE(take());
     EXPECT_EQ(reply.get().json()["videoId"_L1], one);
-    taken(); // once more does no harm
+    EXPECT_FALSE(take()) << "once";
     QFile::remove(wantedPath);
     EXPECT_EQ(open(one).errorCode(), u"filmMoved"_s);
     EXPECT_EQ(open(lookUp({}, 3).json()["videoId"_L1].toInt()).errorCode(), u"filmMoved"_s) << "an address";
@@ -233,21 +234,28 @@ TEST_F(ShelfTest, ALineIsHeardAsLongAsTheFilmLiesThere) {
 }
 
 TEST_F(ShelfTest, TheEndDoesNotWaitForAProgramThatNeverTakesTheFilm) {
-    std::promise<std::function<void()>> wanted;
-    openFilm = [&](const QString &, const std::function<void()> &taken) { wanted.set_value(taken); };
+    std::promise<std::function<bool()>> wanted;
+    openFilm = [&](const QString &, const std::function<bool()> &take) { wanted.set_value(take); };
     restart();
     const int one = film(u"Film.mkv"_s, 1);
     auto reply = std::async(std::launch::async, [own = client(), path = tokenPath(), one]() mutable {
         return replyOf(
             own.Post(path + "Api/Films/Open", "{\"videoId\":" + std::to_string(one) + "}", "text/plain"));
     });
-    const auto taken = wanted.get_future().get();
+    const auto take = wanted.get_future().get();
     QElapsedTimer clock;
     clock.start();
     service.reset();
     EXPECT_LT(clock.elapsed(), 3000);
     EXPECT_EQ(reply.get().status, 500);
-    taken(); // after the end it is of no effect
+    EXPECT_FALSE(take()) << "the page was told of a failure";
+}
+
+TEST_F(ShelfTest, AFilmThatWasGivenUpIsNotOpenedLater) {
+    std::function<bool()> late;
+    FilmHandover handover([&](const QString &, const std::function<bool()> &take) { late = take; }, 20ms);
+    EXPECT_FALSE(handover.hand(u"/Film.mkv"_s));
+    EXPECT_FALSE(late());
 }
 
 TEST_F(ShelfTest, APictureThatCannotBeKeptIsShownAllTheSame) {

@@ -157,7 +157,7 @@ QStringList toldRows(const Tables &tables) {
 class TablesTest : public ServiceFixture {
   protected:
     void SetUp() override {
-        openFilm = [](const QString &, const std::function<void()> &taken) { taken(); };
+        openFilm = [](const QString &, const std::function<bool()> &take) { (void)take(); };
         restart();
         atFirst = get(settings).json();
         writeFile(u"inside.srt"_s, longSrt());
