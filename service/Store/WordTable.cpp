@@ -5,6 +5,7 @@
 #include "Store/Database.h"
 #include "Store/FilmTable.h"
 #include "Store/GlossTable.h"
+#include "Store/ReviewTable.h"
 #include "Vocabulary/FoldedText.h"
 #include "Vocabulary/ReviewPlan.h"
 
@@ -58,7 +59,7 @@ SavedWord wordOfRow(SQLite::Statement &row) {
 std::string conditionOf(const WordQuery &query) {
     std::string condition = "WHERE (?2 = 0 OR sightings.id IS NOT NULL)";
     if (query.dueUntilMs)
-        condition += " AND words.due_ms <= " + std::to_string(*query.dueUntilMs);
+        condition += " AND " + conditionOfDue(*query.dueUntilMs);
     if (!query.text.isEmpty())
         condition += " AND (instr(folded(words.lemma), ?3) > 0 OR instr(folded(glosses.gloss), ?3) > 0)";
     std::string names;
