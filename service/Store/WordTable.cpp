@@ -85,13 +85,17 @@ const char *orderOf(WordOrder order) {
 }
 
 // foldedText() for the store; of NULL it is NULL.
-void folded(sqlite3_context *context, int, sqlite3_value **values) {
+void folded(sqlite3_context *context, int, sqlite3_value **values) noexcept {
     const auto *text = reinterpret_cast<const char *>(sqlite3_value_text(values[0]));
     if (text == nullptr)
         return;
-    const QByteArray result = foldedText(QString::fromUtf8(text)).toUtf8();
-    sqlite3_result_text64(context, result.constData(), static_cast<sqlite3_uint64>(result.size()),
-                          SQLITE_TRANSIENT, SQLITE_UTF8);
+    try {
+        const QByteArray result = foldedText(QString::fromUtf8(text)).toUtf8();
+        sqlite3_result_text64(context, result.constData(), static_cast<sqlite3_uint64>(result.size()),
+                              SQLITE_TRANSIENT, SQLITE_UTF8);
+    } catch (...) { // there is no memory for it, and the caller is C
+        sqlite3_result_error_nomem(context);
+    }
 }
 
 void bindQuery(SQLite::Statement &statement, const WordQuery &query, const QString &glossLanguage) {
