@@ -13,6 +13,8 @@ namespace {
 // show.
 constexpr qint64 longestCueMs = 60'000;
 constexpr qint64 guessedCueMs = 3'000;
+// No film goes on for longer.
+constexpr qint64 latestStartMs = 86'400'000;
 
 // Shadows and glows are made by the same line in several layers: a reader needs it once.
 void removeRepeated(QList<Cue> &sorted) {
@@ -34,7 +36,9 @@ void removeRepeated(QList<Cue> &sorted) {
 } // namespace
 
 QList<Cue> inOrder(QList<Cue> cues) {
-    cues.removeIf([](const Cue &cue) { return cue.lines.isEmpty() || (cue.startMs < 0 && cue.endMs <= 0); });
+    cues.removeIf([](const Cue &cue) {
+        return cue.lines.isEmpty() || (cue.startMs < 0 && cue.endMs <= 0) || cue.startMs > latestStartMs;
+    });
     for (Cue &cue : cues)
         cue.startMs = std::max<qint64>(cue.startMs, 0);
     std::stable_sort(cues.begin(), cues.end(),

@@ -28,7 +28,8 @@ struct Cue {
 };
 
 /// Puts cues into an order that the page can rely on: by start (equal starts keep their order), start not
-/// negative, end after start, none longer than a viewer would need, none empty, none twice at the same time.
+/// negative and within a day, end after start, none longer than a viewer would need, none empty, none twice
+/// at the same time.
 [[nodiscard]] QList<Cue> inOrder(QList<Cue> cues);
 
 } // namespace murvo::service
