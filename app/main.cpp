@@ -107,12 +107,10 @@ void complain(const QString &sentence) {
 
 /// Plays what a page of the embedded service wants played: the controller there is then, if there is one.
 service::EmbeddedService::OpenFilm openBy(const QPointer<AppDelegate> &delegate) {
-    return [&delegate](const QString &path, const std::function<void()> &taken) {
-        TaskQueue::mainQueue().async([&delegate, path, taken] {
-            if (!delegate)
-                return;
-            delegate->applicationOpenFile(path);
-            taken();
+    return [&delegate](const QString &path, const std::function<bool()> &take) {
+        TaskQueue::mainQueue().async([&delegate, path, take] {
+            if (delegate && take())
+                delegate->applicationOpenFile(path);
         });
     };
 }

@@ -17,8 +17,9 @@ namespace murvo::service {
 class EmbeddedService {
   public:
     /// How a page's wish reaches the player to play the film at path. Called on a thread of the service, with
-    /// what the player calls, from any thread, once it has the film; must not wait for the player itself.
-    using OpenFilm = std::function<void(const QString &path, const std::function<void()> &taken)>;
+    /// what the player asks, from any thread, just before it takes the film: false when the page was told of
+    /// a failure meanwhile, and the film is not to be opened. Must not wait for the player itself.
+    using OpenFilm = std::function<void(const QString &path, const std::function<bool()> &take)>;
 
     /// Opens (or makes) the store in dataFolder, an absolute path, and starts to listen on a free port.
     /// The folder is made for the user alone (mode 0700). Returns null and puts one sentence for the user

@@ -3,18 +3,10 @@
 
 #include <QSet>
 
-#include <chrono>
 #include <condition_variable>
 #include <mutex>
 
 namespace murvo::service {
-
-namespace {
-
-// The program is busy for that long at worst, as with the end of another film.
-constexpr std::chrono::seconds longestWait{10};
-
-} // namespace
 
 struct FilmHandover::State {
     std::mutex mutex;
@@ -24,8 +16,9 @@ struct FilmHandover::State {
     bool isClosed = false;
 };
 
-FilmHandover::FilmHandover(Program program)
+FilmHandover::FilmHandover(Program program, std::chrono::milliseconds longestWait)
     : _program(std::move(program))
+    , _longestWait(longestWait)
     , _state(std::make_shared<State>()) {}
 
 FilmHandover::~FilmHandover() = default;
@@ -41,13 +34,14 @@ bool FilmHandover::hand(const QString &path) {
     lock.unlock();
     _program(path, [state = _state, number] {
         const std::lock_guard taking(state->mutex);
-        state->waiting.remove(number);
+        const bool isWanted = !state->isClosed && state->waiting.remove(number);
         state->changed.notify_all();
+        return isWanted;
     });
     lock.lock();
-    const bool isTaken = _state->changed.wait_for(
-        lock, longestWait, [&] { return _state->isClosed || !_state->waiting.contains(number); });
-    return !_state->waiting.remove(number) && isTaken;
+    _state->changed.wait_for(lock, _longestWait,
+                             [&] { return _state->isClosed || !_state->waiting.contains(number); });
+    return !_state->waiting.remove(number);
 }
 
 void FilmHandover::close() {

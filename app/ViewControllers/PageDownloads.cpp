@@ -11,8 +11,12 @@
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineProfile>
 
+#include <cerrno>
 #include <filesystem>
 #include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace murvo {
 
@@ -32,6 +36,32 @@ bool isWhole(const QWebEngineDownloadRequest &download, const QString &partPath)
     const qint64 bytes = QFileInfo(partPath).size();
     return download.state() == State::DownloadCompleted && bytes == download.receivedBytes() &&
            (download.totalBytes() <= 0 || bytes == download.totalBytes());
+}
+
+QString reasonOf(const std::error_code &problem) {
+    return problem ? QString::fromLocal8Bit(problem.message().c_str()) : QString();
+}
+
+std::error_code bringToDisk(const QString &path) {
+    const int handle = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    std::error_code problem;
+    if (handle < 0 || ::fsync(handle) != 0)
+        problem = {errno, std::generic_category()};
+    if (handle >= 0)
+        ::close(handle);
+    return problem;
+}
+
+/// What the file holds is on the disk before it has its name. Null, or why it could not be done.
+QString givePlace(const QString &partPath, const QString &path) {
+    if (const std::error_code problem = bringToDisk(partPath))
+        return reasonOf(problem);
+    std::error_code problem;
+    std::filesystem::rename(QFile::encodeName(partPath).toStdString(), QFile::encodeName(path).toStdString(),
+                            problem);
+    if (!problem && bringToDisk(QFileInfo(path).absolutePath())) // it is there, and whole, all the same
+        qCWarning(logPage) << "The name of a file of a page may not outlive a power cut";
+    return reasonOf(problem);
 }
 
 } // namespace
@@ -82,13 +112,21 @@ void PageDownloads::end(QWebEngineDownloadRequest &download) {
         giveUp(reason);
         return;
     }
-    std::error_code problem;
-    std::filesystem::rename(QFile::encodeName(_running->partPath).toStdString(),
-                            QFile::encodeName(_running->path).toStdString(), problem);
-    if (problem)
-        giveUp(QString::fromLocal8Bit(problem.message().c_str()));
-    else
+    const QPointer<PageDownloads> self(this);
+    _disk.async([self, file = *_running] {
+        const QString reason = givePlace(file.partPath, file.path);
+        TaskQueue::mainQueue().async([self, reason] {
+            if (self)
+                self->putInPlace(reason);
+        });
+    });
+}
+
+void PageDownloads::putInPlace(const QString &reason) {
+    if (reason.isNull())
         _running.reset();
+    else
+        giveUp(reason);
 }
 
 void PageDownloads::giveUp(const QString &reason) {

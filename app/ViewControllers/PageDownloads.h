@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/Platform/TaskQueue.h"
+
 #include <QObject>
 #include <QString>
 
@@ -13,8 +15,8 @@ class QWebEngineProfile;
 namespace murvo {
 
 /// The files that pages give the user to keep. One at a time is taken: the user chooses where it goes, and it
-/// is there once it is whole, else what was there before. Main thread only; the profile is borrowed. It knows
-/// no page: who may give what the call decides.
+/// is there once it is whole, else what was there before, even when the power fails. Main thread only, but
+/// for the wait for the disk; the profile is borrowed. It knows no page: who may give what the call decides.
 class PageDownloads : public QObject {
     Q_OBJECT
 
@@ -40,12 +42,15 @@ class PageDownloads : public QObject {
     void take(QWebEngineDownloadRequest *download);
     void begin(QWebEngineDownloadRequest &download, const QString &path);
     void end(QWebEngineDownloadRequest &download);
+    /// Null reason: it has its place.
+    void putInPlace(const QString &reason);
     void giveUp(const QString &reason);
 
     IsAllowed _isAllowed;
     Chooser _chooser;
     bool _isChoosing = false;
     std::optional<Running> _running;
+    TaskQueue _disk{QStringLiteral("page downloads")};
 };
 
 } // namespace murvo

@@ -2,6 +2,7 @@
 #include "Export/ClipMaker.h"
 
 #include "Export/FilmClips.h"
+#include "Sources/FilmFile.h"
 
 namespace murvo::service {
 
@@ -19,7 +20,7 @@ ClipMaker::ClipMaker(const std::atomic<bool> &isCancelled)
 ClipMaker::~ClipMaker() = default;
 
 WordClip ClipMaker::clip(const WordCard &card) {
-    if (card.filmPath.isEmpty() || card.endMs <= card.startMs)
+    if (card.endMs <= card.startMs || !liesThere(card.filmPath, card.filmSizeBytes))
         return {};
     if (card.filmPath != _filmPath) {
         _film = std::make_unique<FilmClips>(card.filmPath, _isCancelled);

@@ -16,7 +16,8 @@ struct WordCard {
     QString wordInLine; ///< the word as it stands there
     QString translation;
     QString filmName;
-    QString filmPath; ///< empty when it is not known where it lies
+    QString filmPath;         ///< empty when it is not known where it lies
+    qint64 filmSizeBytes = 0; ///< 0: not known
     qint64 startMs = 0;
     qint64 endMs = 0;     ///< of the line in the film; not above startMs when it is not known
     qint64 addedAtMs = 0; ///< since 1970, UTC: when the learner marked it

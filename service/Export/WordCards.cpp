@@ -26,6 +26,7 @@ QList<WordCard> cardsOf(const QList<SavedWord> &words, const WordFacts &facts,
         card.translation = word.translation;
         card.filmName = word.filmName;
         card.filmPath = word.filmPath;
+        card.filmSizeBytes = word.filmSizeBytes;
         card.startMs = word.startMs;
         card.endMs = word.endMs;
         card.addedAtMs = word.addedAtMs;

@@ -30,12 +30,19 @@ bool equalInConstantTime(QByteArrayView a, QByteArrayView b) {
     return difference == 0;
 }
 
+// Empty for a path that has none.
+QByteArrayView tokenOf(const QByteArray &path) {
+    const qsizetype end = path.indexOf('/', 1);
+    return end < 0 ? QByteArrayView() : QByteArrayView(path).sliced(1, end - 1);
+}
+
 } // namespace
 
 Access::Access(quint16 port)
     : _host("127.0.0.1:" + QByteArray::number(port))
     , _token(randomToken())
-    , _downloadToken(randomToken()) {}
+    , _downloadToken(randomToken())
+    , _downloadKey(randomToken()) {}
 
 QString Access::baseUrl() const {
     return QString::fromLatin1(scheme + _host + '/' + _token + '/');
@@ -51,11 +58,15 @@ bool Access::headersAllowed(const QByteArrayList &hosts, const QByteArrayList &o
     return origins.isEmpty() || (origins.size() == 1 && origins.first() == scheme + _host);
 }
 
+bool Access::isByDownloadToken(const QByteArray &path) const {
+    return equalInConstantTime(tokenOf(path), _downloadToken);
+}
+
 std::optional<QString> Access::pathBelowToken(const QByteArray &path) const {
     const qsizetype end = path.indexOf('/', 1);
     if (!path.startsWith('/') || end < 0)
         return std::nullopt;
-    const QByteArrayView token = QByteArrayView(path).sliced(1, end - 1);
+    const QByteArrayView token = tokenOf(path);
     const QByteArray rest = path.mid(end + 1);
     const bool opensAll = equalInConstantTime(token, _token);
     const bool opensDownloads = equalInConstantTime(token, _downloadToken);

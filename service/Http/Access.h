@@ -30,10 +30,17 @@ class Access {
     /// same time for every wrong token of the right length.
     [[nodiscard]] std::optional<QString> pathBelowToken(const QByteArray &path) const;
 
+    /// Signs what one such address may open of many; another at each start.
+    [[nodiscard]] const QByteArray &downloadKey() const { return _downloadKey; }
+
+    /// Whether the path begins with that token.
+    [[nodiscard]] bool isByDownloadToken(const QByteArray &path) const;
+
   private:
     QByteArray _host;
     QByteArray _token;
     QByteArray _downloadToken;
+    QByteArray _downloadKey;
 };
 
 } // namespace murvo::service

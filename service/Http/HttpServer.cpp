@@ -234,6 +234,8 @@ Request HttpServer::Impl::requestOf(const httplib::Request &from) const {
     const char *typeHeader = from.has_header(hiddenTypeHeader) ? hiddenTypeHeader : "Content-Type";
     request.contentType = QByteArray::fromStdString(from.get_header_value(typeHeader));
     request.downloadBaseUrl = access->downloadBaseUrl();
+    request.downloadKey = access->downloadKey();
+    request.byDownloadToken = access->isByDownloadToken(QByteArray::fromStdString(path));
     return request;
 }
 

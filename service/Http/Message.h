@@ -23,7 +23,9 @@ struct Request {
     QByteArray body;
     QString bodyFile; ///< path of a file with the body, for a route that takes very large ones; body is empty
                       ///< then
-    QString downloadBaseUrl; ///< for addresses that the player fetches; ends in "/"
+    QString downloadBaseUrl;      ///< for addresses that the player fetches; ends in "/"
+    QByteArray downloadKey;       ///< of this run, to sign such addresses
+    bool byDownloadToken = false; ///< it came to such an address
 
     /// A parameter that must be a whole number and not below smallest, which is not negative; throws
     /// RouteError when it is not.

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Http/RequestedFilm.h"
 
-#include <QFileInfo>
-
 namespace murvo::service {
 
 Film filmNumbered(qint32 filmId, FilmTable &films) {
@@ -14,10 +12,6 @@ Film filmNumbered(qint32 filmId, FilmTable &films) {
 
 Film requestedFilm(const Request &request, FilmTable &films) {
     return filmNumbered(request.positiveId(QStringLiteral("videoId")), films);
-}
-
-bool liesThere(const QString &path) {
-    return !path.isEmpty() && QFileInfo(path).isFile();
 }
 
 Response pictureResponse(const QByteArray &jpeg) {

@@ -12,9 +12,6 @@ namespace murvo::service {
 /// The film of the parameter "videoId".
 [[nodiscard]] Film requestedFilm(const Request &request, FilmTable &films);
 
-/// Whether a file lies at the path of a film; false for a film whose path was never told.
-[[nodiscard]] bool liesThere(const QString &path);
-
 /// A JPEG of a film; throws RouteError for an empty one.
 [[nodiscard]] Response pictureResponse(const QByteArray &jpeg);
 

@@ -5,6 +5,7 @@
 #include "FilmHandover.h"
 #include "Http/RequestedFilm.h"
 #include "Http/Router.h"
+#include "Sources/FilmFile.h"
 #include "Store/WatchingTable.h"
 #include "Vocabulary/FilmWords.h"
 
@@ -27,7 +28,7 @@ QJsonObject filmJson(const WatchedFilm &each, const WordShare &share) {
             {QStringLiteral("durationMs"), each.watching.durationMs},
             {QStringLiteral("isFinished"), each.watching.isFinished},
             {QStringLiteral("watchedAtMs"), each.watching.watchedAtMs.value_or(0)},
-            {QStringLiteral("isThere"), liesThere(each.path)},
+            {QStringLiteral("isThere"), liesThere(each.path, each.fileSizeBytes)},
             {QStringLiteral("isAddress"), each.path.isEmpty()},
             {QStringLiteral("runningWords"), share.running},
             {QStringLiteral("knownPercent"), share.percent() ? QJsonValue(*share.percent()) : QJsonValue()},
@@ -67,7 +68,7 @@ Response takeOff(const Request &request, const ShelfRouteParts &parts) {
 
 Response open(const Request &request, const ShelfRouteParts &parts) {
     const Film film = filmNumbered(jsonBody(request).value(QLatin1String("videoId")).toInt(), parts.films);
-    if (!liesThere(film.path))
+    if (!liesThere(film.path, film.sizeBytes))
         throw RouteError(404, QStringLiteral("filmMoved"),
                          QStringLiteral("The film no longer lies where it did."));
     if (!parts.handover.hand(film.path))

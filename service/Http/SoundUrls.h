@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QByteArray>
 #include <QHash>
 #include <QString>
 
@@ -10,7 +11,8 @@ class FilmTable;
 struct Request;
 
 /// Addresses of what is heard at lines of films, for the command PlayAudio. Made for one request: it
-/// remembers which films lie there. One thread; may throw SQLite::Exception.
+/// remembers which films lie there. Each is signed, so that one that was logged opens no other line. One
+/// thread; may throw SQLite::Exception.
 class SoundUrls {
   public:
     SoundUrls(const Request &request, FilmTable &films);
@@ -19,10 +21,15 @@ class SoundUrls {
     /// when the film does not lie there now.
     [[nodiscard]] QString of(qint32 filmId, qint64 startMs, qint64 endMs);
 
+    /// What only the service can write behind the address of that line.
+    [[nodiscard]] static QString signature(const QByteArray &key, qint32 filmId, qint64 startMs,
+                                           qint64 endMs);
+
   private:
     [[nodiscard]] bool isThere(qint32 filmId);
 
     QString _baseUrl;
+    QByteArray _key;
     FilmTable &_films;
     QHash<qint32, bool> _areThere;
 };

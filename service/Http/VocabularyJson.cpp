@@ -2,6 +2,7 @@
 #include "Http/VocabularyJson.h"
 
 #include "Http/SoundUrls.h"
+#include "Languages.h"
 #include "Store/GlossTable.h"
 #include "Store/SettingsTable.h"
 #include "Vocabulary/Lexicon.h"
@@ -59,9 +60,11 @@ QJsonObject sightingJson(const Sighting &sighting, SoundUrls &sounds) {
 }
 
 QJsonObject lineJson(const ShownLine &line, SoundUrls &sounds) {
+    const Language *language = findLanguage(line.language);
     return {{QStringLiteral("videoId"), line.filmId},
             {QStringLiteral("fileName"), line.filmName},
             {QStringLiteral("subtitleId"), line.subtitleId},
+            {QStringLiteral("languageTag"), language != nullptr ? QString(language->twoLetter) : QString()},
             {QStringLiteral("startMs"), line.startMs},
             {QStringLiteral("endMs"), line.endMs},
             {QStringLiteral("text"), line.text},

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Store/FilmTable.h"
 
+#include "Store/Columns.h"
 #include "Store/Database.h"
 
 namespace murvo::service {
@@ -11,10 +12,9 @@ constexpr QLatin1String hashPrefix("hash:");
 constexpr auto columns = "id, name, path, identity, inside_read";
 
 Film filmOfRow(SQLite::Statement &row) {
-    return {row.getColumn(0).getInt(), QString::fromStdString(row.getColumn(1).getString()),
-            QString::fromStdString(row.getColumn(2).getString()),
-            QString::fromStdString(row.getColumn(3).getString()).startsWith(hashPrefix),
-            QString::fromStdString(row.getColumn(4).getString())};
+    const QString identity = textOf(row.getColumn(3));
+    return {row.getColumn(0).getInt(),       textOf(row.getColumn(1)), textOf(row.getColumn(2)),
+            identity.startsWith(hashPrefix), textOf(row.getColumn(4)), sizeOfIdentity(identity)};
 }
 
 } // namespace
@@ -23,6 +23,10 @@ QString FilmKey::identity() const {
     if (hashed())
         return hashPrefix + QStringLiteral("%1:%2").arg(movieHash, 0, 16).arg(sizeBytes);
     return path.isEmpty() ? QStringLiteral("name:") + name : QStringLiteral("path:") + path;
+}
+
+qint64 sizeOfIdentity(const QString &identity) {
+    return identity.startsWith(hashPrefix) ? identity.section(u':', 2).toLongLong() : 0;
 }
 
 Film FilmTable::findOrAdd(const FilmKey &key) {

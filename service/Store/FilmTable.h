@@ -14,7 +14,8 @@ struct Film {
     QString name;
     QString path; ///< where it lay last; empty when never told
     bool isHashed = false;
-    QString insideRead; ///< tells the file whose own tracks were read; empty when none was
+    QString insideRead;   ///< tells the file whose own tracks were read; empty when none was
+    qint64 sizeBytes = 0; ///< of its file; 0: not known
 };
 
 /// What tells one film from another: its hash and size, or where it lies when it could not be hashed.
@@ -27,6 +28,9 @@ struct FilmKey {
     [[nodiscard]] bool hashed() const { return movieHash != 0 || sizeBytes != 0; }
     [[nodiscard]] QString identity() const;
 };
+
+/// The size (bytes) that an identity tells; 0 when it tells none.
+[[nodiscard]] qint64 sizeOfIdentity(const QString &identity);
 
 /// The table of films. Any thread; borrows the database. Every call may throw SQLite::Exception.
 class FilmTable {

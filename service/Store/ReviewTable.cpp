@@ -44,10 +44,14 @@ ReviewPlace after(const ReviewPlace &before, ReviewGrade grade, qint64 nowMs) {
 
 } // namespace
 
+std::string conditionOfDue(qint64 nowMs) {
+    return "(words.due_ms <= " + std::to_string(nowMs) + " OR words.due_ms > " +
+           std::to_string(nowMs + longestReviewInterval.count()) + ')';
+}
+
 qint32 ReviewTable::dueCount(qint64 nowMs) {
     return _database.run([nowMs](SQLite::Database &connection) {
-        SQLite::Statement query(connection, "SELECT count(*) FROM words WHERE due_ms <= ?");
-        query.bind(1, static_cast<int64_t>(nowMs));
+        SQLite::Statement query(connection, "SELECT count(*) FROM words WHERE " + conditionOfDue(nowMs));
         query.executeStep();
         return query.getColumn(0).getInt();
     });
@@ -55,8 +59,9 @@ qint32 ReviewTable::dueCount(qint64 nowMs) {
 
 std::optional<qint64> ReviewTable::nextDue(qint64 nowMs) {
     return _database.run([nowMs](SQLite::Database &connection) -> std::optional<qint64> {
-        SQLite::Statement query(connection, "SELECT min(due_ms) FROM words WHERE due_ms > ?");
-        query.bind(1, static_cast<int64_t>(nowMs));
+        SQLite::Statement query(connection,
+                                "SELECT min(due_ms) FROM words WHERE due_ms IS NOT NULL AND NOT " +
+                                    conditionOfDue(nowMs));
         query.executeStep();
         if (query.getColumn(0).isNull())
             return std::nullopt;

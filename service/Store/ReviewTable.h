@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <optional>
+#include <string>
 
 namespace murvo::service {
 
@@ -26,6 +27,10 @@ struct GradeStep {
     ReviewPlace before;
     ReviewPlace after;
 };
+
+/// What of the table of words is due at that time (ms since 1970), for a query. A time that lies further off
+/// than any interval was written under a wrong clock, and would hide the word for good: such a word is due.
+[[nodiscard]] std::string conditionOfDue(qint64 nowMs);
 
 /// The marked words by the times at which they come up for review. Any thread; borrows the database. Every
 /// call may throw SQLite::Exception.

@@ -3,6 +3,7 @@
 
 #include "Store/Columns.h"
 #include "Store/Database.h"
+#include "Store/FilmTable.h"
 
 namespace murvo::service {
 
@@ -70,7 +71,8 @@ WatchedPage WatchingTable::list(qint32 offset, qint32 count) {
         SQLite::Statement query(connection,
                                 std::string("SELECT ") + columns +
                                     ", films.id, films.name, films.path, "
-                                    "(SELECT count(DISTINCT lemma) FROM sightings WHERE film_id = films.id) "
+                                    "(SELECT count(DISTINCT lemma) FROM sightings WHERE film_id = films.id), "
+                                    "films.identity "
                                     "FROM watching JOIN films ON films.id = film_id "
                                     "WHERE watched_ms IS NOT NULL "
                                     "ORDER BY watched_ms DESC, films.id DESC LIMIT ? OFFSET ?");
@@ -78,8 +80,8 @@ WatchedPage WatchingTable::list(qint32 offset, qint32 count) {
         query.bind(2, offset);
         while (query.executeStep())
             page.films.append({query.getColumn(6).getInt(), textOf(query.getColumn(7)),
-                               textOf(query.getColumn(8)), watchingOfRow(query),
-                               query.getColumn(9).getInt()});
+                               textOf(query.getColumn(8)), watchingOfRow(query), query.getColumn(9).getInt(),
+                               sizeOfIdentity(textOf(query.getColumn(10)))});
         return page;
     });
 }

@@ -30,7 +30,8 @@ struct WatchedFilm {
     QString name;
     QString path; ///< where it lay last; empty when never told
     Watching watching;
-    qint32 savedWords = 0; ///< in it
+    qint32 savedWords = 0;    ///< in it
+    qint64 fileSizeBytes = 0; ///< 0: not known
 };
 
 struct WatchedPage {

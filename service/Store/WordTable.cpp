@@ -3,7 +3,9 @@
 
 #include "Store/Columns.h"
 #include "Store/Database.h"
+#include "Store/FilmTable.h"
 #include "Store/GlossTable.h"
+#include "Store/ReviewTable.h"
 #include "Vocabulary/FoldedText.h"
 #include "Vocabulary/ReviewPlan.h"
 
@@ -24,7 +26,7 @@ namespace {
 constexpr auto selectWords =
     "SELECT words.guid, words.lemma, words.status, words.added_ms, words.changed_ms, glosses.gloss, "
     "sightings.form, sightings.line, sightings.translation, sightings.film_id, films.name, films.path, "
-    "sightings.start_ms, sightings.end_ms, sightings.saved_ms, words.due_ms FROM words "
+    "sightings.start_ms, sightings.end_ms, sightings.saved_ms, words.due_ms, films.identity FROM words "
     "LEFT JOIN glosses ON glosses.lemma = words.lemma AND glosses.language = ?1 "
     "LEFT JOIN sightings ON sightings.id = (SELECT id FROM sightings AS one WHERE one.lemma = words.lemma "
     "AND ?2 IN (0, one.film_id) ORDER BY one.saved_ms DESC, one.id DESC LIMIT 1) "
@@ -49,6 +51,7 @@ SavedWord wordOfRow(SQLite::Statement &row) {
     word.savedAtMs = row.getColumn(14).getInt64();
     if (!row.getColumn(15).isNull())
         word.dueAtMs = row.getColumn(15).getInt64();
+    word.filmSizeBytes = sizeOfIdentity(textOf(row.getColumn(16)));
     return word;
 }
 
@@ -56,7 +59,7 @@ SavedWord wordOfRow(SQLite::Statement &row) {
 std::string conditionOf(const WordQuery &query) {
     std::string condition = "WHERE (?2 = 0 OR sightings.id IS NOT NULL)";
     if (query.dueUntilMs)
-        condition += " AND words.due_ms <= " + std::to_string(*query.dueUntilMs);
+        condition += " AND " + conditionOfDue(*query.dueUntilMs);
     if (!query.text.isEmpty())
         condition += " AND (instr(folded(words.lemma), ?3) > 0 OR instr(folded(glosses.gloss), ?3) > 0)";
     std::string names;
@@ -82,13 +85,17 @@ const char *orderOf(WordOrder order) {
 }
 
 // foldedText() for the store; of NULL it is NULL.
-void folded(sqlite3_context *context, int, sqlite3_value **values) {
+void folded(sqlite3_context *context, int, sqlite3_value **values) noexcept {
     const auto *text = reinterpret_cast<const char *>(sqlite3_value_text(values[0]));
     if (text == nullptr)
         return;
-    const QByteArray result = foldedText(QString::fromUtf8(text)).toUtf8();
-    sqlite3_result_text64(context, result.constData(), static_cast<sqlite3_uint64>(result.size()),
-                          SQLITE_TRANSIENT, SQLITE_UTF8);
+    try {
+        const QByteArray result = foldedText(QString::fromUtf8(text)).toUtf8();
+        sqlite3_result_text64(context, result.constData(), static_cast<sqlite3_uint64>(result.size()),
+                              SQLITE_TRANSIENT, SQLITE_UTF8);
+    } catch (...) { // there is no memory for it, and the caller is C
+        sqlite3_result_error_nomem(context);
+    }
 }
 
 void bindQuery(SQLite::Statement &statement, const WordQuery &query, const QString &glossLanguage) {

@@ -5,11 +5,8 @@
 
 namespace murvo::service {
 
-/// The text as it is compared where neither case nor accents count.
-[[nodiscard]] inline QString foldedText(const QString &text) {
-    QString folded = text.normalized(QString::NormalizationForm_KD).toCaseFolded();
-    folded.removeIf([](QChar sign) { return sign.category() == QChar::Mark_NonSpacing; });
-    return folded.replace(u'\u2019', u'\'');
-}
+/// The text as it is compared where neither case nor accents count. Marks that make another letter or sound
+/// of theirs, as in Japanese and Hindi, are no accents.
+[[nodiscard]] QString foldedText(const QString &text);
 
 } // namespace murvo::service

@@ -58,12 +58,20 @@ ShownLine LineReader::shown(const StoredLine &line, qint32 filmId) {
         _filmNames.insert(filmId, _parts.films.find(filmId).value_or(Film{}).name);
     const Placed place = placed(line, timing(line.subtitleId));
     ShownLine shown{line.id,   filmId, _filmNames.value(filmId), line.subtitleId, place.startMs, place.endMs,
-                    line.text, {}};
+                    line.text, {},     language(line.subtitleId)};
     const FilmTracks &of = tracks(filmId);
     const bool isNative = of.native && of.native->id == line.subtitleId;
     if (const auto &other = isNative ? of.english : of.native; other && other->id != line.subtitleId)
         shown.translation = beneath(shown, other->id);
     return shown;
+}
+
+const QString &LineReader::language(qint32 subtitleId) {
+    const auto known = _languages.constFind(subtitleId);
+    if (known != _languages.constEnd())
+        return *known;
+    const auto subtitle = _parts.subtitles.find(subtitleId);
+    return *_languages.insert(subtitleId, subtitle ? subtitle->likelyLanguage() : QString());
 }
 
 // What is on the screen with it for at least half of the shorter of the two.

@@ -36,6 +36,7 @@ struct ShownLine {
     qint64 endMs = 0;
     QString text;        ///< its text lines parted by "\n"
     QString translation; ///< empty when the film has none there
+    QString language;    ///< of the text, as a code; empty while unknown
 };
 
 /// Tells where in their films stored lines are, and what is shown with them. Made for one request: it
@@ -51,6 +52,7 @@ class LineReader {
 
   private:
     [[nodiscard]] const Timing &timing(qint32 subtitleId);
+    [[nodiscard]] const QString &language(qint32 subtitleId);
     [[nodiscard]] QString beneath(const ShownLine &line, qint32 otherSubtitleId);
 
     LineParts _parts;
@@ -58,6 +60,7 @@ class LineReader {
     QHash<qint32, FilmTracks> _tracks;
     QHash<qint32, Timing> _timings;
     QHash<qint32, QString> _filmNames;
+    QHash<qint32, QString> _languages; // of subtitles
 };
 
 } // namespace murvo::service

@@ -55,6 +55,8 @@ inline constexpr std::array reviewGradeNames{QLatin1String("again"), QLatin1Stri
     return std::nullopt;
 }
 
+inline constexpr std::chrono::milliseconds longestReviewInterval = *reviewInterval(WordStatus::Learning4);
+
 /// What has become of a word by a grade.
 struct GradedWord {
     WordStatus status;

@@ -22,8 +22,9 @@ struct SavedWord {
     QString translation; ///< the line shown beneath, empty when there was none
     qint32 filmId = 0;
     QString filmName;
-    QString filmPath;   ///< where the film lay last; empty when never told
-    qint64 startMs = 0; ///< of the film
+    QString filmPath;         ///< where the film lay last; empty when never told
+    qint64 filmSizeBytes = 0; ///< 0: not known
+    qint64 startMs = 0;       ///< of the film
     qint64 endMs = 0;
     qint64 addedAtMs = 0;          ///< since 1970, UTC: when the word was marked first
     qint64 changedAtMs = 0;        ///< when its status was last changed

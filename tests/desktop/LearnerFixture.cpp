@@ -36,14 +36,13 @@ QByteArray subtitles(const QByteArray &word, int count) {
 
 Learner::Learner() {
     QString error;
-    service =
-        service::EmbeddedService::start(_data.filePath(QStringLiteral("murvo")), error,
-                                        [this](const QString &path, const std::function<void()> &taken) {
-                                            TaskQueue::mainQueue().async([this, path, taken] {
-                                                delegate->applicationOpenFile(path);
-                                                taken();
-                                            });
-                                        });
+    service = service::EmbeddedService::start(_data.filePath(QStringLiteral("murvo")), error,
+                                              [this](const QString &path, const std::function<bool()> &take) {
+                                                  TaskQueue::mainQueue().async([this, path, take] {
+                                                      if (take())
+                                                          delegate->applicationOpenFile(path);
+                                                  });
+                                              });
     if (!service)
         throw std::runtime_error(error.toStdString());
     MConstants::setMurvoBaseUrl(service->baseUrl());

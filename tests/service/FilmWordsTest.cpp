@@ -223,6 +223,8 @@ TEST_F(FilmWordsTest, APhraseIsFoundInEveryFilmWhateverStandsInIt) {
     EXPECT_EQ(hit["videoId"_L1], videoId);
     EXPECT_EQ(hit["fileName"_L1], u"Film.mkv"_s);
     EXPECT_EQ(hit["startMs"_L1], 19'000);
+    EXPECT_EQ(hit["languageTag"_L1], u"en"_s);
+    EXPECT_EQ(search(u"phare"_s)[0]["languageTag"_L1], u"fr"_s);
     EXPECT_EQ(search(u"never gave"_s).size(), 1) << "across a line break";
     EXPECT_EQ(search(u"up give"_s).size(), 0) << "in that order";
     EXPECT_EQ(search(u"deja vu"_s).size(), 2) << "accents or none, a hyphen or none, both languages";

@@ -50,6 +50,7 @@ void expectSoundCues(const QList<Cue> &cues, const std::string &from) {
     qint64 startMs = 0;
     for (const Cue &cue : cues) {
         EXPECT_GE(cue.startMs, startMs) << from;
+        EXPECT_LE(cue.startMs, 86'400'000) << from;
         EXPECT_GT(cue.endMs, cue.startMs) << from;
         EXPECT_FALSE(cue.lines.isEmpty()) << from;
         for (const ItalicRange &range : cue.italics) {
@@ -212,6 +213,16 @@ TEST_F(FormatsTest, NoTextMakesAReaderSlowOrLarge) {
                 ASSERT_LE(cue.lines.join(QString()).size(), 2000);
         }
     }
+}
+
+TEST_F(FormatsTest, LinesBehindTheEndOfAnyFilmAreLeftOut) {
+    const QList<Cue> cues = readCues("<SAMI><BODY><SYNC Start=86400000><P>Last<SYNC Start=86400001><P>Damage"
+                                     "<SYNC Start=999999999999><P>Damage</BODY></SAMI>",
+                                     {})
+                                .cues;
+    ASSERT_EQ(cues.size(), 1);
+    EXPECT_EQ(cues[0].lines, QStringList{QStringLiteral("Last")});
+    EXPECT_EQ(readCues("1\n25:00:00,000 --> 25:00:01,000\nDamage\n", {}).problem, CueProblem::NoCues);
 }
 
 TEST_F(FormatsTest, WhatHoldsNoLinesIsNamed) {

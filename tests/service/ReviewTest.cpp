@@ -98,6 +98,18 @@ TEST_F(ReviewTest, WordsComeUpWhenTheyAreDueTheLongestFirst) {
     EXPECT_EQ(listed.join(u' '), u"bee cow ant dog"_s);
 }
 
+TEST_F(ReviewTest, AWordThatWasMarkedUnderAWrongClockIsDueAgain) {
+    for (const QString &lemma : {u"ant"_s, u"bee"_s})
+        mark(lemma, u"learning4"_s);
+    age(u"bee"_s, -3000 * dayMs);
+    const QJsonObject due = get(u"Api/Review"_s).json();
+    EXPECT_EQ(cards(), u"bee"_s);
+    EXPECT_EQ(due["dueCount"_L1], 1);
+    EXPECT_EQ(due["nextDueAtMs"_L1], word(u"ant"_s)["dueAtMs"_L1]) << "sixteen days are the longest";
+    EXPECT_EQ(grade(u"bee"_s, u"hard"_s).json()["dueCount"_L1], 0);
+    EXPECT_EQ(dueInMinutes(u"bee"_s), 8 * 24 * 60);
+}
+
 TEST_F(ReviewTest, AGradeMovesTheWordAlongItsStatuses) {
     struct Step {
         QString from;

@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTime>
@@ -118,7 +119,9 @@ bool ServiceFixture::waitUntilRead(int videoId) {
     return !state[QLatin1String("isReadingFilm")].toBool(true);
 }
 
-Reply ServiceFixture::lookUp(const QString &filmPath, quint64 hash, quint64 size) {
+Reply ServiceFixture::lookUp(const QString &filmPath, quint64 hash, std::optional<quint64> sizeBytes) {
+    const QFileInfo file(filmPath);
+    const quint64 size = sizeBytes.value_or(file.isFile() ? static_cast<quint64>(file.size()) : 1000);
     service->filmIdentified(filmPath, hash, size);
     const QString body =
         QStringLiteral("fileSize=%1&movieHash=%2&fileName=%3&targetLanguageCode=eng&nativeLanguageCode=fra")

@@ -14,6 +14,7 @@
 #include <httplib.h>
 
 #include <memory>
+#include <optional>
 #include <ostream>
 
 /// Lets a failed expectation show text as text.
@@ -66,8 +67,10 @@ class ServiceFixture : public testing::Test {
     /// Waits until the film's own tracks have been read; false when that does not end.
     [[nodiscard]] bool waitUntilRead(int videoId);
 
-    /// Announces the film and looks it up, as the player does.
-    [[nodiscard]] Reply lookUp(const QString &filmPath, quint64 hash = 0xabc, quint64 size = 1000);
+    /// Announces the film and looks it up, as the player does; where it is not said otherwise as a file of
+    /// the size that it has, or of 1000 bytes where there is none.
+    [[nodiscard]] Reply lookUp(const QString &filmPath, quint64 hash = 0xabc,
+                               std::optional<quint64> sizeBytes = std::nullopt);
 
     /// Fetches everything that the lookup marks and uploads it; returns the upload's reply.
     Reply fetchAndUpload(const Reply &lookup);

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/FilmHandover.h"
+#include "service/NoMoreRoom.h"
 #include "service/SavedWords.h"
 #include "service/ServiceFixture.h"
 
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QProcess>
 
@@ -52,6 +55,7 @@ class ShelfTest : public ServiceFixture {
         while (QDateTime::currentMSecsSinceEpoch() == nowMs)
             std::this_thread::yield();
     }
+    [[nodiscard]] static QString still(int videoId) { return u"Api/Films/Still?videoId=%1"_s.arg(videoId); }
     [[nodiscard]] static QString watching(int videoId) {
         return u"Api/MovieFile/Watching?videoId=%1"_s.arg(videoId);
     }
@@ -150,21 +154,21 @@ TEST_F(ShelfTest, WatchedFilmsComeTheLastFirstWithWhatIsKnownOfThem) {
 }
 
 TEST_F(ShelfTest, AFilmIsOpenedWhereItLiesOnceTheProgramHasIt) {
-    std::promise<std::function<void()>> wanted;
+    std::promise<std::function<bool()>> wanted;
     QString wantedPath;
-    openFilm = [&](const QString &path, const std::function<void()> &taken) {
+    openFilm = [&](const QString &path, const std::function<bool()> &take) {
         wantedPath = path;
-        wanted.set_value(taken);
+        wanted.set_value(take);
     };
     restart();
     const int one = film(u"Film.mkv"_s, 1);
     auto reply = std::async(std::launch::async, [this, one] { return open(one); });
-    const auto taken = wanted.get_future().get();
+    const auto take = wanted.get_future().get();
     EXPECT_EQ(wantedPath, films.filePath(u"Film.mkv"_s));
     EXPECT_EQ(reply.wait_for(200ms), std::future_status::timeout) << "before the program has it";
-    taken();
+    EXPECT_TRUE(take());
     EXPECT_EQ(reply.get().json()["videoId"_L1], one);
-    taken(); // once more does no harm
+    EXPECT_FALSE(take()) << "once";
     QFile::remove(wantedPath);
     EXPECT_EQ(open(one).errorCode(), u"filmMoved"_s);
     EXPECT_EQ(open(lookUp({}, 3).json()["videoId"_L1].toInt()).errorCode(), u"filmMoved"_s) << "an address";
@@ -175,17 +179,18 @@ TEST_F(ShelfTest, TheStillShowsWhereTheLearnerStoppedAndIsNeverBlackForNothing) 
     const QString path =
         makeFilm(u"Dark.mkv"_s, {}, uR"(-vf "drawbox=t=fill:color=black:enable='gt(t,1)'")"_s);
     const int dark = lookUp(path).json()["videoId"_L1].toInt();
-    const QString route = u"Api/Films/Still?videoId=%1"_s.arg(dark);
+    const QString route = still(dark);
+    EXPECT_EQ(get(route).errorCode(), u"noPicture"_s) << "not on the shelf yet";
     (void)put(watching(dark), {{u"positionMs"_s, 1800}});
-    const Reply still = get(route);
-    ASSERT_EQ(still.status, 200);
-    EXPECT_EQ(still.headers.find("Content-Type")->second, "image/jpeg");
-    EXPECT_GT(lightOf(still.body), 60) << "from before it became dark";
+    const Reply first = get(route);
+    ASSERT_EQ(first.status, 200);
+    EXPECT_EQ(first.headers.find("Content-Type")->second, "image/jpeg");
+    EXPECT_GT(lightOf(first.body), 60) << "from before it became dark";
     EXPECT_LT(lightOf(get(u"Api/Lines/Picture?startMs=1500&endMs=1900&videoId=%1"_s.arg(dark)).body), 5);
 
     (void)put(watching(dark), {{u"positionMs"_s, 300}});
     const QByteArray moved = get(route).body;
-    EXPECT_NE(moved, still.body);
+    EXPECT_NE(moved, first.body);
     (void)put(watching(dark), {{u"positionMs"_s, 600}});
     EXPECT_EQ(get(route).body, moved) << "near enough";
     QFile::remove(path);
@@ -215,6 +220,8 @@ TEST_F(ShelfTest, ALineIsHeardAsLongAsTheFilmLiesThere) {
     EXPECT_NEAR(tone.hertz, 700, 15);
     EXPECT_EQ(download(QString(url).replace("Sound"_L1, "Picture"_L1)).status, 404)
         << "its token opens no other";
+    for (const auto &[from, to] : {QPair(u"startMs=500"_s, u"startMs=501"_s), QPair(u"&sig"_s, u"&x"_s)})
+        EXPECT_EQ(download(QString(url).replace(from, to)).errorCode(), u"notFound"_s) << "nor another line";
     const auto at = [&](const QString &times) {
         return get(u"Api/Lines/Sound?videoId=%1"_s.arg(film) + times).errorCode();
     };
@@ -227,21 +234,78 @@ TEST_F(ShelfTest, ALineIsHeardAsLongAsTheFilmLiesThere) {
 }
 
 TEST_F(ShelfTest, TheEndDoesNotWaitForAProgramThatNeverTakesTheFilm) {
-    std::promise<std::function<void()>> wanted;
-    openFilm = [&](const QString &, const std::function<void()> &taken) { wanted.set_value(taken); };
+    std::promise<std::function<bool()>> wanted;
+    openFilm = [&](const QString &, const std::function<bool()> &take) { wanted.set_value(take); };
     restart();
     const int one = film(u"Film.mkv"_s, 1);
     auto reply = std::async(std::launch::async, [own = client(), path = tokenPath(), one]() mutable {
         return replyOf(
             own.Post(path + "Api/Films/Open", "{\"videoId\":" + std::to_string(one) + "}", "text/plain"));
     });
-    const auto taken = wanted.get_future().get();
+    const auto take = wanted.get_future().get();
     QElapsedTimer clock;
     clock.start();
     service.reset();
     EXPECT_LT(clock.elapsed(), 3000);
     EXPECT_EQ(reply.get().status, 500);
-    taken(); // after the end it is of no effect
+    EXPECT_FALSE(take()) << "the page was told of a failure";
+}
+
+TEST_F(ShelfTest, AFilmThatWasGivenUpIsNotOpenedLater) {
+    std::function<bool()> late;
+    FilmHandover handover([&](const QString &, const std::function<bool()> &take) { late = take; }, 20ms);
+    EXPECT_FALSE(handover.hand(u"/Film.mkv"_s));
+    EXPECT_FALSE(late());
+}
+
+TEST_F(ShelfTest, APictureThatCannotBeKeptIsShownAllTheSame) {
+    const QString path = makeFilm(u"Film.mkv"_s);
+    const int one = lookUp(path).json()["videoId"_L1].toInt();
+    ASSERT_TRUE(waitUntilRead(one));
+    (void)put(watching(one), {{u"positionMs"_s, 1000}});
+    {
+        const NoMoreRoom atAll(QFileInfo(dataFolder.filePath(u"murvo.sqlite-wal"_s)).size());
+        EXPECT_EQ(get(still(one)).status, 200);
+        EXPECT_EQ(put(watching(one), {{u"positionMs"_s, 5}}).errorCode(), u"diskFull"_s);
+    }
+    const QByteArray later = get(still(one)).body;
+    QFile::remove(path);
+    EXPECT_EQ(get(still(one)).body, later) << "kept as soon as there is room";
+}
+
+TEST_F(ShelfTest, AFilmWithoutAPictureIsTriedOnceUntilItChanges) {
+    const QString path = writeFile(u"Film.mkv"_s, QByteArray(500'000, 'x'));
+    const int one = lookUp(path).json()["videoId"_L1].toInt();
+    (void)put(watching(one), {{u"positionMs"_s, 1000}});
+    EXPECT_EQ(get(still(one)).errorCode(), u"noPicture"_s);
+    QFile good(makeFilm(u"Good.mkv"_s));
+    ASSERT_TRUE(good.open(QIODevice::ReadOnly));
+    const auto changed = QFileInfo(path).lastModified();
+    const QByteArray bytes = good.readAll();
+    writeFile(u"Film.mkv"_s, bytes + QByteArray(500'000 - bytes.size(), '\0'));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.setFileTime(changed, QFileDevice::FileModificationTime));
+    EXPECT_EQ(get(still(one)).errorCode(), u"noPicture"_s) << "not opened again";
+    ASSERT_TRUE(file.setFileTime(changed.addSecs(1), QFileDevice::FileModificationTime));
+    EXPECT_EQ(get(still(one)).status, 200) << "the file has changed";
+}
+
+TEST_F(ShelfTest, AnotherFileUnderTheOldNameIsNotTheFilm) {
+    const QString path = makeFilm(u"Film.mkv"_s, u"-f lavfi -i sine=d=2"_s, u"-map 1 -c:a aac"_s);
+    const int one = lookUp(path).json()["videoId"_L1].toInt();
+    (void)put(watching(one), {{u"positionMs"_s, 1000}});
+    const QString times = u"?startMs=500&endMs=1100&videoId=%1"_s.arg(one);
+    EXPECT_TRUE(shelf()[0]["isThere"_L1].toBool());
+    EXPECT_EQ(get(u"Api/Lines/Picture"_s + times).status, 200);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::Append) && file.write("x") == 1);
+    file.close();
+    EXPECT_FALSE(shelf()[0]["isThere"_L1].toBool());
+    EXPECT_EQ(get(u"Api/Lines/Picture"_s + times).errorCode(), u"noPicture"_s);
+    EXPECT_EQ(get(u"Api/Lines/Sound"_s + times).errorCode(), u"noSound"_s);
+    EXPECT_EQ(get(still(one)).errorCode(), u"noPicture"_s);
+    EXPECT_EQ(open(one).errorCode(), u"filmMoved"_s);
 }
 
 } // namespace

@@ -157,7 +157,7 @@ QStringList toldRows(const Tables &tables) {
 class TablesTest : public ServiceFixture {
   protected:
     void SetUp() override {
-        openFilm = [](const QString &, const std::function<void()> &taken) { taken(); };
+        openFilm = [](const QString &, const std::function<bool()> &take) { (void)take(); };
         restart();
         atFirst = get(settings).json();
         writeFile(u"inside.srt"_s, longSrt());
@@ -198,7 +198,7 @@ class TablesTest : public ServiceFixture {
     [[nodiscard]] QList<Reply> learnerFileErrors();
     [[nodiscard]] QStringList seenExport();
     [[nodiscard]] Reply nothingLeftToUndo();
-    [[nodiscard]] Reply refusedInAFlood();
+    [[nodiscard]] Reply refusedInAFlood(const QString &path);
     [[nodiscard]] QStringList seenRows();
     void checkSetting(const QString &name, const QString &range, const QString &first);
 
@@ -245,7 +245,8 @@ QList<Reply> TablesTest::errors() {
                          get(u"Api/Words/Anki/File"_s),
                          get(u"Api/Speech/Sound?text=..."_s),
                          get(u"Api/Speech/Sound?text="_s + QString(301, u'a')),
-                         refusedInAFlood(),
+                         refusedInAFlood(u"Api/Speech/Sound?speed=slow&text="_s + QString(300, u'x')),
+                         refusedInAFlood(u"Api/Lines/Picture?startMs=1&endMs=1900&videoId=%1"_s.arg(videoId)),
                          post(lookupRoute, QByteArray(9000, 'x'), "application/x-www-form-urlencoded"),
                          get(QString(9000, u'a')),
                          ask("POST", uploadRoute, {{"Content-Encoding", "gzip"}}),
@@ -463,8 +464,8 @@ Reply TablesTest::nothingLeftToUndo() {
     return post(u"Api/Review/Undo"_s, {}, "text/plain");
 }
 
-/// Asks for more to be spoken at once than is taken, until something is refused.
-Reply TablesTest::refusedInAFlood() {
+/// Asks for more of it at once than is taken, until something is refused.
+Reply TablesTest::refusedInAFlood(const QString &path) {
     Reply refused;
     std::mutex mutex;
     std::atomic<bool> isSeen = false;
@@ -475,7 +476,7 @@ Reply TablesTest::refusedInAFlood() {
     for (int i = 0; i < 20; ++i)
         clients.emplace_back([&] {
             while (!isSeen && !clock.hasExpired(30'000)) {
-                const Reply reply = get(u"Api/Speech/Sound?speed=slow&text="_s + QString(300, u'x'));
+                const Reply reply = get(path);
                 const std::lock_guard lock(mutex);
                 if (reply.status >= 400 && !isSeen) {
                     refused = reply;

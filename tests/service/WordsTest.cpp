@@ -135,6 +135,15 @@ TEST_F(WordsTest, AListIsSearchedInWordsAndGlossesWhateverTheCaseAndTheAccents) 
     EXPECT_EQ(found("pate"), u"bread"_s);
     EXPECT_EQ(found("σασ"), u"bread"_s);
     EXPECT_EQ(found("100%"), u"bread"_s);
+    const auto isFound = [&](const QString &gloss, const QByteArray &text) {
+        (void)put(u"Api/Words/Word"_s, {{u"lemma"_s, u"apple"_s}, {u"gloss"_s, gloss}});
+        return found(text) == u"apple"_s;
+    };
+    EXPECT_TRUE(isFound(u"كَتَبَ"_s, "كتب") && isFound(u"שָׁלוֹם"_s, "שלום") && isFound(u"Ёлка"_s, "елка"));
+    EXPECT_TRUE(isFound(u"がっこう"_s, "がっこう") && isFound(u"किताब"_s, "किताब") &&
+                isFound(u"한국"_s, "한국"));
+    EXPECT_FALSE(isFound(u"がっこう"_s, "かっこう")) << "another letter";
+    EXPECT_FALSE(isFound(u"किताब"_s, "कताब")) << "another vowel";
     EXPECT_EQ(found("_"), QString()) << "no sign stands for others";
     EXPECT_EQ(found("%"), u"bread"_s);
     EXPECT_EQ(listed(u"?text=p&status=known"_s).join(u' '), u"apple"_s);
