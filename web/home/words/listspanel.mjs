@@ -82,6 +82,7 @@ export class ListsPanel {
     parts.stop = this.#button(t('lists.stop'), () => this.#endPackage());
     parts.get = this.#download(t('lists.getPackage'), this.#api.ankiPackageAddress);
     parts.progress = this.#make('progress', { max: 100, value: 0, ariaLabel: t('lists.package') });
+    for (const each of [parts.stop, parts.progress, parts.get]) each.hidden = true; // until it is known how it stands
     parts.packageState = this.#make('p', { className: 'state', role: 'status' });
     return this.#part(t('lists.package'), this.#make('p', { textContent: t('lists.packageText') }), parts.clipsLabel,
       this.#make('div', { className: 'buttons' }, parts.make, parts.progress, parts.stop, parts.get),
