@@ -85,7 +85,7 @@ TEST_F(FormatsTest, LinesWrittenAsWebVttAreReadBackTheSame) {
             << file.name.toStdString();
     const QList<Cue> hostile{
         cueOf(0, 1, QStringLiteral("_<i>_ & --> &amp;|NOTE|00:00:01.000 --> 00:00:02.000|WEBVTT")),
-        cueOf(999'999'999, 1'000'000'000, QStringLiteral("a_ _b|STYLE"))};
+        cueOf(86'399'999, 86'400'000, QStringLiteral("a_ _b|STYLE"))};
     EXPECT_EQ(described(readCues(webVtt(hostile), {}).cues), described(hostile));
 }
 
