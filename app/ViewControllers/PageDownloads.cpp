@@ -77,7 +77,7 @@ PageDownloads::PageDownloads(QWebEngineProfile &profile, IsAllowed isAllowed, Ch
 // One that is not accepted is cancelled by the engine.
 void PageDownloads::take(QWebEngineDownloadRequest *download) {
     if (_running && _running->id == download->id()) { // it broke off, and the engine tries again by itself
-        giveUp(QString());
+        giveUp(takeRunning(), QString());
         return;
     }
     if (_isChoosing || _running || download->isSavePageDownload() || !_isAllowed(*download)) {
@@ -109,32 +109,36 @@ void PageDownloads::end(QWebEngineDownloadRequest &download) {
         const QString reason = download.interruptReasonString();
         // So that the engine keeps nothing to go on with. It is in the middle of telling about it.
         QMetaObject::invokeMethod(&download, &QWebEngineDownloadRequest::cancel, Qt::QueuedConnection);
-        giveUp(reason);
+        giveUp(takeRunning(), reason);
         return;
     }
+    keep(takeRunning());
+}
+
+PageDownloads::Running PageDownloads::takeRunning() {
+    Running file = *_running;
+    _running.reset();
+    return file;
+}
+
+// The disk may take its time, and the next file need not wait for it.
+void PageDownloads::keep(const Running &file) {
     const QPointer<PageDownloads> self(this);
-    _disk.async([self, file = *_running] {
+    _disk.async([self, file] {
         const QString reason = givePlace(file.partPath, file.path);
-        TaskQueue::mainQueue().async([self, reason] {
+        if (reason.isNull())
+            return;
+        TaskQueue::mainQueue().async([self, file, reason] {
             if (self)
-                self->putInPlace(reason);
+                self->giveUp(file, reason);
         });
     });
 }
 
-void PageDownloads::putInPlace(const QString &reason) {
-    if (reason.isNull())
-        _running.reset();
-    else
-        giveUp(reason);
-}
-
-void PageDownloads::giveUp(const QString &reason) {
-    const QString path = _running->path;
-    QFile::remove(_running->partPath);
-    _running.reset();
+void PageDownloads::giveUp(const Running &file, const QString &reason) {
+    QFile::remove(file.partPath);
     qCWarning(logPage).noquote() << "A file of a page could not be kept:" << singleLine(reason);
-    Q_EMIT failed(QFileInfo(path).fileName(), reason);
+    Q_EMIT failed(QFileInfo(file.path).fileName(), reason);
 }
 
 } // namespace murvo

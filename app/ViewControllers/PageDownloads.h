@@ -42,9 +42,10 @@ class PageDownloads : public QObject {
     void take(QWebEngineDownloadRequest *download);
     void begin(QWebEngineDownloadRequest &download, const QString &path);
     void end(QWebEngineDownloadRequest &download);
-    /// Null reason: it has its place.
-    void putInPlace(const QString &reason);
-    void giveUp(const QString &reason);
+    /// There is one; then there is none.
+    [[nodiscard]] Running takeRunning();
+    void keep(const Running &file);
+    void giveUp(const Running &file, const QString &reason);
 
     IsAllowed _isAllowed;
     Chooser _chooser;

@@ -69,7 +69,7 @@ TEST_F(InsideTest, EveryTextTrackIsTakenOutAndPicturesAreNamed) {
     EXPECT_EQ(native["cues"_L1][0]["lines"_L1][0].toString(), u"Où êtes-vous et moi ?"_s);
     EXPECT_EQ(native["cues"_L1][0]["italics"_L1][0]["start"_L1].toInt(), 3);
 
-    const QJsonArray offers = lookUp(film).json()["subsToDownload"_L1].toArray();
+    const QJsonArray offers = lookUp(film, 0xabc, 1000).json()["subsToDownload"_L1].toArray();
     ASSERT_EQ(offers.size(), 3);
     EXPECT_FALSE(offers[0]["mustBeDownloaded"_L1].toBool(true));
     EXPECT_TRUE(download(offers[0]["downloadUrl"_L1].toString()).body.startsWith("WEBVTT"));
@@ -90,7 +90,7 @@ TEST_F(InsideTest, WhatLiesBesideTheFilmComesFirstAndTheLearnersChoiceBeforeIt) 
     const QString film =
         makeFilm(u"Film.mkv"_s, u"-i parts/en.srt"_s, u"-map 1 -c:s srt -metadata:s:s:0 language=eng"_s);
     writeFile(u"Film.en.srt"_s, longSrt(500));
-    const Reply lookup = lookUp(film);
+    const Reply lookup = lookUp(film, 0xabc, 1000);
     const int videoId = lookup.json()["videoId"_L1].toInt();
     ASSERT_TRUE(waitUntilRead(videoId));
     fetchAndUpload(lookup);
@@ -124,7 +124,7 @@ TEST_F(InsideTest, AFilmIsReadOnceAndAnewWhenItsFileHasChanged) {
     const QString film = filmWith(u"en.srt"_s);
     EXPECT_EQ(firstLine(linesOf(film)), u"Slanted"_s);
     restart();
-    const int videoId = lookUp(film).json()["videoId"_L1].toInt();
+    const int videoId = lookUp(film, 0xabc, 1000).json()["videoId"_L1].toInt();
     EXPECT_FALSE(
         get(u"Api/MovieFile/Changes?videoId=%1"_s.arg(videoId)).json()["isReadingFilm"_L1].toBool(true));
     EXPECT_EQ(firstLine(lines(videoId)), u"Slanted"_s);
