@@ -92,9 +92,7 @@ void AppDelegate::resizeForTutorial() {
     // The frame's height decides, the content takes the new one: a window just under the limit stays legible.
     if (_window->frameGeometry().height() > tutorialHeight)
         return;
-    QSize ratio = _window->contentAspectRatio();
-    if (ratio.isEmpty()) // before the first film
-        ratio = _window->contentScreenRect().size();
+    const QSize ratio = _window->contentAspectRatio();
     if (!ratio.isEmpty())
         _window->setContentSize({tutorialHeight * ratio.width() / ratio.height(), tutorialHeight});
 }

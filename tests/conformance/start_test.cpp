@@ -63,15 +63,6 @@ TEST_F(Start, ShowsTheHomePageOfAnotherServiceAndEndsByItsWindow) {
     program.expectOnlyLogLines();
 }
 
-TEST_F(Start, TheTutorialGetsItsHeightBeforeTheFirstFilm) {
-    ASSERT_NO_FATAL_FAILURE(session.startAtHome());
-    ASSERT_TRUE(waitUntil([this] { return session.content().size() == QSize(600, 400); }));
-    home.send("app:///Execute/ResizeForTutorial");
-    EXPECT_TRUE(waitUntil([this] { return session.content().size() == QSize(765, 510); }))
-        << session.content().width() << " x " << session.content().height();
-    session.end();
-}
-
 TEST_F(Start, AFilmFromTheShellWaitsUntilTheHomePageIsReady) {
     stub.on("Player/Home", StubReply{.body = home.document("<style>body{background:#1c4a6e}</style>")});
     QFile film(filmWithTwoAudioTracks());
