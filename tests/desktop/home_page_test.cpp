@@ -10,11 +10,15 @@
 #include "service/EmbeddedService.h"
 #include "support/DesktopEnvironment.h"
 #include "support/PageChecker.h"
+#include "support/SaveChooser.h"
 #include "support/SoundRecorder.h"
 #include "support/Wait.h"
 #include "support/XTools.h"
 
 #include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTimer>
 
 #include <gmock/gmock.h>
 
@@ -153,6 +157,37 @@ TEST_F(HomePage, ReviewsByKeysAndPlaysTheLine) {
     EXPECT_EQ(inHome("String(document.getElementById('due-count').hidden)"), QStringLiteral("true"));
     press("u");
     ASSERT_NO_FATAL_FAILURE(waitFor("String(document.getElementById('due-count').textContent === '1')"));
+}
+
+TEST_F(HomePage, SavesTheWordsWhereTheLearnerWantsThem) {
+    ASSERT_NO_FATAL_FAILURE(comeBackFromAFilm());
+    click("#tab-words");
+    ASSERT_NO_FATAL_FAILURE(waitFor("String(document.querySelectorAll('#word-list .gloss').length === 2)"));
+    click("#words .count-row button");
+    ASSERT_NO_FATAL_FAILURE(waitFor("String(document.getElementById('lists').open)"));
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("words.csv"));
+    QString suggested;
+    QTimer atChooser;
+    QObject::connect(&atChooser, &QTimer::timeout, [&] {
+        if (const auto told = answerSaveChooser(path)) {
+            atChooser.stop();
+            suggested = *told;
+        }
+    });
+    atChooser.start(50ms);
+    const QStringList place =
+        inHome("(r => Math.round(r.x + r.width / 2) + ' ' + Math.round(r.y + r.height / 2))"
+               "(document.querySelector('#lists a[download]').getBoundingClientRect())")
+            .split(u' ');
+    clickAt(delegate->window().contentScreenRect().topLeft() +
+            QPoint(place.value(0).toInt(), place.value(1).toInt()));
+    const auto saved = [&path] {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    EXPECT_TRUE(waitUntil([&] { return saved().contains("abandonner"); })) << saved().toStdString();
+    EXPECT_EQ(QFileInfo(suggested).suffix(), QStringLiteral("csv"));
 }
 
 TEST_F(HomePage, GoesOnWithAFilmOfTheShelfOrSaysThatItHasMoved) {

@@ -6,6 +6,7 @@
 #include "app/Platform/MainWindow.h"
 #include "app/ViewControllers/WebViewController.h"
 #include "support/DesktopEnvironment.h"
+#include "support/SaveChooser.h"
 #include "support/StubService.h"
 #include "support/Wait.h"
 #include "support/XTools.h"
@@ -13,8 +14,8 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
-#include <QFileDialog>
-#include <QLineEdit>
+#include <QFileInfo>
+#include <QMessageBox>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -60,19 +61,12 @@ class PageDownload : public testing::Test {
         clickAt(delegate->window().contentScreenRect().center());
     }
     void answerChooser() {
-        auto *chooser = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-        if (chooser == nullptr || !chooser->isActiveWindow())
+        const auto told = answerSaveChooser(answer);
+        if (!told)
             return;
         _atChooser.stop();
         ++chooserCount;
-        suggested = chooser->selectedFiles().value(0);
-        if (chooser->acceptMode() != QFileDialog::AcceptSave || answer.isEmpty()) {
-            chooser->reject();
-            return;
-        }
-        chooser->setOption(QFileDialog::DontConfirmOverwrite);
-        chooser->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(answer);
-        QMetaObject::invokeMethod(chooser, "accept");
+        suggested = *told;
     }
     [[nodiscard]] static QByteArray read(const QString &path) {
         QFile file(path);

@@ -243,6 +243,22 @@ TEST_F(PlayerPage, TakesAPhraseByDraggingAndGoesOnOnlyIfItPlayedBefore) {
     EXPECT_FALSE(delegate->window().isFullScreen()) << "two presses on a card are two presses";
 }
 
+TEST_F(PlayerPage, PausesOnlyAfterLinesWithAWordToLearnWhenThatIsWanted) {
+    ASSERT_NO_FATAL_FAILURE(playWithLines());
+    ASSERT_NO_FATAL_FAILURE(openPanel("p", "practice-panel"));
+    std::ignore = inPage("document.querySelectorAll('#practice-panel [role=switch]')"
+                         ".forEach((each, i) => { each.id = `switch-${i}`; }); 1");
+    clickAt(middleOf("#switch-0"));
+    clickAt(middleOf("#switch-1"));
+    ASSERT_TRUE(waitInPage("String(['switch-0', 'switch-1'].every((id) => (e => e.checked ||"
+                           " e.ariaChecked === 'true')(document.getElementById(id))))"));
+    press("p");
+    // The first line, until 8 s, is known; the second has a harbour and gulls.
+    EXPECT_TRUE(waitUntil([this] { return !player()->isPlaying(); }, 20s));
+    EXPECT_NEAR(static_cast<double>(time()), 12'000, 500) << "a report of the time is up to 0.3 s old";
+    EXPECT_THAT(line("learned").toStdString(), testing::HasSubstr("harbour"));
+}
+
 TEST_F(PlayerPage, JumpsToALineOfTheTranscript) {
     ASSERT_NO_FATAL_FAILURE(playWithLines());
     ASSERT_NO_FATAL_FAILURE(openPanel("ctrl+b", "transcript-panel"));

@@ -65,6 +65,7 @@ void photograph(const QString &name, const QRect &rectangle) {
     const QString folder = qEnvironmentVariable("MURVO_GALLERY");
     if (folder.isEmpty())
         return;
+    letPass(std::chrono::milliseconds(400)); // what the check kept the page from drawing
     run(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), QStringLiteral("-crop"),
                                    QStringLiteral("%1x%2+%3+%4")
                                        .arg(rectangle.width())

@@ -2,7 +2,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 
-import { filmTitle, summaryOf } from '../../web/play/end/filmsummary.mjs';
+import { summaryOf } from '../../web/play/end/filmsummary.mjs';
 
 const word = (lemma, isKnown, isName = false) => ({ lemma, isKnown, isName });
 
@@ -24,9 +24,4 @@ test('a film without English subtitles, or a silent service, leaves nothing to c
     const summary = summaryOf(0, words, null, null);
     assert.deepEqual([summary.knownPercent, summary.newCount, summary.savedCount, summary.dueCount], [null, 0, 0, 0]);
   }
-});
-
-test('a film is called by its file\'s name, as people write it', () => {
-  assert.deepEqual(['A Walk by the Sea.mkv', 'Some.Film_2019.mkv', 'Mr. Smith 2.avi', '.hidden', ''].map(filmTitle),
-    ['A Walk by the Sea', 'Some Film 2019', 'Mr. Smith 2', 'hidden', '']);
 });

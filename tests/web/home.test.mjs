@@ -5,7 +5,7 @@ import { test } from 'node:test';
 import { digitOf } from '../../web/home/digit.mjs';
 import { titleTexts } from '../../web/home/films/filmcard.mjs';
 import { filmProgress } from '../../web/home/films/filmprogress.mjs';
-import { filmTitle } from '../../web/home/films/filmtitle.mjs';
+import { filmTitle } from '../../web/shared/filmtitle.mjs';
 import { levelText } from '../../web/home/frame/levelmeter.mjs';
 import { placeOfWord, placesOf } from '../../web/home/marking.mjs';
 import { PendingRemoval } from '../../web/home/removal.mjs';

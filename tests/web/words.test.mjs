@@ -6,7 +6,6 @@ import { formOf, lineText, sentenceAround, wordsOf } from '../../web/play/lines/
 import { cardPlace } from '../../web/play/words/cardplace.mjs';
 import { FilmWords } from '../../web/play/words/filmwords.mjs';
 import { byPartOfSpeech, likeliest, lookUpPicked } from '../../web/play/words/lookups.mjs';
-import { Hold } from '../../web/play/film/hold.mjs';
 import { WordRecord } from '../../web/play/words/wordrecord.mjs';
 import { occurrences } from '../../web/play/words/occurrences.mjs';
 
@@ -176,22 +175,4 @@ test('what is asked of a word is done in its order, also before the service has 
   await assert.rejects(broken.loaded);
   await broken.grade('known'); // it can be marked all the same
   assert.equal(broken.status, 'known');
-});
-
-test('a film that was held goes on only where nobody has said otherwise', () => {
-  const film = { playing: true, ended: false, setPlaying(on) { this.playing = on; } };
-  const hold = new Hold(film);
-  hold.take();
-  assert.equal(film.playing, false);
-  hold.letGo();
-  assert.equal(film.playing, true);
-  hold.take();
-  film.playing = true; // the space bar
-  hold.update();
-  film.playing = false; // and once more
-  hold.letGo();
-  assert.equal(film.playing, false);
-  hold.take();
-  hold.letGo();
-  assert.equal(film.playing, false); // it stood before
 });

@@ -4,7 +4,7 @@ import { button, create } from '../../shared/elements.mjs';
 import { t } from '../../shared/texts.mjs';
 import { timeText } from '../../shared/timetext.mjs';
 import { filmProgress } from './filmprogress.mjs';
-import { filmTitle } from './filmtitle.mjs';
+import { filmTitle } from '../../shared/filmtitle.mjs';
 
 /** A film's title, and its year, season and episode as a quieter text, perhaps empty. */
 export function titleTexts(fileName) {

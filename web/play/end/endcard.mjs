@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import { create } from '../../shared/elements.mjs';
+import { filmTitle } from '../../shared/filmtitle.mjs';
 import { number, t } from '../../shared/texts.mjs';
 import { giveBackPresses, keepPresses } from '../panels/presses.mjs';
-import { filmTitle, summaryOf } from './filmsummary.mjs';
+import { summaryOf } from './filmsummary.mjs';
 
 // The card waits this long for its figures, so that it need not grow before the learner's eyes.
 const longestWaitMs = 700;
@@ -89,7 +90,7 @@ export class EndCard {
   #fill(summary) {
     this.#told = summary;
     const { lineCount, runningWords, knownPercent, newCount, savedCount, dueCount } = summary;
-    this.#part('film').textContent = filmTitle(this.#subtitles.fileName);
+    this.#part('film').textContent = filmTitle(this.#subtitles.fileName).title;
     const hasWords = knownPercent !== null;
     this.#part('ring').hidden = !hasWords;
     this.#part('ring').style.setProperty('--known', `${knownPercent ?? 0}%`);

@@ -24,10 +24,3 @@ export function summaryOf(lineCount, words, saved, review) {
     dueCount: review?.dueCount ?? 0,
   };
 }
-
-/** A file's name as a title. */
-export function filmTitle(fileName) {
-  const dot = fileName.lastIndexOf('.');
-  const base = dot > 0 ? fileName.slice(0, dot) : fileName;
-  return /\s/.test(base) ? base : base.replace(/[._]+/g, ' ').trim();
-}

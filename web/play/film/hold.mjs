@@ -18,9 +18,9 @@ export class Hold {
     if (this.#film.playing && !this.#film.ended) this.#film.setPlaying(false);
   }
 
-  /** To be called after changes of the film: one that plays again is held no longer. */
+  /** To be called after changes of the film: one that plays again or is over is held no longer. */
   update() {
-    if (this.#film.playing) this.drop();
+    if (this.#film.playing || this.#film.ended) this.drop();
   }
 
   /** Leaves the film as it is; whether it would have gone on. */

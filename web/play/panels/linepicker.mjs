@@ -2,8 +2,8 @@
 
 import { button, create, setHidden } from '../../shared/elements.mjs';
 import { t } from '../../shared/texts.mjs';
+import { Hold } from '../film/hold.mjs';
 import { filmTime } from '../lines/timing.mjs';
-import { FilmHold } from './filmhold.mjs';
 
 const linesBefore = 4;
 const linesAfter = 5;
@@ -29,7 +29,7 @@ export class LinePicker {
   constructor(document, film, opener, picked) {
     this.#document = document;
     this.#film = film;
-    this.#hold = new FilmHold(film);
+    this.#hold = new Hold(film);
     this.#opener = opener;
     this.#picked = picked;
     this.element = create(document, 'div',
@@ -40,7 +40,7 @@ export class LinePicker {
   open(line) {
     const positionMs = this.#film.positionMs;
     if (positionMs === null) return;
-    this.#hold.hold();
+    this.#hold.take();
     this.#subtitleId = line.subtitleId;
     const first = firstAround(line.cues, line.timing, positionMs);
     const items = line.cues.slice(first, first + linesBefore + linesAfter).map((cue) => this.#item(cue, positionMs));

@@ -44,7 +44,7 @@ export class SidePanels {
    */
   add(name, { element, button = null, opened = () => {}, closed = () => {}, stays = false }) {
     this.#panels.set(name, { name, element, button, opened, closed, stays });
-    element.classList.add('side-panel');
+    element.classList.add('side-panel', 'glass');
     button?.setAttribute('aria-expanded', 'false');
     button?.setAttribute('aria-controls', element.id);
     keepPresses(element);
