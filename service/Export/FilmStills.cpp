@@ -37,7 +37,7 @@ QByteArray FilmStills::still(const Film &film) {
     const std::lock_guard lock(_making);
     if (const auto jpeg = known(film, positionMs)) // somebody else may have tried meanwhile
         return *jpeg;
-    const QByteArray made = FilmClips(film.path, _isEnding).lightPicture(positionMs);
+    QByteArray made = FilmClips(film.path, _isEnding).lightPicture(positionMs);
     if (made.isEmpty()) {
         remember(film, positionMs);
         return known(film, positionMs).value_or(QByteArray());

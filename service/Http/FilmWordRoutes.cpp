@@ -74,7 +74,7 @@ Response level(const VocabularyParts &parts) {
 }
 
 QString languageAsked(const Request &request) {
-    const QString code = request.parameters.value(QStringLiteral("language"));
+    QString code = request.parameters.value(QStringLiteral("language"));
     const Language *language = findLanguage(code);
     if (!code.isEmpty() && (language == nullptr || code != language->code))
         throw RouteError(400, QStringLiteral("badParameter"),

@@ -60,7 +60,7 @@ bool checkedSending(const QJsonValue &value) {
 }
 
 QString checkedKey(const QJsonValue &value) {
-    const QString key = value.toString();
+    QString key = value.toString();
     if (!value.isString() || key.size() > Settings::longestKey || !key.isValidUtf16())
         throw badSetting(
             QStringLiteral("\"ankiConnectKey\" must be a text of at most two hundred characters."));

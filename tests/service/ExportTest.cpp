@@ -255,7 +255,7 @@ TEST_F(ExportTest, AnExportCanBeEndedAndHasNoFileBeforeItIsDone) {
     EXPECT_EQ(ask("DELETE", route).json()["stage"_L1].toString(), u"none"_s);
     EXPECT_EQ(waitForPackage(u"?clips=false"_s)["wordCount"_L1].toInt(), 300);
     const Reply file = get(route + u"/File"_s);
-    EXPECT_EQ(file.headers.find("Content-Disposition")->second, "attachment; filename=\"murvo.apkg\"");
+    EXPECT_EQ(file.header("Content-Disposition"), "attachment; filename=\"murvo.apkg\"");
     EXPECT_EQ(file.body.size(), get(route).json()["bytes"_L1].toInt());
     (void)post(route, {}, "text/plain"); // and a service that stops does not wait for it
     QElapsedTimer clock;

@@ -19,8 +19,7 @@ class PagesTest : public ServiceFixture {
         _seen.insert(file);
         const Reply reply = get(path);
         ASSERT_EQ(reply.status, 200) << path.toStdString();
-        ASSERT_TRUE(
-            QString::fromStdString(reply.headers.find("Content-Type")->second).startsWith(expectedType))
+        ASSERT_TRUE(QString::fromStdString(reply.header("Content-Type")).startsWith(expectedType))
             << path.toStdString();
         if (path.contains(QLatin1String("/lib/")))
             return;

@@ -167,8 +167,10 @@ TEST_F(ReviewTest, GradesAreTakenBackOneByOneUnlessTheWordHasChangedSince) {
 }
 
 TEST_F(ReviewTest, ManyGradesAtOnceAreAllTakenBack) {
+    constexpr int count = 8;
     std::vector<std::future<void>> clients;
-    for (int i = 0; i < 8; ++i)
+    clients.reserve(count);
+    for (int i = 0; i < count; ++i)
         clients.push_back(std::async(std::launch::async, [this, i] {
             const QString lemma = u"word"_s + QChar(u'a' + i);
             mark(lemma, u"new"_s);

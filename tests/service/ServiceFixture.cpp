@@ -31,6 +31,11 @@ QString Reply::errorCode() const {
     return json().value(QLatin1String("error")).toObject().value(QLatin1String("code")).toString();
 }
 
+std::string Reply::header(const char *name) const {
+    const auto found = headers.find(name);
+    return found == headers.end() ? std::string() : found->second;
+}
+
 ServiceFixture::ServiceFixture() {
     restart();
 }

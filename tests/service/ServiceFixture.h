@@ -16,6 +16,7 @@
 #include <memory>
 #include <optional>
 #include <ostream>
+#include <string>
 
 /// Lets a failed expectation show text as text.
 inline void PrintTo(const QString &text, std::ostream *out) {
@@ -31,6 +32,7 @@ struct Reply {
 
     [[nodiscard]] QJsonObject json() const;
     [[nodiscard]] QString errorCode() const;
+    [[nodiscard]] std::string header(const char *name) const; ///< empty when there is none
 };
 
 [[nodiscard]] Reply replyOf(const httplib::Result &result);

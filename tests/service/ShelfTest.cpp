@@ -184,7 +184,7 @@ TEST_F(ShelfTest, TheStillShowsWhereTheLearnerStoppedAndIsNeverBlackForNothing) 
     (void)put(watching(dark), {{u"positionMs"_s, 1800}});
     const Reply first = get(route);
     ASSERT_EQ(first.status, 200);
-    EXPECT_EQ(first.headers.find("Content-Type")->second, "image/jpeg");
+    EXPECT_EQ(first.header("Content-Type"), "image/jpeg");
     EXPECT_GT(lightOf(first.body), 60) << "from before it became dark";
     EXPECT_LT(lightOf(get(u"Api/Lines/Picture?startMs=1500&endMs=1900&videoId=%1"_s.arg(dark)).body), 5);
 
@@ -214,13 +214,14 @@ TEST_F(ShelfTest, ALineIsHeardAsLongAsTheFilmLiesThere) {
     EXPECT_EQ(sightingOf({})["soundUrl"_L1], QString()) << "at no time";
     const QString url = sightingOf(R"(,"startMs":500,"endMs":1100)")["soundUrl"_L1].toString();
     const Reply sound = download(url);
-    EXPECT_EQ(sound.headers.find("Content-Type")->second, "audio/mpeg");
+    EXPECT_EQ(sound.header("Content-Type"), "audio/mpeg");
     const Tone tone = toneOf(writeFile(u"line.mp3"_s, sound.body));
     EXPECT_NEAR(tone.seconds, 1.0, 0.1) << "with air around it";
     EXPECT_NEAR(tone.hertz, 700, 15);
     EXPECT_EQ(download(QString(url).replace("Sound"_L1, "Picture"_L1)).status, 404)
         << "its token opens no other";
-    for (const auto &[from, to] : {QPair(u"startMs=500"_s, u"startMs=501"_s), QPair(u"&sig"_s, u"&x"_s)})
+    for (const auto &[from, to] :
+         {std::pair(u"startMs=500"_s, u"startMs=501"_s), std::pair(u"&sig"_s, u"&x"_s)})
         EXPECT_EQ(download(QString(url).replace(from, to)).errorCode(), u"notFound"_s) << "nor another line";
     const auto at = [&](const QString &times) {
         return get(u"Api/Lines/Sound?videoId=%1"_s.arg(film) + times).errorCode();

@@ -59,7 +59,7 @@ TEST_F(SpeechTest, AWordAndALineAreHeardAndTheSlowPaceIsReallySlow) {
     for (const QString &text :
          {u"children"_s, u"give up"_s, u"I was going to tell you, but you never asked me about it."_s}) {
         const Reply reply = say(text);
-        EXPECT_EQ(reply.headers.find("Content-Type")->second, "audio/wav");
+        EXPECT_EQ(reply.header("Content-Type"), "audio/wav");
         const Sound normal = soundOf(reply);
         const Sound slow = soundOf(say(text, u"&speed=slow"_s));
         EXPECT_GT(normal.loudest, 5000) << text.toStdString();
