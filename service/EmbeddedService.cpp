@@ -43,6 +43,7 @@
 #include "Store/LineTable.h"
 #include "Store/PageSettings.h"
 #include "Store/ReviewTable.h"
+#include "Store/SavedFiles.h"
 #include "Store/SettingsTable.h"
 #include "Store/StillTable.h"
 #include "Store/SubtitleTable.h"
@@ -58,6 +59,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <atomic>
 
@@ -85,7 +87,8 @@ struct EmbeddedService::Impl {
     Impl(const QString &databasePath, const OpenFilm &openFilm)
         : handover(openFilm)
         , database(databasePath, Database::builtInSteps())
-        , learnerFile(database, databasePath, Database::builtInSteps()) {
+        , learnerFile(database, databasePath, Database::builtInSteps())
+        , savedFiles(QFileInfo(databasePath).path()) {
         learnerFile.removeLeftovers();
         addPageRoutes(router);
         addHomeRoutes(router, pendingFilms);
@@ -115,6 +118,7 @@ struct EmbeddedService::Impl {
     /// What works by itself on the store ends before another takes its place.
     [[nodiscard]] LearnerRouteParts learnerRouteParts() {
         return {learnerFile,
+                savedFiles,
                 {[this](SQLite::Database &other) {
                      settings.copyThoseOfThisComputer(other);
                      LineTable::remakeIndex(other);
@@ -150,6 +154,7 @@ struct EmbeddedService::Impl {
     FilmHandover handover;
     Database database;
     LearnerFile learnerFile;
+    SavedFiles savedFiles;
     ChangeCounts contentChanges;
     FilmTable films{database};
     SubtitleTable subtitles{database, &contentChanges};

@@ -5,6 +5,7 @@
 #include "Store/LearnerFile.h"
 
 #include <QFileInfo>
+#include <QJsonArray>
 
 namespace murvo::service {
 
@@ -29,14 +30,39 @@ Response give(const LearnerRouteParts &parts) {
     return {200, "application/vnd.sqlite3", {}, "murvo.sqlite", parts.file.copy()};
 }
 
-Response take(const Request &request, const LearnerRouteParts &parts) {
+// bring: puts another store in the place of this one and returns the path of the backup.
+Response brought(const LearnerRouteParts &parts, const std::function<QString()> &bring) {
     try {
-        const QString backup = parts.file.replaceBy(request.bodyFile, parts.taking);
+        const QString backup = bring();
         parts.hasReplaced();
         return jsonResponse({{QStringLiteral("backupFileName"), QFileInfo(backup).fileName()}});
     } catch (const LearnerFileError &failure) {
         throw errorOf(failure.reason());
     }
+}
+
+Response take(const Request &request, const LearnerRouteParts &parts) {
+    return brought(parts, [&] { return parts.file.replaceBy(request.bodyFile, parts.taking); });
+}
+
+Response listSaved(const LearnerRouteParts &parts) {
+    QJsonArray files;
+    for (const SavedFile &each : parts.savedFiles.list())
+        files.append(QJsonObject{{QStringLiteral("id"), each.id},
+                                 {QStringLiteral("fileName"), QFileInfo(each.path).fileName()},
+                                 {QStringLiteral("folderName"), each.folderName},
+                                 {QStringLiteral("savedAtMs"), each.savedAtMs},
+                                 {QStringLiteral("bytes"), each.sizeBytes},
+                                 {QStringLiteral("isBackup"), each.isBackup}});
+    return jsonResponse({{QStringLiteral("files"), files}});
+}
+
+Response takeSaved(const Request &request, const LearnerRouteParts &parts) {
+    const auto file = parts.savedFiles.find(jsonBody(request).value(QLatin1String("id")).toString());
+    if (!file)
+        throw RouteError(404, QStringLiteral("fileMoved"),
+                         QStringLiteral("The file no longer lies where it did."));
+    return brought(parts, [&] { return parts.file.replaceByCopyOf(file->path, parts.taking); });
 }
 
 } // namespace
@@ -45,6 +71,9 @@ void addLearnerRoutes(Router &router, const LearnerRouteParts &parts) {
     const QString path = QStringLiteral("Api/Learner/File");
     router.add("GET", path, [parts](const Request &) { return give(parts); });
     router.add("POST", path, [parts](const Request &request) { return take(request, parts); });
+    const QString saved = QStringLiteral("Api/Learner/Saved");
+    router.add("GET", saved, [parts](const Request &) { return listSaved(parts); });
+    router.add("POST", saved, [parts](const Request &request) { return takeSaved(request, parts); });
 }
 
 } // namespace murvo::service

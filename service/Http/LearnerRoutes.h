@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Store/LearnerFile.h"
+#include "Store/SavedFiles.h"
 
 #include <functional>
 
@@ -9,10 +10,11 @@ namespace murvo::service {
 
 class Router;
 
-/// All of the learner as one file, out and in. The file is borrowed and outlives the router; hasReplaced
+/// All of the learner as one file, out and in. The files are borrowed and outlive the router; hasReplaced
 /// tells all that another store has taken the place of the one before.
 struct LearnerRouteParts {
     LearnerFile &file;
+    const SavedFiles &savedFiles;
     LearnerFile::Taking taking;
     std::function<void()> hasReplaced;
 };

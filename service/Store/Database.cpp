@@ -44,8 +44,9 @@ QList<Database::SchemaStep> Database::builtInSteps() {
     return steps;
 }
 
-void Database::takeAllOf(SQLite::Database &other) {
-    run([&other](SQLite::Database &connection) {
+void Database::takeAllOf(SQLite::Database &other, const std::function<void()> &first) {
+    run([&](SQLite::Database &connection) {
+        first();
         {
             SQLite::Backup backup(connection, other);
             // Another Murvo's small write may be in the way.

@@ -63,8 +63,9 @@ class Database {
     }
 
     /// Takes all that the other one holds in place of what is here, at once or not at all: when it throws,
-    /// not at all. The other one has the same schema, page size and encoding.
-    void takeAllOf(SQLite::Database &other);
+    /// not at all. The other one has the same schema, page size and encoding. first is called when nobody
+    /// else of this process can write any more; what it throws comes through, too.
+    void takeAllOf(SQLite::Database &other, const std::function<void()> &first);
 
     /// Another one whenever the content may be another than before, whoever has changed it.
     struct Generation {

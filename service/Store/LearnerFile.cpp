@@ -19,7 +19,7 @@ namespace {
 using Reason = LearnerFileError::Reason;
 
 constexpr int busyMs = 5000;
-constexpr qsizetype lastBackupsKept = 3;
+constexpr qsizetype lastBackupsKept = 10;
 constexpr qint64 leftoverSeconds = 3600;
 
 // The text of a schema without its comments, and with one blank for any.
@@ -103,16 +103,15 @@ std::unique_ptr<QTemporaryFile> LearnerFile::copy() const {
     return file;
 }
 
-QString LearnerFile::replaceBy(const QString &path, const Taking &taking) const {
+QString LearnerFile::replace(const QString &path, const Taking &taking, const QString &kept) const {
     check(path);
     QString backup;
     try {
         { Database brought(path, _steps); } // to the newest schema
         SQLite::Database source(path.toStdString(), SQLite::OPEN_READWRITE, busyMs);
         taking.adapt(source);
-        backup = backUp();
         taking.prepare();
-        _database.takeAllOf(source);
+        _database.takeAllOf(source, [&] { backup = backUp(); });
     } catch (const std::exception &failure) {
         if (!backup.isEmpty())
             QFile::remove(backup);
@@ -120,8 +119,28 @@ QString LearnerFile::replaceBy(const QString &path, const Taking &taking) const 
             Database::throwIfFull(*ofStore);
         throw;
     }
-    removeOldBackups();
+    removeOldBackups(kept);
     return backup;
+}
+
+QString LearnerFile::replaceByCopyOf(const QString &path, const Taking &taking) const {
+    QFile source(path);
+    if (!source.open(QIODevice::ReadOnly))
+        throw std::runtime_error("the learner's file cannot be read");
+    QTemporaryFile copied(temporaryPath());
+    if (!copied.open())
+        throw DiskFull();
+    constexpr qint64 pieceBytes = 1 << 20;
+    for (QByteArray piece = source.read(pieceBytes); !piece.isEmpty(); piece = source.read(pieceBytes)) {
+        if (copied.write(piece) != piece.size())
+            throw DiskFull();
+    }
+    if (source.error() != QFileDevice::NoError)
+        throw std::runtime_error("the learner's file cannot be read");
+    if (!copied.flush())
+        throw DiskFull();
+    copied.close();
+    return replace(copied.fileName(), taking, path);
 }
 
 // The file may be anybody's: it is only read, none of its triggers and functions run, and it must be, but for
@@ -179,10 +198,11 @@ QString LearnerFile::backUp() const {
     return backup;
 }
 
-void LearnerFile::removeOldBackups() const {
+void LearnerFile::removeOldBackups(const QString &kept) const {
     const QDir beside(QFileInfo(_storePath).path());
     QStringList backups =
         beside.entryList({QStringLiteral("murvo-before-*.sqlite")}, QDir::Files, QDir::Name);
+    backups.removeOne(QFileInfo(kept).fileName());
     while (backups.size() > lastBackupsKept + 1)
         QFile::remove(beside.filePath(backups.takeAt(1))); // the first one stays
 }

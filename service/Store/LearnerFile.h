@@ -56,9 +56,15 @@ class LearnerFile {
     };
 
     /// Takes the file in place of the store, brought to the newest schema; the store as it was is kept beside
-    /// it, the last three times and the first. The file at path is changed. Throws LearnerFileError,
+    /// it, the last ten times and the first. The file at path is changed. Throws LearnerFileError,
     /// DiskFull, SQLite::Exception: then the store is as it was. Returns the path of the backup.
-    [[nodiscard]] QString replaceBy(const QString &path, const Taking &taking) const;
+    [[nodiscard]] QString replaceBy(const QString &path, const Taking &taking) const {
+        return replace(path, taking, {});
+    }
+
+    /// The same with a copy of the file at path, which stays as it is, also when it is a backup. Throws also
+    /// std::runtime_error where it cannot be read.
+    [[nodiscard]] QString replaceByCopyOf(const QString &path, const Taking &taking) const;
 
     /// Where others may keep temporary files, with "XXXXXX" for what tells them apart.
     [[nodiscard]] QString temporaryPath() const;
@@ -67,10 +73,11 @@ class LearnerFile {
     void removeLeftovers() const;
 
   private:
+    [[nodiscard]] QString replace(const QString &path, const Taking &taking, const QString &kept) const;
     void check(const QString &path) const;
     void checkContent(SQLite::Database &file) const;
     [[nodiscard]] QString backUp() const;
-    void removeOldBackups() const;
+    void removeOldBackups(const QString &kept) const;
 
     Database &_database;
     QString _storePath;

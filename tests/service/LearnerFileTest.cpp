@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QScopeGuard>
+#include <QSet>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -97,9 +99,9 @@ TEST_F(LearnerFileTest, AFileOfAnyEarlierVersionIsBroughtToTheNewest) {
     }
     EXPECT_EQ(bring(made(steps, "PRAGMA page_size = 1024; VACUUM")).status, 200) << "pages of another size";
     const QString first = leftInFolder().first();
-    for (int i = 0; i < 5; ++i)
+    for (int i = 0; i < 12; ++i)
         EXPECT_EQ(bring(made(steps, "")).status, 200);
-    EXPECT_EQ(leftInFolder().size(), 4) << "the newest three backups";
+    EXPECT_EQ(leftInFolder().size(), 11) << "the newest ten backups";
     EXPECT_EQ(leftInFolder().first(), first) << "and what was there before all of them";
 }
 
@@ -189,6 +191,59 @@ TEST_F(LearnerFileTest, ABadFileChangesNothingAndIsToldWhy) {
         EXPECT_EQ(words(), u"mine"_s) << at;
     }
     EXPECT_GT(damaged, 5);
+}
+
+TEST_F(LearnerFileTest, ASavedFileIsFoundWherePeopleKeepThemAndBroughtBack) {
+    const QTemporaryDir home;
+    const QByteArray homeBefore = qgetenv("HOME");
+    const auto homeGoesBack = qScopeGuard([&homeBefore] { qputenv("HOME", homeBefore); });
+    qputenv("HOME", home.path().toUtf8());
+    const auto put = [&home](const QString &name, const QByteArray &content) {
+        QFile file(home.filePath(name));
+        EXPECT_TRUE(QDir(home.path()).mkpath(QFileInfo(file).path()) && file.open(QIODevice::WriteOnly));
+        file.write(content);
+    };
+    mark(u"mine"_s);
+    const QByteArray saved = save().body;
+    put(u"Downloads/murvo (1).sqlite"_s, saved);
+    put(u"My English, old.sqlite"_s, saved.left(saved.size() / 2));
+    put(u"Downloads/murvo-notes.sqlite"_s, "my own notes");
+    put(u"other.sqlite"_s, made({{1, u"CREATE TABLE notes (id INTEGER);"_s}}, ""));
+    ASSERT_TRUE(QFile::link(QStringLiteral("/dev/zero"), home.filePath(u"murvo-zero.sqlite"_s)));
+    mark(u"later"_s);
+
+    const QString list = u"Api/Learner/Saved"_s;
+    const auto files = [&] {
+        QHash<QString, QJsonObject> byName;
+        for (const QJsonValue each : get(list).json()["files"_L1].toArray())
+            byName.insert(each["fileName"_L1].toString(), each.toObject());
+        return byName;
+    };
+    const auto bringBack = [&](const QString &name) {
+        return post(list, QJsonDocument(QJsonObject{{u"id"_s, files()[name]["id"_L1]}}).toJson(),
+                    "application/json");
+    };
+    EXPECT_EQ(QSet<QString>(files().keyBegin(), files().keyEnd()),
+              (QSet<QString>{u"murvo (1).sqlite"_s, u"My English, old.sqlite"_s}));
+    const QJsonObject found = files()[u"murvo (1).sqlite"_s];
+    EXPECT_EQ(found["folderName"_L1], "Downloads"_L1);
+    EXPECT_EQ(found["bytes"_L1].toInt(), saved.size());
+    EXPECT_EQ(found["isBackup"_L1], false);
+
+    EXPECT_EQ(bringBack(u"My English, old.sqlite"_s).errorCode(), u"damagedFile"_s);
+    EXPECT_EQ(bringBack(u"other.sqlite"_s).errorCode(), u"fileMoved"_s);
+    EXPECT_EQ(words(), u"later mine"_s);
+    const Reply taken = bringBack(u"murvo (1).sqlite"_s);
+    ASSERT_EQ(taken.status, 200) << taken.body.toStdString();
+    EXPECT_EQ(words(), u"mine"_s);
+    QFile file(home.filePath(u"Downloads/murvo (1).sqlite"_s));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), saved) << "the file itself stays as it is";
+
+    const QString backup = taken.json()["backupFileName"_L1].toString();
+    EXPECT_EQ(files()[backup]["isBackup"_L1], true);
+    EXPECT_EQ(bringBack(backup).status, 200);
+    EXPECT_EQ(words(), u"later mine"_s) << "and all of it is taken back";
 }
 
 TEST_F(LearnerFileTest, AFileAboveTheLimitOfOtherBodiesIsTaken) {

@@ -264,7 +264,8 @@ QList<Reply> TablesTest::learnerFileErrors() {
     const QByteArray good = get(route).body;
     QByteArray newer = good;
     newer[60 + 3] = 99; // the file format's place for the number of the schema
-    QList<Reply> replies{post(route, "x", "text/plain"), post(route, newer, "text/plain"),
+    QList<Reply> replies{post(u"Api/Learner/Saved"_s, R"({"id":"none"})", "text/plain"),
+                         post(route, "x", "text/plain"), post(route, newer, "text/plain"),
                          post(route, good.chopped(good.size() / 2), "text/plain")};
     const NoMoreRoom atAll(4096);
     return replies << put(settings, {{u"volumePercent"_s, 7}});
@@ -344,6 +345,7 @@ QStringList TablesTest::seenWords() {
     see(u"POST Api/Words/Import"_s, post(u"Api/Words/Import"_s, "cat\n-", "text/plain"));
     see(u"GET, POST Api/Learner/File"_s,
         post(u"Api/Learner/File"_s, get(u"Api/Learner/File"_s).body, "application/vnd.sqlite3"));
+    see(u"GET, POST Api/Learner/Saved"_s, get(u"Api/Learner/Saved"_s)); // what was there before
     return rows;
 }
 
