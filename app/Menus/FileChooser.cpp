@@ -61,7 +61,7 @@ QStringList chooseSubtitles(QWidget *parent) {
                         startFolder(), subtitleFilter());
     chooser.setFileMode(QFileDialog::ExistingFile);
     while (chooser.exec() == QDialog::Accepted) {
-        const QStringList files = chooser.selectedFiles();
+        QStringList files = chooser.selectedFiles();
         if (!files.isEmpty() && std::all_of(files.cbegin(), files.cend(), isSubtitleName))
             return files;
         // A name can be typed past the filter.
@@ -82,6 +82,7 @@ QString chooseFileToSave(QWidget *parent, const QString &suggestedName) {
     chooser.setAcceptMode(QFileDialog::AcceptSave);
     chooser.setFileMode(QFileDialog::AnyFile);
     chooser.selectFile(suggestedName);
+    chooser.setDefaultSuffix(QFileInfo(suggestedName).suffix()); // for a name that is typed without
     if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty())
         return {};
     return chooser.selectedFiles().first();

@@ -7,7 +7,9 @@
 #include "support/DesktopEnvironment.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QStandardPaths>
+#include <QTemporaryDir>
 #include <QWebEngineProfile>
 
 #include <gtest/gtest.h>
@@ -38,6 +40,10 @@ int main(int argc, char **argv) {
     if (::geteuid() == 0)
         qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
     QStandardPaths::setTestModeEnabled(true);
+    // What lies in the home of whoever tests is none of the pages' business.
+    const QTemporaryDir home;
+    QDir(home.path()).mkdir(QStringLiteral("Downloads"));
+    qputenv("HOME", home.path().toUtf8());
     PageScheme::registerScheme();
     QApplication::setOrganizationName(QStringLiteral("Murvo"));
     QApplication::setApplicationName(QStringLiteral("Murvo"));
