@@ -15,8 +15,10 @@
 #include "support/Wait.h"
 #include "support/XTools.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -53,7 +55,7 @@ class HomePage : public Learner {
         if (const QString own = qEnvironmentVariable("MURVO_GALLERY_FILM"); !own.isEmpty()) {
             ASSERT_NO_FATAL_FAILURE(bringFilm(own));
         } else {
-            writeBeside(QStringLiteral(".en.srt"), subtitles("the harbour", 9));
+            writeBeside(QStringLiteral(".en.srt"), subtitles("the waves", 9));
         }
         ASSERT_NO_FATAL_FAILURE(play());
         ASSERT_TRUE(waitUntil([this] { return !line("learned").isEmpty(); }, 20s));
@@ -67,14 +69,48 @@ class HomePage : public Learner {
             send("PUT", "MovieFile/Watching?videoId=1", R"({"positionMs":9000,"durationMs":20000})"));
         ASSERT_NO_FATAL_FAILURE(
             send("POST", "Words/Save",
-                 R"({"form":"harbour","line":"the harbour 3","translation":"le port","videoId":1,)"
-                 R"("startMs":5000,"endMs":6000})"));
+                 R"({"form":"ahead","line":"My dog Milo always runs ahead of me.",)"
+                 R"("translation":"Mon chien Milo court toujours devant moi.","videoId":1,)"
+                 R"("startMs":15740,"endMs":18461})"));
         ASSERT_NO_FATAL_FAILURE(
             send("POST", "Words/Save",
-                 R"({"form":"gave up","lemma":"give up","line":"She gave up.","videoId":1,)"
-                 R"("startMs":7000,"endMs":8000,"gloss":"abandonner"})"));
+                 R"({"form":"coming up","lemma":"come up","gloss":"se lever","videoId":1,)"
+                 R"("line":"The air is cold, but the sun is already coming up.",)"
+                 R"("translation":"L’air est frais, mais le soleil se lève déjà.",)"
+                 R"("startMs":10689,"endMs":14089})"));
         std::ignore = inHome("$(window).trigger('refreshLevel'); 1");
         ASSERT_NO_FATAL_FAILURE(waitFor("String(document.getElementById('due-count').textContent === '2')"));
+    }
+
+    void openLists() const {
+        click("#tab-words");
+        ASSERT_NO_FATAL_FAILURE(
+            waitFor("String(document.querySelectorAll('#word-list .gloss').length === 2)"));
+        click("#words .count-row button");
+        ASSERT_NO_FATAL_FAILURE(waitFor("String(document.getElementById('lists').open)"));
+    }
+    /// Clicks a link to a file and has it saved at the path; what the program suggested.
+    [[nodiscard]] QString saveBy(const char *link, const QString &path) const {
+        QString suggested;
+        QTimer atChooser;
+        QObject::connect(&atChooser, &QTimer::timeout, &atChooser, [&] {
+            if (const auto told = answerSaveChooser(path)) {
+                atChooser.stop();
+                suggested = *told;
+            }
+        });
+        atChooser.start(50ms);
+        const QStringList place =
+            inHome(("(e => { e.scrollIntoView({block: 'center'}); const r = e.getBoundingClientRect();"
+                    "return Math.round(r.x + r.width / 2) + ' ' + Math.round(r.y + r.height / 2); })"
+                    "(document.querySelector('" +
+                    QByteArray(link) + "'))")
+                       .constData())
+                .split(u' ');
+        clickAt(delegate->window().contentScreenRect().topLeft() +
+                QPoint(place.value(0).toInt(), place.value(1).toInt()));
+        EXPECT_TRUE(waitUntil([&] { return !suggested.isEmpty(); })) << "no chooser";
+        return suggested;
     }
 
   private:
@@ -161,33 +197,56 @@ TEST_F(HomePage, ReviewsByKeysAndPlaysTheLine) {
 
 TEST_F(HomePage, SavesTheWordsWhereTheLearnerWantsThem) {
     ASSERT_NO_FATAL_FAILURE(comeBackFromAFilm());
-    click("#tab-words");
-    ASSERT_NO_FATAL_FAILURE(waitFor("String(document.querySelectorAll('#word-list .gloss').length === 2)"));
-    click("#words .count-row button");
-    ASSERT_NO_FATAL_FAILURE(waitFor("String(document.getElementById('lists').open)"));
+    ASSERT_NO_FATAL_FAILURE(openLists());
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("words.csv"));
-    QString suggested;
-    QTimer atChooser;
-    QObject::connect(&atChooser, &QTimer::timeout, [&] {
-        if (const auto told = answerSaveChooser(path)) {
-            atChooser.stop();
-            suggested = *told;
-        }
-    });
-    atChooser.start(50ms);
-    const QStringList place =
-        inHome("(r => Math.round(r.x + r.width / 2) + ' ' + Math.round(r.y + r.height / 2))"
-               "(document.querySelector('#lists a[download]').getBoundingClientRect())")
-            .split(u' ');
-    clickAt(delegate->window().contentScreenRect().topLeft() +
-            QPoint(place.value(0).toInt(), place.value(1).toInt()));
+    const QString suggested = saveBy("#lists a[download]", path);
     const auto saved = [&path] {
         QFile file(path);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     };
-    EXPECT_TRUE(waitUntil([&] { return saved().contains("abandonner"); })) << saved().toStdString();
+    EXPECT_TRUE(waitUntil([&] { return saved().contains("se lever"); })) << saved().toStdString();
     EXPECT_EQ(QFileInfo(suggested).suffix(), QStringLiteral("csv"));
+}
+
+TEST_F(HomePage, BringsBackAllThatWasSaved) {
+    ASSERT_NO_FATAL_FAILURE(comeBackFromAFilm());
+    ASSERT_NO_FATAL_FAILURE(openLists());
+    const QString path = QDir::home().filePath(QStringLiteral("Downloads/murvo.sqlite"));
+    const auto goes = qScopeGuard([&path] { QFile::remove(path); });
+    std::ignore = saveBy("#lists section:last-child a[download]", path);
+    ASSERT_TRUE(waitUntil([&path] { return QFileInfo(path).size() > 0; }));
+    ASSERT_NO_FATAL_FAILURE(send("PUT", "Words/Word", R"({"lemma":"sea","status":"known"})"));
+    click("#lists .close");
+    const auto openAtFiles = [this] {
+        ASSERT_NO_FATAL_FAILURE(openLists());
+        ASSERT_NO_FATAL_FAILURE(waitFor("String(!!document.querySelector('.saved-files button'))"));
+    };
+    const auto bringBack = [this] {
+        click(".saved-files button");
+        ASSERT_NO_FATAL_FAILURE(waitFor("String(!!document.querySelector('.saved-files .main'))"));
+        std::ignore = inHome("document.body.id = 'old';"
+                             "document.querySelector('.saved-files').scrollIntoView({block: 'center'}); 1");
+        look("home-saved-files");
+        click(".saved-files .main");
+        ASSERT_NO_FATAL_FAILURE(waitFor("String(!!document.body && document.body.id !== 'old' &&"
+                                        " document.getElementById('due-count')?.textContent === '2' &&"
+                                        " !document.getElementById('hint').hidden)"));
+    };
+    const auto knows = [this](const char *status) {
+        return waitInHome(("fetch('../Api/Words/Word?lemma=sea').then((r) => r.json())"
+                           ".then(({status}) => { window.sea = String(status); });"
+                           "String(window.sea === '" +
+                           QByteArray(status) + "')")
+                              .constData());
+    };
+    ASSERT_NO_FATAL_FAILURE(openAtFiles());
+    ASSERT_NO_FATAL_FAILURE(bringBack());
+    EXPECT_TRUE(knows("null")) << "as it was when the file was saved";
+    QFile::remove(path);
+    ASSERT_NO_FATAL_FAILURE(openAtFiles());
+    ASSERT_NO_FATAL_FAILURE(bringBack());
+    EXPECT_TRUE(knows("known")) << "and what was there before is not lost";
 }
 
 TEST_F(HomePage, GoesOnWithAFilmOfTheShelfOrSaysThatItHasMoved) {

@@ -101,6 +101,8 @@ TEST_F(PlayerPage, HasNoSeriousFaultInAnyState) {
     ASSERT_NO_FATAL_FAILURE(waitForCard());
     expectPaused(true);
     look("player-word");
+    press("n");
+    ASSERT_NO_FATAL_FAILURE(waitForCard());
     press("shift+Right");
     ASSERT_TRUE(waitInPage("String(document.querySelectorAll('#learned .picked').length === 2)"));
     ASSERT_NO_FATAL_FAILURE(waitForCard());
@@ -232,9 +234,13 @@ TEST_F(PlayerPage, TakesAPhraseByDraggingAndGoesOnOnlyIfItPlayedBefore) {
                                        .arg(to.y())
                                        .split(u' '));
     ASSERT_NO_FATAL_FAILURE(waitForCard("look forward"));
+    press("3");
     press("e");
     EXPECT_TRUE(waitInPage("String(document.querySelector('#word-card .save').ariaPressed === 'true')"));
-    press("e");
+    EXPECT_TRUE(
+        waitInPage("String(document.querySelector('#word-card .step.learning3').ariaPressed === 'true')"))
+        << "who saves what was graded loses no grade";
+    clickAt(middleOf("#word-card .save"));
     EXPECT_TRUE(waitInPage("String(document.querySelector('#word-card .save').ariaPressed === 'false')"));
     clickAt(middleOf("#word-card .close"), 2);
     EXPECT_TRUE(waitInPage(cardIsGone));

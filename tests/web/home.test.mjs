@@ -10,7 +10,9 @@ import { levelText } from '../../web/home/frame/levelmeter.mjs';
 import { placeOfWord, placesOf } from '../../web/home/marking.mjs';
 import { PendingRemoval } from '../../web/home/removal.mjs';
 import { Hits, grouped } from '../../web/home/search/hits.mjs';
-import { ankiText, sizeText } from '../../web/home/words/listspanel.mjs';
+import { ankiText } from '../../web/home/lists/ankipart.mjs';
+import { Polling } from '../../web/home/lists/polling.mjs';
+import { sizeText } from '../../web/home/lists/sizetext.mjs';
 import { WordPages, rowsInView } from '../../web/home/words/wordpages.mjs';
 import { FakeTimers } from './faketimers.mjs';
 
@@ -348,4 +350,28 @@ test('states are told as sentences', () => {
   assert.equal(ankiText(anki), 'Anki is not there. Sent: 12. Waiting: 3.');
   assert.equal(ankiText({ ...anki, isOn: false }), '');
   assert.deepEqual([400, 999_999, 1_450_000].map(sizeText), ['1 kB', '1,000 kB', '1.5 MB']);
+});
+
+test('what is looked at while a panel is open is looked at once at a time, and no more when it is closed', async (context) => {
+  const timers = new FakeTimers(context);
+  const answers = [];
+  const polling = new Polling(() => new Promise((answer) => { answers.push(answer); }), 500);
+  const told = async (answer) => { answers.at(-1)(answer); await settled(); };
+  polling.again();
+  assert.equal(answers.length, 0, 'it is not open yet');
+  polling.start();
+  polling.again(); // a button was pressed while the first look was under way
+  assert.equal(answers.length, 2);
+  answers[0]();
+  await told();
+  timers.pass(500);
+  assert.equal(answers.length, 3, 'one look follows, and not one for each that has ended');
+  await told(false);
+  timers.pass(5000);
+  assert.equal(answers.length, 3, 'there is nothing more to see');
+  polling.again();
+  polling.stop();
+  await told();
+  timers.pass(5000);
+  assert.equal(answers.length, 4, 'it was closed during the look');
 });

@@ -6,6 +6,7 @@ import { formOf, lineText, sentenceAround, wordsOf } from '../../web/play/lines/
 import { cardPlace } from '../../web/play/words/cardplace.mjs';
 import { FilmWords } from '../../web/play/words/filmwords.mjs';
 import { byPartOfSpeech, likeliest, lookUpPicked } from '../../web/play/words/lookups.mjs';
+import { PickedWord } from '../../web/play/words/pickedword.mjs';
 import { WordRecord } from '../../web/play/words/wordrecord.mjs';
 import { occurrences } from '../../web/play/words/occurrences.mjs';
 
@@ -116,6 +117,7 @@ test('a picked word is looked up in its sentence, a phrase by itself, and one th
   assert.deepEqual(asked[1], ['Go on', 0]);
   assert.deepEqual(phrase.headwords.map(({ word, gloss }) => [word, gloss]), [['go on', 'own'], ['go', '']]);
   assert.equal(phrase.form, 'Go on');
+  assert.equal(phrase.meant, phrase.headwords[0], 'whoever took a phrase means the phrase');
 });
 
 test('meanings are grouped as they are read', () => {
@@ -171,8 +173,39 @@ test('what is asked of a word is done in its order, also before the service has 
   await Promise.all([record.toggleSaved(), record.grade('known'), record.toggleSaved()]);
   assert.deepEqual(asked, ['save', 'known', 'forget']);
   assert.equal(record.status, null);
+  asked.length = 0;
+  await Promise.all([record.grade('learning3'), record.save()]);
+  assert.deepEqual(asked, ['save'], 'what was graded is saved, and not forgotten by a second wish to save it');
+  assert.equal(record.isSaved, true);
   const broken = new WordRecord({ ...api, word: async () => { throw new Error('no'); } }, { marked() {} }, { lemma: 'gull', line: 'x' });
   await assert.rejects(broken.loaded);
   await broken.grade('known'); // it can be marked all the same
   assert.equal(broken.status, 'known');
+});
+
+test('what is asked of a picked word before the service has told of it is done, also when the card has gone on', async () => {
+  const graded = [];
+  const lateReplies = [];
+  const api = {
+    word: async (lemma) => ({ lemma, status: null, sightings: [] }),
+    saveWord: async ({ lemma, line, status }) => { graded.push([lemma, status]); return { lemma, status, sightings: [{ line }] }; },
+  };
+  const pick = () => new PickedWord(api, { marked() {} }, (lemma) => ({ lemma, line: 'Two gulls' }));
+  const head = (word) => ({ word, gloss: '', status: null, entries: [], english: [], isPhrase: false });
+  const lateReply = () => new Promise((resolve) => { lateReplies.push(resolve); });
+  const [first, second] = [pick(), pick()];
+  first.lookUp(lateReply);
+  const done = first.grade('learning1');
+  second.lookUp(lateReply);
+  const doneToo = second.grade('learning2');
+  lateReplies[1]({ form: 'two', headwords: [], near: [] });
+  assert.equal(await doneToo, false, 'nobody has the word, so there is nothing to grade');
+  lateReplies[0]({ form: 'gulls', headwords: [head('gull')], near: [] });
+  assert.equal(await done, true);
+  assert.deepEqual(graded, [['gull', 'learning1']]);
+  assert.equal(first.headword.status, 'learning1');
+  const broken = pick();
+  const asked = broken.lookUp(async () => { throw new Error('no'); });
+  await assert.rejects(broken.grade('known'), /no/, 'it is told that it was not done');
+  await assert.rejects(asked);
 });

@@ -16,12 +16,12 @@ import { Toast } from './frame/toast.mjs';
 import { Trouble } from './frame/trouble.mjs';
 import { Views } from './frame/views.mjs';
 import { LastWish } from './lastwish.mjs';
+import { ListsPanel } from './lists/listspanel.mjs';
 import { PendingRemoval } from './removal.mjs';
 import { ReviewView } from './review/reviewview.mjs';
 import { SearchView } from './search/searchview.mjs';
 import { Help } from './tour/help.mjs';
 import { Tour } from './tour/tour.mjs';
-import { ListsPanel } from './words/listspanel.mjs';
 import { WordsView } from './words/wordsview.mjs';
 
 const { $ } = globalThis;
@@ -29,6 +29,7 @@ const element = (id) => document.getElementById(id);
 const api = ServiceApi.ofPage(document);
 const bridge = new PlayerBridge(hiddenFrameNavigation(document), $(window));
 const preferences = new Preferences(api, { tour: { seen: false }, interface: interfaceDefaults });
+const toTellNext = 'toTellNext'; // in the session: the key of a text for the page that comes after a reload
 const sayReady = () => bridge.execute('EnableDraggableHomeScreen');
 
 let learner = { nativeLanguage: '', startLevel: '' };
@@ -58,7 +59,15 @@ const tools = {
 const films = new FilmsView(document, api, { ...tools, opened: sayReady });
 const review = new ReviewView(document, api, { ...tools, counted: showDue });
 const search = new SearchView(document, api, tools);
-const lists = new ListsPanel(document, api, { imported: () => { words.refresh(); refreshCounts(); } });
+const lists = new ListsPanel(document, api, {
+  imported: () => { words.refresh(); refreshCounts(); },
+  // What still waits is of the words and films that are here now.
+  beforeBringing: () => Promise.all([removal.carryOut(), preferences.saveNow()]),
+  broughtBack: () => {
+    sessionStorage.setItem(toTellNext, 'lists.learnerDone');
+    location.reload();
+  },
+});
 const words = new WordsView(document, api, {
   ...tools,
   find: (text) => { search.find(text); views.show('search'); search.focus(); },
@@ -245,8 +254,16 @@ function toView(name, event) {
   else if (name !== 'review' || !review.focus()) views.focusTab();
 }
 
+// What the page before this one has done.
+function tellWhatWasDone() {
+  const key = sessionStorage.getItem(toTellNext);
+  sessionStorage.removeItem(toTellNext);
+  if (key) toast.tell(t(key));
+}
+
 async function start() {
   await attempt('learner', refreshLearner);
+  tellWhatWasDone();
   // A film that waits is what the learner has come for: the tour can wait until they come back from it.
   if (await api.pendingFilms().catch(() => 0) === 0) offerTour();
   films.refresh();
@@ -258,6 +275,8 @@ async function start() {
 
 $(window).on('refreshLevel', refreshAll);
 document.addEventListener('keydown', keyPressed);
+// Whoever clicks there is about to type; by keys one may go on to another view.
+element('tab-search').addEventListener('click', ({ detail }) => { if (detail > 0) search.focus(); });
 element('due').addEventListener('click', () => toView('review'));
 element('selectedLanguage').addEventListener('click', () => {
   if (languages.length === 0) attempt('learner', refreshLearner);

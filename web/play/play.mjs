@@ -12,6 +12,7 @@ import { Controls } from './bar/controls.mjs';
 import { filmActions } from './bar/filmactions.mjs';
 import { Notice, noticeOf, waitingText } from './bar/notice.mjs';
 import { PictureClick } from './bar/pictureclick.mjs';
+import { onPicturePresses } from './bar/picturepresses.mjs';
 import { PointerRest } from './bar/rest.mjs';
 import { SeekBar } from './bar/seekbar.mjs';
 import { playDefaults } from './defaults.mjs';
@@ -72,6 +73,7 @@ const card = new WordCard(document, {
   goTo: goToLine,
   playSound: (url) => bridge.execute('PlayAudio', { audioUrl: encodeURIComponent(url) }),
   tell: (text) => { element('card-said').textContent = text; },
+  warn: (text) => notice.say(text),
 });
 const picker = new WordPicker(film, { lines: shownLines, words, hover, card, say: (key) => notice.say(t(key)) });
 card.onClose(() => picker.close());
@@ -232,13 +234,12 @@ function showWords() {
 
 /** After a change of the interface's language. */
 function showTexts() {
+  showSubtitles();
   controls.named();
+  audioMenu.translate();
   settingsPanel.translate();
   keySheet.show();
   endCard.translate();
-  subtitlePanel.show();
-  transcript.load();
-  practice.show();
   show();
 }
 
@@ -283,26 +284,13 @@ $(window)
   .on('nativeApp:leftFullscreen', () => showScreen(false));
 document.addEventListener('contextmenu', (event) => event.preventDefault());
 document.body.addEventListener('pointermove', () => { controls.show(); seekBar.show(); });
-// Of two quick presses the second may hit the picture because the first has closed what lay over it.
-let firstPressed = null;
-document.addEventListener('mousedown', ({ detail, target }) => { if (detail === 1) firstPressed = target; }, true);
-let pressClosesMenu = false;
-// Before the menus close, for which they look at the same press.
-element('picture').addEventListener('pointerdown', () => {
-  pressClosesMenu = audioMenu.open || controls.more.open || panels.closesByPress || picker.isOpen;
-}, true);
-element('picture').addEventListener('click', (event) => {
-  if (event.detail > 1 && firstPressed !== event.target) return;
-  if (picker.isOpen) picker.close();
-  else if (!event.ctrlKey && !pressClosesMenu) pictureClick.clicked();
-});
-// A notch of a wheel is 100 or so; a touchpad sends many small ones.
-const wheelStep = 100;
-let wheeled = 0;
-element('picture').addEventListener('wheel', (event) => {
-  if (event.ctrlKey) return;
-  wheeled = Math.sign(event.deltaY) === Math.sign(wheeled) ? wheeled + event.deltaY : event.deltaY;
-  for (; Math.abs(wheeled) >= wheelStep; wheeled -= Math.sign(wheeled) * wheelStep) actions[wheeled < 0 ? 'louder' : 'softer']();
+onPicturePresses(element('picture'), {
+  closesSomething: () => audioMenu.open || controls.more.open || panels.closesByPress || picker.isOpen,
+  clicked: (isSpent) => {
+    if (picker.isOpen) picker.close();
+    else if (!isSpent) pictureClick.clicked();
+  },
+  wheeled: (step) => actions[step < 0 ? 'louder' : 'softer'](),
 });
 // The pages have sizes of their own: the engine must not make all of it larger.
 addEventListener('wheel', (event) => { if (event.ctrlKey) event.preventDefault(); }, { passive: false });

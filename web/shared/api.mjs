@@ -217,6 +217,16 @@ export class ServiceApi {
     return new URL('Learner/File', this.#base).href;
   }
 
+  /** The learner's files that can be brought back, the newest first: [{ id, fileName, folderName, savedAtMs, bytes, isBackup }]. */
+  savedLearnerFiles() {
+    return this.#ask('Learner/Saved').then((reply) => reply.files);
+  }
+
+  /** Puts all of such a file in the place of what is here; the page is to be loaded anew then. */
+  bringBackLearnerFile(id) {
+    return this.#post('Learner/Saved', { id });
+  }
+
   /** sighting: { form, line, lemma, translation, videoId, subtitleId, startMs, endMs, status, gloss }, as far as known. */
   saveWord(sighting) {
     return this.#post('Words/Save', sighting);

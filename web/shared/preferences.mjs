@@ -59,10 +59,10 @@ export class Preferences {
     this.#listeners.push(listener);
   }
 
-  /** The page is about to go. */
+  /** The page is about to go. Settles when what was changed is kept, or could not be. */
   saveNow() {
     clearTimeout(this.#timer);
-    this.#save();
+    return this.#save();
   }
 
   #set(name, value) {

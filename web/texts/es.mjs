@@ -294,6 +294,7 @@ export default {
   'review.graded': '{word}: {outcome}.',
   'review.undone': 'Deshecho.',
   'review.done': 'Listo por hoy.',
+  'review.nothingDue': 'No hay nada que repasar ahora.',
   'review.noAnswer': 'No se pudieron cargar tus próximas palabras.',
   'review.next': 'Próxima palabra en {time}.',
   'review.count': {
@@ -404,7 +405,15 @@ export default {
   'lists.learnerText':
     'Palabras, repasos, películas, ajustes y subtítulos en un solo archivo, para guardarlo en lugar seguro.',
   'lists.learnerSave': 'Guardar todo en un archivo',
-  'lists.learnerBack': 'Desde esta página aún no se puede restaurar un archivo así.',
+  'lists.learnerBack': 'Un archivo guardado se puede restaurar: ponlo en tu carpeta de descargas y aparecerá aquí.',
+  'lists.learnerBring': 'Restaurar…',
+  'lists.learnerBackup': 'Como estaba antes de una restauración',
+  'lists.learnerFile': '{file}, en {folder}',
+  'lists.learnerAsk':
+    'Todo lo que hay aquí deja su lugar a lo que tiene el archivo, y queda guardado como archivo en esta lista.',
+  'lists.learnerReplace': 'Reemplazar todo',
+  'lists.learnerBringing': 'Restaurando…',
+  'lists.learnerDone': 'Ya está aquí todo lo que había en el archivo.',
 
   // Search
   'search.placeholder': 'Buscar en todas las líneas que has visto',
@@ -608,7 +617,7 @@ export default {
   'practice.seconds': '{seconds} s',
   'practice.afterLines': 'Después de cada línea',
   'practice.autoPause': 'Pausa automática',
-  'practice.autoPause.does': 'Pausa automática: la película se detiene tras cada línea. Espacio para seguir.',
+  'practice.autoPause.does': 'Pausa automática: la película se detiene tras cada línea. {key} para seguir.',
   'practice.autoPauseHard': 'Pausa automática: palabras desconocidas',
   'practice.hardOnly': 'Solo tras líneas con una palabra desconocida',
   'practice.thisLine': 'Esta línea',
@@ -647,6 +656,10 @@ export default {
   'error.internal': 'Algo ha fallado en Murvo. El registro dice más.',
   'error.diskFull': 'El disco está lleno. No se ha guardado nada.',
   'error.filmMoved': 'La película ya no está donde estaba.',
+  'error.fileMoved': 'El archivo ya no está donde estaba.',
+  'error.notLearnerFile': 'Este archivo no lo guardó Murvo.',
+  'error.damagedFile': 'Este archivo está dañado y no se ha usado. No ha cambiado nada.',
+  'error.newerFile': 'Este archivo es de una versión más nueva de Murvo.',
   'error.unknownFormat': 'No se conoce el formato de este subtítulo.',
   'error.pictureSubtitle': 'Este subtítulo contiene imágenes, no texto.',
   'error.noCues': 'No hay ninguna línea legible.',

@@ -308,6 +308,7 @@ export default {
   'review.graded': '{word}: {outcome}.',
   'review.undone': 'Cofnięto.',
   'review.done': 'Na dziś to wszystko.',
+  'review.nothingDue': 'Na razie nic do powtórki.',
   'review.noAnswer': 'Nie udało się wczytać kolejnych słów.',
   'review.next': 'Czas do następnego słowa: {time}.',
   'review.count': {
@@ -421,7 +422,15 @@ export default {
   'lists.learnerText':
     'Słowa, powtórki, filmy, ustawienia i napisy w jednym pliku, do przechowania w bezpiecznym miejscu.',
   'lists.learnerSave': 'Zapisz wszystko do pliku',
-  'lists.learnerBack': 'Takiego pliku nie można jeszcze wczytać z powrotem na tej stronie.',
+  'lists.learnerBack':
+    'Zapisany plik można wczytać z powrotem: umieść go w folderze pobranych plików, a pojawi się tutaj.',
+  'lists.learnerBring': 'Wczytaj…',
+  'lists.learnerBackup': 'Stan sprzed wczytania pliku',
+  'lists.learnerFile': '{file}, w folderze {folder}',
+  'lists.learnerAsk': 'Wszystko, co tu jest, ustąpi zawartości pliku i zostanie zachowane jako plik na tej liście.',
+  'lists.learnerReplace': 'Zastąp wszystko',
+  'lists.learnerBringing': 'Wczytywanie…',
+  'lists.learnerDone': 'Wszystko z pliku jest już tutaj.',
 
   // Search
   'search.placeholder': 'Szukaj we wszystkich kwestiach ze swoich filmów',
@@ -636,7 +645,7 @@ export default {
   'practice.seconds': '{seconds} s',
   'practice.afterLines': 'Po każdej kwestii',
   'practice.autoPause': 'Autopauza',
-  'practice.autoPause.does': 'Autopauza: film zatrzymuje się po każdej kwestii. Spacja puszcza go dalej.',
+  'practice.autoPause.does': 'Autopauza: film zatrzymuje się po każdej kwestii. {key}: dalej.',
   'practice.autoPauseHard': 'Autopauza: nieznane słowa',
   'practice.hardOnly': 'Tylko po kwestiach z nieznanym słowem',
   'practice.thisLine': 'Ta kwestia',
@@ -675,6 +684,10 @@ export default {
   'error.internal': 'W Murvo coś poszło nie tak. Więcej w dzienniku.',
   'error.diskFull': 'Dysk jest pełny. Niczego nie zapisano.',
   'error.filmMoved': 'Filmu nie ma już tam, gdzie był.',
+  'error.fileMoved': 'Pliku nie ma już tam, gdzie był.',
+  'error.notLearnerFile': 'Ten plik nie został zapisany przez Murvo.',
+  'error.damagedFile': 'Ten plik jest uszkodzony i nie został wczytany. Nic się nie zmieniło.',
+  'error.newerFile': 'Ten plik pochodzi z nowszej wersji Murvo.',
   'error.unknownFormat': 'Format tych napisów jest nieznany.',
   'error.pictureSubtitle': 'Te napisy zawierają obrazy, nie tekst.',
   'error.noCues': 'Nie ma w nich czytelnego wiersza.',

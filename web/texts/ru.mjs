@@ -309,6 +309,7 @@ export default {
   'review.graded': '{word}: {outcome}.',
   'review.undone': 'Отменено.',
   'review.done': 'На сегодня всё.',
+  'review.nothingDue': 'Пока повторять нечего.',
   'review.noAnswer': 'Не удалось загрузить следующие слова.',
   'review.next': 'До следующего слова: {time}.',
   'review.count': {
@@ -423,7 +424,14 @@ export default {
   'lists.learnerText':
     'Слова, повторения, фильмы, настройки и субтитры в одном файле, чтобы хранить его в надёжном месте.',
   'lists.learnerSave': 'Сохранить всё в файл',
-  'lists.learnerBack': 'Загрузить такой файл обратно на этой странице пока нельзя.',
+  'lists.learnerBack': 'Сохранённый файл можно восстановить: положите его в папку загрузок, и он появится здесь.',
+  'lists.learnerBring': 'Восстановить…',
+  'lists.learnerBackup': 'Как было до восстановления',
+  'lists.learnerFile': '{file}, в папке {folder}',
+  'lists.learnerAsk': 'Всё, что есть здесь, уступит место содержимому файла и останется файлом в этом списке.',
+  'lists.learnerReplace': 'Заменить всё',
+  'lists.learnerBringing': 'Восстанавливается…',
+  'lists.learnerDone': 'Всё из файла теперь здесь.',
 
   // Search
   'search.placeholder': 'Поиск по всем репликам из ваших фильмов',
@@ -641,7 +649,7 @@ export default {
   'practice.seconds': '{seconds} с',
   'practice.afterLines': 'После каждой реплики',
   'practice.autoPause': 'Автопауза',
-  'practice.autoPause.does': 'Автопауза: фильм останавливается после каждой реплики. Пробел — дальше.',
+  'practice.autoPause.does': 'Автопауза: фильм останавливается после каждой реплики. {key} — дальше.',
   'practice.autoPauseHard': 'Автопауза: незнакомые слова',
   'practice.hardOnly': 'Только после реплик с незнакомым словом',
   'practice.thisLine': 'Эта реплика',
@@ -680,6 +688,10 @@ export default {
   'error.internal': 'В Murvo что-то пошло не так. Подробности в журнале.',
   'error.diskFull': 'Диск заполнен. Ничего из этого не сохранено.',
   'error.filmMoved': 'Фильма больше нет на прежнем месте.',
+  'error.fileMoved': 'Файла больше нет на прежнем месте.',
+  'error.notLearnerFile': 'Этот файл сохранён не в Murvo.',
+  'error.damagedFile': 'Файл повреждён и не использован. Ничего не изменилось.',
+  'error.newerFile': 'Этот файл записан более новой версией Murvo.',
   'error.unknownFormat': 'Формат этих субтитров неизвестен.',
   'error.pictureSubtitle': 'Эти субтитры содержат картинки, а не текст.',
   'error.noCues': 'В них нет ни одной читаемой строки.',

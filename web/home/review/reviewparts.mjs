@@ -92,13 +92,19 @@ export function endPart(document, { hasWords, gradedCount, waitMs }, undo) {
   const make = (...rest) => create(document, ...rest);
   const next = waitMs === null ? '' : t('review.next', { time: lengthText(Math.max(0, waitMs)) });
   const end = make('div', { className: 'end' }, sea(document),
-    make('h3', { textContent: t(hasWords ? 'review.done' : 'review.noWords') }),
+    make('h3', { textContent: endText(hasWords, gradedCount) }),
     make('p', { textContent: hasWords ? next : t('review.howWords') }));
   if (gradedCount > 0) {
     end.append(make('p', { className: 'quiet', textContent: t('review.count', { count: gradedCount }) }));
   }
   if (undo) end.append(undo);
   return end;
+}
+
+/** The text of that, in a few words. */
+export function endText(hasWords, gradedCount) {
+  if (!hasWords) return t('review.noWords');
+  return t(gradedCount > 0 ? 'review.done' : 'review.nothingDue');
 }
 
 /** When nobody knows what is due. */

@@ -8,7 +8,7 @@ import { placeOfWord } from '../marking.mjs';
 import { grades, intervalsOf, outcomeText } from './intervals.mjs';
 import { meaningOf } from './meaning.mjs';
 import {
-  backParts, endPart, frontPart, gradePart, problemPart, sittingPart, turnPart, undoButton,
+  backParts, endPart, endText, frontPart, gradePart, problemPart, sittingPart, turnPart, undoButton,
 } from './reviewparts.mjs';
 import { ReviewSession } from './reviewsession.mjs';
 
@@ -153,9 +153,9 @@ export class ReviewView {
 
   /** What the front says, for who does not see it. */
   #question() {
-    const { card } = this.#session;
+    const { card, problem, gradedCount } = this.#session;
     if (card) return card.sighting?.line ?? card.lemma;
-    return this.#session.problem || t('review.done');
+    return problem || endText(this.#hasWords, gradedCount);
   }
 
   #playLine() {

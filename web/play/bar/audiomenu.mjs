@@ -43,6 +43,11 @@ export class AudioMenu {
     return kept !== undefined;
   }
 
+  /** After a change of the interface's language. */
+  translate() {
+    this.#tracks.forEach((track, i) => { this.#menu.children[i].textContent = audioTrackName(track, i + 1); });
+  }
+
   toggle() {
     if (this.open) {
       this.close();

@@ -2,7 +2,7 @@
 
 import { speedText } from './speedtext.mjs';
 import { t } from '../../shared/texts.mjs';
-import { keyText } from '../keys/keymap.mjs';
+import { keyName } from '../keys/keyname.mjs';
 import { MoreButtons } from './morebuttons.mjs';
 import { Tips } from './tips.mjs';
 
@@ -37,7 +37,7 @@ export class Controls {
     this.#keymap = keymap;
     for (const button of this.#document.querySelectorAll('#bar [data-action]')) {
       const keys = keymap.keysOf(button.dataset.action);
-      button.dataset.keys = keys.length > 0 ? keyText(keys[0], t('key.space')) : '';
+      button.dataset.keys = keys.length > 0 ? keyName(keys[0]) : '';
     }
     const speed = this.#element('speed'); // its name is the speed itself
     speed.dataset.tip = t('bar.normalSpeed');

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import { t } from '../../shared/texts.mjs';
+import { keyName } from '../keys/keyname.mjs';
 import { LineTools } from './linetools.mjs';
 import { PracticeMarks } from './practicemarks.mjs';
 import { PracticePanel } from './practicepanel.mjs';
@@ -13,6 +14,7 @@ export class Practice {
   #film;
   #preferences;
   #say;
+  #keyOf;
   #panel;
   #marks;
 
@@ -24,6 +26,7 @@ export class Practice {
     this.#film = film;
     this.#preferences = preferences;
     this.#say = say;
+    this.#keyOf = keyOf;
     this.#tools = new LineTools(film, preferences, now, {
       say: (key, values) => say(t(key, values)),
       changed: () => this.show(),
@@ -111,7 +114,8 @@ export class Practice {
     const { told } = this.#preferences.get('practice');
     if (told.includes(name)) return false;
     this.#preferences.change('practice', { told: [...told, name] });
-    this.#say(t(`practice.${name}.does`));
+    const key = this.#keyOf('togglePlay');
+    this.#say(t(`practice.${name}.does`, { key: key ? keyName(key) : t('bar.play') }));
     return true;
   }
 }

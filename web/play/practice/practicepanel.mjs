@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import { speedText } from '../bar/speedtext.mjs';
-import { keyText } from '../keys/keymap.mjs';
+import { keyName } from '../keys/keyname.mjs';
 import { Switch } from '../../shared/controls.mjs';
 import { button, create } from '../../shared/elements.mjs';
 import { t } from '../../shared/texts.mjs';
@@ -113,15 +113,15 @@ export class PracticePanel {
     return create(this.#document, 'div', { className: 'row' }, ...controls);
   }
 
-  #keyText(action) {
+  #keyOfAction(action) {
     const key = this.#keyOf(action);
-    return key ? keyText(key, t('key.space')) : '';
+    return key ? keyName(key) : '';
   }
 
   // A setting that is on or off; where there is an action of its name, by that and with its key.
   #switch(name, title = `practice.${name}`) {
     const changed = this.#actions[name] ?? ((isOn) => this.#change(name, isOn));
-    const made = new Switch(this.#document, { name: t(title), key: this.#keyText(name) }, changed);
+    const made = new Switch(this.#document, { name: t(title), key: this.#keyOfAction(name) }, changed);
     this.#shows.push(({ settings }) => made.show(settings[name]));
     return made.element;
   }
@@ -130,7 +130,7 @@ export class PracticePanel {
   #press(action, isOn = null, title = `practice.${action}`) {
     const element = button(this.#document, { className: 'plain' }, () => this.#actions[action](),
       create(this.#document, 'span', { className: 'name', textContent: t(title) }));
-    const key = this.#keyText(action);
+    const key = this.#keyOfAction(action);
     if (key) element.append(create(this.#document, 'kbd', { dir: 'ltr', textContent: key }));
     this.#shows.push((shown) => {
       element.disabled = !shown.hasLines && action !== 'loopSection';

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+import { fromLeftToRight } from '../../shared/direction.mjs';
 import { button, create, keepFocus } from '../../shared/elements.mjs';
 import { t } from '../../shared/texts.mjs';
-import { Keymap, actionGroups, combinationsOf, keyText } from '../keys/keymap.mjs';
+import { Keymap, actionGroups, combinationsOf } from '../keys/keymap.mjs';
+import { keyName } from '../keys/keyname.mjs';
 import { keptKeys } from './keptkeys.mjs';
-
-// A key's name within a sentence of any direction: signs would be mirrored.
-const fromLeftToRight = (text) => `\u2066${text}\u2069`;
 
 /** All keys on one sheet, each of which can be chosen anew: a press on it waits for the next key. */
 export class KeySheet {
@@ -64,8 +63,8 @@ export class KeySheet {
       id: `key-${action}-${place}`,
       className: 'key',
       dir: 'ltr',
-      ariaLabel: t('keys.change', { key: this.#text(key), name }),
-    }, () => this.#wait(action, place), this.#isWaiting(action, place) ? '…' : this.#text(key)));
+      ariaLabel: t('keys.change', { key: keyName(key), name }),
+    }, () => this.#wait(action, place), this.#isWaiting(action, place) ? '…' : keyName(key)));
     const add = button(d, {
       id: `key-${action}-${keys.length}`,
       className: 'key add',
@@ -73,10 +72,6 @@ export class KeySheet {
       title: t('keys.add', { name }),
     }, () => this.#wait(action, keys.length), this.#isWaiting(action, keys.length) ? '…' : '+');
     return [create(d, 'dt', {}, name), create(d, 'dd', {}, ...keyButtons, add)];
-  }
-
-  #text(key) {
-    return keyText(key, t('key.space'));
   }
 
   #isWaiting(action, place) {
@@ -127,9 +122,9 @@ export class KeySheet {
     const { action, place, key, from } = taken;
     const d = this.#document;
     const take = button(d, { className: 'strong' }, () => this.#take(taken), t('keys.take'));
-    const sentence = t('keys.taken', { key: fromLeftToRight(this.#text(key)), name: t(`key.${from}`) });
-    this.#said.append(create(d, 'span', {}, sentence), take, button(d, { className: 'plain' }, () => { this.#ask(null); this.#focus(action, place); },
-      t('cancel')));
+    const sentence = t('keys.taken', { key: fromLeftToRight(keyName(key)), name: t(`key.${from}`) });
+    const leave = () => { this.#ask(null); this.#focus(action, place); };
+    this.#said.append(create(d, 'span', {}, sentence), take, button(d, { className: 'plain' }, leave, t('cancel')));
     this.show();
     take.focus();
   }

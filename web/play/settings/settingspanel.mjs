@@ -3,7 +3,8 @@
 import { Chips, Slider, Switch } from '../../shared/controls.mjs';
 import { button, create, keepFocus } from '../../shared/elements.mjs';
 import { interfaceLanguages, t } from '../../shared/texts.mjs';
-import { Keymap, keyText } from '../keys/keymap.mjs';
+import { Keymap } from '../keys/keymap.mjs';
+import { keyName } from '../keys/keyname.mjs';
 import { lineNames } from '../lines/subtitles.mjs';
 import { wordClasses } from '../words/filmwords.mjs';
 import { keptKeys } from './keptkeys.mjs';
@@ -88,7 +89,7 @@ export class SettingsPanel {
 
   #peekKey() {
     const [key] = new Keymap(keptKeys(this.#preferences.get('keys'))).keysOf('peek');
-    return key ? keyText(key, t('key.space')) : '…';
+    return key ? keyName(key) : '…';
   }
 
   #choose(name, look, value) {

@@ -4,8 +4,8 @@ import { sentenceAround } from '../lines/linetext.mjs';
 
 /**
  * What a card has to show for a picked word or phrase: { form, whole, headwords, near, sources, language,
- * hasDictionary }, as the service answers. A phrase that no dictionary has stands first all the same, so that it can
- * be saved and taught.
+ * hasDictionary }, as the service answers, and meant: the headword that was asked for, where that is certain. A phrase
+ * that no dictionary has stands first all the same, so that it can be saved and taught.
  * picked: { text, start, end, isPhrase, before, after }, before and after the texts of the lines around.
  */
 export async function lookUpPicked(api, { text, start, end, isPhrase, before, after }) {
@@ -15,9 +15,12 @@ export async function lookUpPicked(api, { text, start, end, isPhrase, before, af
   }
   const phrase = text.slice(start, end).replace(/\s+/g, ' ');
   const reply = await api.lookUp(phrase, 0);
-  const isWhole = (headword) => headword.start === 0 && headword.length === phrase.length;
-  if (reply.headwords.some(isWhole)) return { ...reply, form: phrase };
-  return { ...reply, form: phrase, headwords: [ownHeadword(phrase, await api.word(phrase)), ...reply.headwords] };
+  const whole = reply.headwords.find(({ start, length }) => start === 0 && length === phrase.length);
+  if (whole) return { ...reply, form: phrase, meant: whole };
+  const own = ownHeadword(phrase, await api.word(phrase));
+  // "look forward" of "look forward to"
+  const begun = reply.headwords.find((each) => each.isPhrase && each.start === 0);
+  return { ...reply, form: phrase, headwords: [own, ...reply.headwords], meant: begun ?? own };
 }
 
 function ownHeadword(phrase, { lemma, gloss, status }) {

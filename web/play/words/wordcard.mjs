@@ -2,17 +2,14 @@
 
 import { button, create } from '../../shared/elements.mjs';
 import { t } from '../../shared/texts.mjs';
-import { timeText } from '../../shared/timetext.mjs';
-import { formOf } from '../lines/linetext.mjs';
 import { giveBackPresses, keepPresses } from '../panels/presses.mjs';
+import { aboutPart, choicesPart, elsewherePart, nothingPart, wordsPart } from './aboutword.mjs';
 import { cardPlace } from './cardplace.mjs';
-import { likeliest, lookUpPicked, shortMeaning } from './lookups.mjs';
+import { lookUpPicked, shortMeaning } from './lookups.mjs';
 import { englishPart, meaningsPart, sourcesPart } from './meanings.mjs';
-import { occurrences } from './occurrences.mjs';
+import { PickedWord } from './pickedword.mjs';
 import { StatusChoice } from './statuschoice.mjs';
-import { WordRecord } from './wordrecord.mjs';
 
-const elsewhereShown = 4;
 const widthPx = 404;
 const grades = {
   grade0: 'new', grade1: 'learning1', grade2: 'learning2', grade3: 'learning3', grade4: 'learning4', grade5: 'known', ignoreWord: 'ignored',
@@ -30,23 +27,20 @@ export class WordCard {
   #goTo;
   #playSound;
   #tell;
+  #warn;
   #closePick = () => {};
-  #picked = null;
-  #reply = null;
-  #headword = null;
-  #record = null;
+  #place = null; // what was picked, as open() has it
+  #word = null; // the PickedWord that the card is about; null while it is closed
   #sound = null;
   #status;
   #trouble;
   #parts = {};
-  #opens = 0;
-  #answered = Promise.resolve(); // the look-up of what is picked
 
   /**
    * lines: ShownLines; goTo(cue): leaves the card for a line; playSound(url): hands a sound to the player; tell(text):
-   * says something to those who listen.
+   * says something to those who listen; warn(text): says what went wrong with a word that the card has left.
    */
-  constructor(document, { api, lines, words, subtitles, videoId, goTo, playSound, tell }) {
+  constructor(document, { api, lines, words, subtitles, videoId, goTo, playSound, tell, warn }) {
     this.#document = document;
     this.#element = document.getElementById('word-card');
     this.#api = api;
@@ -57,12 +51,13 @@ export class WordCard {
     this.#goTo = goTo;
     this.#playSound = playSound;
     this.#tell = tell;
+    this.#warn = warn;
     this.#status = new StatusChoice(document, (status) => this.#grade(status));
     this.#trouble = create(document, 'p', { className: 'trouble', role: 'alert' });
     keepPresses(this.#element);
     this.#element.addEventListener('keydown', (event) => { if (this.#isOwn(event)) event.stopPropagation(); });
-    document.defaultView.addEventListener('resize', () => this.#place());
-    new ResizeObserver(() => this.#place()).observe(document.getElementById('lines')); // a panel makes them give way
+    document.defaultView.addEventListener('resize', () => this.#fit());
+    new ResizeObserver(() => this.#fit()).observe(document.getElementById('lines')); // a panel makes them give way
   }
 
   /** close(): what the card's own button does. */
@@ -76,7 +71,7 @@ export class WordCard {
 
   actions = {
     ...Object.fromEntries(Object.entries(grades).map(([action, status]) => [action, () => this.#grade(status)])),
-    saveWord: () => this.#change((record) => record.toggleSaved()),
+    saveWord: () => this.#change((word) => word.save()),
     speakWord: () => this.#speak('soundUrl'),
     speakSlowly: () => this.#speak('slowSoundUrl'),
   };
@@ -86,38 +81,34 @@ export class WordCard {
    * first word and of the lines, in the window: { word, lines }.
    */
   open(picked) {
-    this.#opens += 1;
-    this.#picked = picked;
-    this.#reply = null;
-    this.#headword = null;
-    this.#record = null;
+    this.#place = picked;
+    this.#word = new PickedWord(this.#api, this.#words, this.#sightings(picked));
     this.#sound = null;
     this.#trouble.textContent = '';
     this.#show(picked.text.slice(picked.start, picked.end));
     if (picked.byKey) this.#element.focus({ focusVisible: false });
-    this.#answered = this.#lookUp(() => lookUpPicked(this.#api, { ...picked, ...this.#neighbours(picked.cue) }));
-  }
-
-  // Shows what comes, if the card is still about it then.
-  async #lookUp(ask) {
-    const open = this.#opens;
-    try {
-      const reply = await ask();
-      if (open !== this.#opens) return;
-      this.#reply = reply;
-      this.#choose(likeliest(reply.headwords));
-      this.#tell(this.#headword ? `${this.#headword.word}: ${shortMeaning(this.#headword)}` : t('card.nothing'));
-    } catch (error) {
-      if (open === this.#opens) this.#say(error.message);
-    }
+    this.#lookUp(() => lookUpPicked(this.#api, { ...picked, ...this.#neighbours(picked.cue) }));
   }
 
   close() {
-    this.#opens += 1;
+    this.#word = null;
     const hadFocus = this.#element.contains(this.#document.activeElement);
     this.#element.hidden = true;
     giveBackPresses(this.#document);
     if (hadFocus) this.#document.activeElement.blur();
+  }
+
+  // Shows what comes, if the card is still about it then.
+  async #lookUp(ask) {
+    const word = this.#word;
+    try {
+      await word.lookUp(ask);
+      if (word !== this.#word) return;
+      this.#showTold();
+      this.#tell(word.headword ? `${word.headword.word}: ${shortMeaning(word.headword)}` : t('card.nothing'));
+    } catch (error) {
+      if (word === this.#word) this.#say(error.message);
+    }
   }
 
   // What is typed, scrolled or pressed here is this card's own; the other keys go on to the player's.
@@ -142,7 +133,7 @@ export class WordCard {
     const icon = (name, action, key) => button(d, { className: `icon ${name}`, ariaLabel: t(key), title: t(key) }, action);
     this.#parts.word = create(d, 'h2', { id: 'card-word', lang: 'en', textContent: form });
     this.#parts.ipa = create(d, 'span', { className: 'ipa', lang: 'en-fonipa' });
-    this.#parts.save = button(d, { className: 'save' }, () => this.actions.saveWord(), t('card.save'));
+    this.#parts.save = button(d, { className: 'save' }, () => this.#change((word) => word.toggleSaved()), t('card.save'));
     this.#element.replaceChildren(
       create(d, 'header', {},
         create(d, 'div', { className: 'title' }, this.#parts.word, this.#parts.ipa,
@@ -158,13 +149,13 @@ export class WordCard {
     this.#element.setAttribute('aria-busy', 'true');
     this.#status.show(null);
     this.#element.hidden = false;
-    this.#place();
+    this.#fit();
   }
 
-  #place() {
+  #fit() {
     if (this.#element.hidden) return;
     const view = this.#document.defaultView;
-    const { word, lines } = this.#picked.rectangles();
+    const { word, lines } = this.#place.rectangles();
     if (!word) return;
     const width = Math.min(widthPx, view.innerWidth - 20);
     const place = cardPlace({
@@ -183,91 +174,47 @@ export class WordCard {
   }
 
   #choose(headword) {
+    this.#word.choose(headword);
+    this.#showTold();
+  }
+
+  // All that the service has told of the headword that is meant.
+  #showTold() {
     const d = this.#document;
-    const { form, headwords, near } = this.#reply;
-    this.#headword = headword;
+    const picked = this.#word;
+    const { reply, headword } = picked;
     this.#element.setAttribute('aria-busy', 'false');
-    const word = headword?.word ?? this.#reply.lemmas?.[0] ?? form;
+    const word = picked.lemma || reply.form;
+    const filmWord = this.#words.word(word);
+    const { cue } = this.#place;
     this.#parts.word.textContent = word;
-    this.#parts.about.replaceChildren(...this.#about(word));
-    this.#parts.choices.replaceChildren(...(headwords.length > 1 ? headwords.map((each) => this.#choice(each)) : []));
+    this.#parts.about.replaceChildren(...aboutPart(d, picked, word, filmWord));
+    this.#parts.choices.replaceChildren(...choicesPart(d, picked, (each) => this.#choose(each)));
     if (headword) this.#showMeanings();
-    else this.#parts.meanings.replaceChildren(...this.#nothing(near));
+    else this.#showNothing(reply.near);
     this.#parts.english.replaceChildren(...englishPart(d, headword?.english ?? [], !headword?.entries.length));
-    this.#parts.elsewhere.replaceChildren(...this.#elsewhere(word));
-    this.#parts.sources.replaceChildren(...sourcesPart(d, this.#reply.sources));
-    this.#gloss.value = headword?.gloss ?? '';
+    const cues = this.#lines.index('learned')?.cues ?? [];
+    this.#parts.elsewhere.replaceChildren(...elsewherePart(d, cues, [word, ...(filmWord?.forms ?? [])], cue, this.#goTo));
+    this.#parts.sources.replaceChildren(...sourcesPart(d, reply.sources));
+    this.#parts.gloss.value = headword?.gloss ?? '';
     this.#status.show(headword?.status ?? null);
     this.#hear(word);
-    this.#loadRecord(this.#lemma);
+    this.#showLoaded(picked.record);
   }
 
   #showMeanings() {
-    this.#parts.meanings.replaceChildren(...meaningsPart(this.#document, this.#headword, {
-      hasDictionary: this.#reply.hasDictionary, languageTag: this.#subtitles.line('native')?.languageTag ?? '',
-    }));
+    this.#parts.meanings.replaceChildren(...meaningsPart(this.#document, this.#word.headword, {
+      hasDictionary: this.#word.reply.hasDictionary, languageTag: this.#subtitles.line('native')?.languageTag ?? '',
+    }), ...wordsPart(this.#document, this.#word, (each) => this.#choose(each)));
+  }
+
+  #showNothing(near) {
+    const lookUp = (word) => this.#lookUp(() => this.#api.lookUp(word, 0));
+    this.#parts.meanings.replaceChildren(...nothingPart(this.#document, near, lookUp));
   }
 
   #grade(status) {
-    return this.#change((record) => record.grade(status));
-  }
-
-  get #gloss() {
-    return this.#parts.gloss;
-  }
-
-  get #lemma() {
-    return this.#headword?.word ?? this.#reply?.lemmas?.[0] ?? '';
-  }
-
-  // How the word stands in the line, how common it is, how often the film has it.
-  #about(word) {
-    const d = this.#document;
-    const { form, whole } = this.#reply;
-    const told = [];
-    if (whole) told.push(create(d, 'span', { lang: 'en', textContent: `${form} = ${whole}` }));
-    else if (this.#isOtherForm(word, form)) told.push(create(d, 'span', { lang: 'en', textContent: form }));
-    if (this.#headword?.rank > 0) told.push(create(d, 'span', { title: t('card.rankMeans') }, t('card.rank', { rank: this.#headword.rank })));
-    const { count = 0, forms = [] } = this.#words.word(word) ?? {};
-    if (count > 1) told.push(create(d, 'span', {}, t('card.times', { count })));
-    if (forms.length > 1) told.push(create(d, 'span', { lang: 'en', textContent: forms.join(', ') }));
-    return told;
-  }
-
-  // Told by itself only where the film's forms, which follow, do not have it.
-  #isOtherForm(word, form) {
-    if (this.#headword?.isPhrase || formOf(form) === formOf(word)) return false;
-    return (this.#words.word(word)?.forms.length ?? 0) < 2;
-  }
-
-  #choice(headword) {
-    return button(this.#document, {
-      className: 'choice', lang: 'en', ariaPressed: String(headword === this.#headword), textContent: headword.word,
-    }, () => this.#choose(headword));
-  }
-
-  #nothing(near) {
-    const d = this.#document;
-    const said = create(d, 'p', { className: 'quiet' }, t('card.nothing'));
-    if (near.length === 0) return [said];
-    return [said, create(d, 'p', { className: 'near' }, t('card.near'), ' ',
-      ...near.map((word) => button(d, { className: 'choice', lang: 'en', textContent: word }, () => { this.#answered = this.#lookUp(() => this.#api.lookUp(word, 0)); })))];
-  }
-
-  #elsewhere(word) {
-    const d = this.#document;
-    const cues = this.#lines.index('learned')?.cues ?? [];
-    const { cue } = this.#picked;
-    if (!cue) return [];
-    const found = occurrences(cues, [word, ...(this.#words.word(word)?.forms ?? [])], cue, elsewhereShown);
-    if (found.count === 0) return [];
-    return [
-      create(d, 'h3', {}, t('card.elsewhere', { count: found.count })),
-      create(d, 'ul', {}, ...found.cues.map((each) => create(d, 'li', {},
-        button(d, { className: 'line-link' }, () => this.#goTo(each),
-          create(d, 'span', { className: 'time' }, timeText(each.startMs)),
-          create(d, 'span', { lang: 'en', textContent: each.lines.join(' ') }))))),
-    ];
+    return this.#change((word) => word.grade(status));
   }
 
   #teach() {
@@ -285,20 +232,16 @@ export class WordCard {
   }
 
   async #teachGloss() {
-    const gloss = this.#gloss.value.trim();
-    if (!await this.#change((record) => record.teach(gloss))) return;
-    if (this.#headword) {
-      this.#headword.gloss = gloss;
-      this.#showMeanings();
-    }
+    const gloss = this.#parts.gloss.value.trim();
+    if (!await this.#change((word) => word.teach(gloss))) return;
+    if (this.#word.headword) this.#showMeanings();
     this.#element.focus({ focusVisible: false });
   }
 
-  #sightingOf(lemma) {
-    const { cue, text, start, end } = this.#picked;
-    return {
+  // Where the word was met, for a dictionary form of it; the lines may be others when that is known.
+  #sightings({ cue, text, start, end }) {
+    const sighting = {
       form: text.slice(start, end).replace(/\s+/g, ' '),
-      lemma,
       line: text,
       translation: this.#lines.view('native').text.text,
       videoId: Number(this.#videoId),
@@ -306,40 +249,32 @@ export class WordCard {
       startMs: Math.max(0, Math.round(cue.startMs)),
       endMs: Math.max(1, Math.round(cue.endMs)),
     };
+    return (lemma) => ({ ...sighting, lemma });
   }
 
-  // One change of the word, as soon as it is known which one it is; shows what holds then. Whether it was done.
-  async #change(ask) {
-    const open = this.#opens;
-    await this.#answered;
-    const record = this.#record;
-    if (open !== this.#opens || !record) return false;
+  // One change of the word, as soon as it is known which one it is; shows what holds then. Whether the card shows it.
+  async #change(step) {
+    const word = this.#word;
     this.#trouble.textContent = '';
     try {
-      await ask(record);
-      if (record === this.#record) this.#showRecord(true);
-      return record === this.#record;
+      const isShown = await step(word);
+      if (!isShown || word !== this.#word) return false;
+      this.#showRecord(true);
+      return true;
     } catch (error) {
-      if (record === this.#record) this.#say(error.message);
+      if (word === this.#word) this.#say(error.message);
+      else this.#warn(error.message);
       return false;
     }
   }
 
-  async #loadRecord(lemma) {
-    const record = lemma ? new WordRecord(this.#api, this.#words, this.#sightingOf(lemma)) : null;
-    this.#record = record;
-    if (!record) return;
-    try {
-      await record.loaded;
-      if (record === this.#record) this.#showRecord(false);
-    } catch (error) {
-      console.warn(error.message); // it can be saved all the same
-    }
+  async #showLoaded(record) {
+    await record?.loaded.catch(() => {}); // it can be saved all the same
+    if (record && record === this.#word?.record) this.#showRecord(false);
   }
 
   #showRecord(isAnnounced) {
-    const { status, isSaved } = this.#record;
-    if (this.#headword) this.#headword.status = status;
+    const { status, isSaved } = this.#word.record;
     this.#status.show(status);
     const { save } = this.#parts;
     save.textContent = t(isSaved ? 'card.saved' : 'card.save');
@@ -349,16 +284,17 @@ export class WordCard {
   }
 
   async #hear(word) {
-    const open = this.#opens;
+    const picked = this.#word;
     this.#sound = null;
     this.#parts.ipa.textContent = '';
     try {
       const sound = await this.#api.pronunciation(word);
-      if (open !== this.#opens || word !== this.#lemma) return;
+      if (picked !== this.#word || word !== (picked.lemma || picked.reply.form)) return;
       this.#sound = sound;
       this.#parts.ipa.textContent = sound.ipa ? `/${sound.ipa}/` : '';
     } catch (error) {
       console.warn(error.message); // a word without sound is still a word
+      if (picked !== this.#word) return;
     }
     this.#element.classList.toggle('mute', this.#sound === null);
   }

@@ -41,6 +41,11 @@ export class WordRecord {
       : this.#api.saveWord({ ...this.#sighting, status })));
   }
 
+  /** Saves the word with its line; what is saved stays so, with its grade. */
+  save() {
+    return this.#change(() => (this.isSaved ? this.#word : this.#api.saveWord(this.#sighting)));
+  }
+
   /** Saves the word with its line, or forgets it when it is saved. */
   toggleSaved() {
     return this.#change(() => (this.isSaved
