@@ -2,6 +2,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 
+import { noticePlace } from '../../web/play/bar/noticeplace.mjs';
 import { withoutRoom } from '../../web/play/bar/overflow.mjs';
 import { SeekBar, said } from '../../web/play/bar/seekbar.mjs';
 import { speechShares } from '../../web/play/bar/speechmap.mjs';
@@ -68,4 +69,15 @@ test('without room the least needed goes first, and no more than must', () => {
   assert.deepEqual(gone(375), [1, 2]);
   assert.deepEqual(gone(265), [1, 2, 4]);
   assert.deepEqual(gone(10), [1, 2, 3, 4], 'the first stays whatever happens');
+});
+
+test('a notice stands in the widest stretch that no card takes', () => {
+  const card = (left, right, top = 10) => ({ left, right, top });
+  assert.equal(noticePlace(1280, 55, []), null);
+  assert.equal(noticePlace(1280, 55, [card(400, 800, 60)]), null, 'beneath it there is room for both');
+  assert.deepEqual(noticePlace(1280, 55, [card(200, 600)]), { middle: 940, maxWidth: 652 });
+  assert.deepEqual(noticePlace(1280, 55, [card(850, 1266), card(10, 370)]), { middle: 610, maxWidth: 452 });
+  assert.deepEqual(noticePlace(1280, 55, [card(0, 900), card(100, 300)]), { middle: 1090, maxWidth: 352 },
+    'one beneath the other');
+  assert.equal(noticePlace(400, 55, [card(10, 390)]), null, 'over the card, rather than nowhere');
 });

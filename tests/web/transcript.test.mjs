@@ -8,6 +8,7 @@ import { Heights } from '../../web/play/panels/transcript/heights.mjs';
 import { changedRows, isSameList, listedLines, rowNow } from '../../web/play/panels/transcript/listedlines.mjs';
 import { LineSearch } from '../../web/play/panels/transcript/linesearch.mjs';
 import { listText, pairLines } from '../../web/play/panels/transcript/pairs.mjs';
+import { piecesOf } from '../../web/play/panels/transcript/pieces.mjs';
 import { findIn, foldText } from '../../web/play/panels/transcript/search.mjs';
 
 const cue = (startMs, endMs, ...lines) => ({ startMs, endMs, lines });
@@ -64,6 +65,17 @@ test('text is found whatever its case and marks, and marked where it stands', ()
   assert.deepEqual(marked('one\ntwo', 'one two'), ['one\ntwo']);
   assert.deepEqual(marked('Ελλάς ΕΛΛΆΣ', 'ελλασ'), ['Ελλάς', 'ΕΛΛΆΣ']);
   assert.deepEqual(marked('anything', ''), []);
+});
+
+test('what is slanted over the picture is slanted in the list, found or not', () => {
+  const whispered = { ...cue(0, 1000, 'Do you', 'hear me?'), italics: [{ line: 1, start: 0, end: 4 }] };
+  const [{ text, slants, under, underSlants }] = listedLines([whispered], [cue(0, 500, 'Ja'), { ...whispered, endMs: 900 }]);
+  const drawn = (...of) => piecesOf(...of).map(({ text: piece, isMarked, isItalic }) =>
+    `${isMarked ? '!' : ''}${isItalic ? '/' : ''}${piece}`);
+  assert.deepEqual(drawn(text, [], slants), ['Do you ', '/hear', ' me?']);
+  assert.deepEqual(drawn(text, findIn(text, 'you he'), slants), ['Do ', '!you ', '!/he', '/ar', ' me?']);
+  assert.deepEqual(drawn(under, [], underSlants), ['Ja\nDo you ', '/hear', ' me?']);
+  assert.deepEqual(drawn('', [], []), []);
 });
 
 test('hits are gone through in order and round the end', () => {

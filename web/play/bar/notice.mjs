@@ -2,11 +2,12 @@
 
 import { t } from '../../shared/texts.mjs';
 import { trackName } from '../lines/subtitles.mjs';
+import { noticePlace } from './noticeplace.mjs';
 
 // Long enough to be read.
 const readingMs = (text) => 1800 + 70 * text.length;
 
-/** A short word over the picture, which goes by itself. */
+/** A short word over the picture, beside the cards that lie there; it goes by itself. */
 export class Notice {
   #element;
   #timer = null;
@@ -18,7 +19,16 @@ export class Notice {
   say(text, forMs = readingMs(text)) {
     clearTimeout(this.#timer);
     this.#element.textContent = text;
+    this.#place();
     this.#timer = setTimeout(() => { this.#element.textContent = ''; }, forMs);
+  }
+
+  #place() {
+    const { ownerDocument, style } = this.#element;
+    const cards = [...ownerDocument.querySelectorAll('.glass:not([hidden])')].map((card) => card.getBoundingClientRect());
+    Object.assign(style, { left: '', maxWidth: '' });
+    const place = noticePlace(ownerDocument.defaultView.innerWidth, this.#element.getBoundingClientRect().bottom, cards);
+    if (place) Object.assign(style, { left: `${place.middle}px`, maxWidth: `${place.maxWidth}px` });
   }
 }
 

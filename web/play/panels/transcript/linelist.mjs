@@ -3,6 +3,7 @@
 import { create } from '../../../shared/elements.mjs';
 import { timeText } from '../../../shared/timetext.mjs';
 import { changedRows, rowNow } from './listedlines.mjs';
+import { piecesOf } from './pieces.mjs';
 import { findIn } from './search.mjs';
 import { VirtualList } from './virtuallist.mjs';
 
@@ -210,11 +211,11 @@ export class LineList {
 
   #row(i) {
     const document = this.#element.ownerDocument;
-    const { text, under, startMs } = this.#lines[i];
+    const { text, slants, under, underSlants, startMs } = this.#lines[i];
     const row = create(document, 'div', { id: `transcript-${i}`, className: 'line', role: 'option' },
       create(document, 'span', { className: 'time', textContent: timeText(startMs) }),
-      this.#text('text', text, this.#tags[0]));
-    if (under) row.append(this.#text('under', under, this.#tags[1]));
+      this.#text('text', text, slants, this.#tags[0]));
+    if (under) row.append(this.#text('under', under, underSlants, this.#tags[1]));
     row.dataset.row = i;
     row.setAttribute('aria-posinset', i + 1);
     row.setAttribute('aria-setsize', this.#lines.length);
@@ -223,15 +224,13 @@ export class LineList {
     return row;
   }
 
-  #text(className, text, lang) {
+  #text(className, text, slants, lang) {
     const document = this.#element.ownerDocument;
-    const element = create(document, 'span', { className, lang, dir: 'auto' });
-    let done = 0;
-    for (const { start, end } of findIn(text, this.#wanted)) {
-      element.append(text.slice(done, start), create(document, 'mark', {}, text.slice(start, end)));
-      done = end;
-    }
-    element.append(text.slice(done));
-    return element;
+    const drawn = ({ text: piece, isMarked, isItalic }) => {
+      const upright = isMarked ? create(document, 'mark', {}, piece) : piece;
+      return isItalic ? create(document, 'i', {}, upright) : upright;
+    };
+    return create(document, 'span', { className, lang, dir: 'auto' },
+      ...piecesOf(text, findIn(text, this.#wanted), slants).map(drawn));
   }
 }

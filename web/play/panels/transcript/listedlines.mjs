@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { listText, pairLines } from './pairs.mjs';
+import { listText, pairLines, slantsOf } from './pairs.mjs';
 
-/** What a list shows of the cues of two tracks: [{ place, cue, startMs, text, under }], place: among the upper cues. */
+/**
+ * What a list shows of the cues of two tracks: [{ place, cue, startMs, text, slants, under, underSlants }], place:
+ * among the upper cues; the slants say where a text is slanted.
+ */
 export function listedLines(cues, lowerCues) {
   const beneath = pairLines(cues, lowerCues);
   return cues.map((cue, place) => ({
@@ -10,7 +13,9 @@ export function listedLines(cues, lowerCues) {
     cue,
     startMs: cue.startMs,
     text: listText(cue),
+    slants: slantsOf([cue]),
     under: beneath[place].map(listText).join('\n'),
+    underSlants: slantsOf(beneath[place]),
   }));
 }
 

@@ -3,6 +3,7 @@
 // Which lines of the lower track belong beneath a line of the upper one: those that are said with it.
 
 import { CueIndex } from '../../lines/cueindex.mjs';
+import { runsOf } from '../../lines/runs.mjs';
 
 /** Of a line that has nothing of its own beneath it, how much a neighbour's must cover to be shown there, too. */
 const leastShare = 0.5;
@@ -38,4 +39,18 @@ const beginsSpeech = (line) => /^\s*[-–—‐]/.test(line);
 /** A cue's lines as they read in a list: run together, but for two speakers. */
 export function listText({ lines }) {
   return lines.join(lines.some(beginsSpeech) ? '\n' : ' ');
+}
+
+/** Where the listText() of such cues, one beneath the other, is slanted: [{ start, end }, ...] in order. */
+export function slantsOf(cues) {
+  const slants = [];
+  let start = 0;
+  for (const runs of cues.flatMap(runsOf)) {
+    for (const { text, isItalic } of runs) {
+      if (isItalic) slants.push({ start, end: start + text.length });
+      start += text.length;
+    }
+    start += 1; // what parts two lines
+  }
+  return slants;
 }
