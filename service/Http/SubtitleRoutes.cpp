@@ -6,6 +6,7 @@
 #include "Http/Router.h"
 #include "Http/SubtitleJson.h"
 #include "Http/TimingJson.h"
+#include "Languages.h"
 #include "Sources/Sidecars.h"
 #include "Store/FilmTable.h"
 #include "Store/SubtitleTable.h"
@@ -178,6 +179,39 @@ Response setEncoding(const Request &request, const SubtitleRouteParts &parts) {
     return jsonResponse({{QStringLiteral("encoding"), encoding}});
 }
 
+Response language(const Subtitle &subtitle) {
+    QJsonArray languages;
+    for (const Language &each : knownLanguages())
+        languages.append(QJsonObject{{QStringLiteral("code"), each.code},
+                                     {QStringLiteral("languageTag"), each.twoLetter},
+                                     {QStringLiteral("nativeName"), each.nativeName.toString()}});
+    return jsonResponse({{QStringLiteral("language"), subtitle.chosenLanguage},
+                         {QStringLiteral("found"), subtitle.foundLanguage()},
+                         {QStringLiteral("languages"), languages}});
+}
+
+Response setLanguage(const Request &request, const SubtitleRouteParts &parts) {
+    const Subtitle subtitle = requestedSubtitle(request, parts.subtitles);
+    const QString code = jsonBody(request).value(QLatin1String("language")).toString();
+    const Language *known = findLanguage(code);
+    if (!code.isEmpty() && (known == nullptr || known->code != code))
+        throw RouteError(400, QStringLiteral("badLanguage"),
+                         QStringLiteral("The language must be the code of a known one, or empty."));
+    parts.subtitles.setLanguage(subtitle.id, code);
+    parts.changes.announce(subtitle.filmId);
+    return jsonResponse({{QStringLiteral("language"), code}});
+}
+
+Response setRemoved(const Request &request, const SubtitleRouteParts &parts, bool isRemoved) {
+    const Subtitle subtitle = requestedSubtitle(request, parts.subtitles);
+    if (subtitle.source != SubtitleSource::Added)
+        throw RouteError(409, QStringLiteral("notAdded"),
+                         QStringLiteral("Only a file that was added can be removed."));
+    parts.subtitles.setRemoved(subtitle.id, isRemoved);
+    parts.changes.announce(subtitle.filmId);
+    return jsonResponse({{QStringLiteral("isRemoved"), isRemoved}});
+}
+
 } // namespace
 
 void addSubtitleRoutes(Router &router, const SubtitleRouteParts &parts) {
@@ -196,6 +230,16 @@ void addSubtitleRoutes(Router &router, const SubtitleRouteParts &parts) {
     add("DELETE", "Sync", endFitting);
     add("GET", "Encoding", encodings);
     add("PUT", "Encoding", setEncoding);
+    add("GET", "Language", [](const Request &request, const SubtitleRouteParts &used) {
+        return language(requestedSubtitle(request, used.subtitles));
+    });
+    add("PUT", "Language", setLanguage);
+    add("POST", "Removed", [](const Request &request, const SubtitleRouteParts &used) {
+        return setRemoved(request, used, true);
+    });
+    add("DELETE", "Removed", [](const Request &request, const SubtitleRouteParts &used) {
+        return setRemoved(request, used, false);
+    });
 }
 
 } // namespace murvo::service

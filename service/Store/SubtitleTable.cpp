@@ -18,7 +18,7 @@ constexpr std::array sourceNames{"beside", "inside", "added"};
 
 constexpr auto columns = "id, film_id, source, place, file_name, title, language, hinted_language, forced, "
                          "hearing_impaired, is_there, text_language, encoding, cue_count, problem, "
-                         "content_sha256";
+                         "content_sha256, chosen_language";
 
 const char *nameOf(SubtitleSource source) {
     return sourceNames[static_cast<size_t>(source)];
@@ -48,6 +48,7 @@ Subtitle subtitleOfRow(SQLite::Statement &row) {
     subtitle.cueCount = row.getColumn(13).getInt();
     subtitle.problem = textOf(row.getColumn(14));
     subtitle.contentSha256 = blobOf(row.getColumn(15));
+    subtitle.chosenLanguage = textOf(row.getColumn(16));
     return subtitle;
 }
 
@@ -61,7 +62,8 @@ bool tellsTheSame(const Subtitle &known, const Subtitle &described) {
 
 QList<Subtitle> rowsOfFilm(SQLite::Database &connection, qint32 filmId) {
     SQLite::Statement query(connection, std::string("SELECT ") + columns +
-                                            " FROM subtitles WHERE film_id = ? ORDER BY id");
+                                            " FROM subtitles WHERE film_id = ? AND is_removed = 0 "
+                                            "ORDER BY id");
     query.bind(1, filmId);
     QList<Subtitle> subtitles;
     while (query.executeStep())
@@ -77,7 +79,8 @@ Subtitle addOrUpdate(SQLite::Database &connection, qint32 filmId, const Subtitle
                     "ON CONFLICT (film_id, source, place) DO UPDATE SET file_name = excluded.file_name, "
                     "title = excluded.title, language = excluded.language, "
                     "hinted_language = excluded.hinted_language, forced = excluded.forced, "
-                    "hearing_impaired = excluded.hearing_impaired, is_there = 1 RETURNING ") +
+                    "hearing_impaired = excluded.hearing_impaired, is_there = 1, is_removed = 0 "
+                    "RETURNING ") +
             columns);
     add.bind(1, filmId);
     add.bind(2, nameOf(described.source));
@@ -116,6 +119,17 @@ void forgetWhatWasOfAnother(SQLite::Database &connection, qint32 subtitleId, con
         statement.bind(2, digest.constData(), static_cast<int>(digest.size()));
         statement.exec();
     }
+}
+
+template<typename Value>
+void set(Database &database, qint32 subtitleId, const char *column, const Value &value) {
+    database.transact([&](SQLite::Database &connection) {
+        SQLite::Statement update(connection,
+                                 std::string("UPDATE subtitles SET ") + column + " = ? WHERE id = ?");
+        update.bind(1, value);
+        update.bind(2, subtitleId);
+        update.exec();
+    });
 }
 
 } // namespace
@@ -196,6 +210,16 @@ void SubtitleTable::setEncoding(qint32 subtitleId, const QString &encoding,
         update.bind(5, subtitleId);
         update.exec();
     });
+    announce();
+}
+
+void SubtitleTable::setLanguage(qint32 subtitleId, const QString &language) {
+    set(_database, subtitleId, "chosen_language", language.toStdString());
+    announce();
+}
+
+void SubtitleTable::setRemoved(qint32 subtitleId, bool isRemoved) {
+    set(_database, subtitleId, "is_removed", isRemoved ? 1 : 0);
     announce();
 }
 

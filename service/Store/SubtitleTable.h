@@ -32,6 +32,7 @@ struct Subtitle {
     bool hearingImpaired = false;
     bool isThere = true;      ///< false: no longer found beside or inside the film at the last lookup
     QString textLanguage;     ///< as its text tells, empty when that is not sure
+    QString chosenLanguage;   ///< by the learner, whatever all else tells; empty when they left it
     QString encoding;         ///< chosen by the learner, empty when it is to be found
     qint32 cueCount = -1;     ///< -1 while the content has not been looked at
     QString problem;          ///< code of why it cannot be used, empty when it can
@@ -39,6 +40,10 @@ struct Subtitle {
 
     [[nodiscard]] bool stored() const { return !contentSha256.isEmpty(); }
     [[nodiscard]] const QString &likelyLanguage() const {
+        return !chosenLanguage.isEmpty() ? chosenLanguage : foundLanguage();
+    }
+    /// The same without the learner.
+    [[nodiscard]] const QString &foundLanguage() const {
         return !language.isEmpty() ? language : !textLanguage.isEmpty() ? textLanguage : hintedLanguage;
     }
 };
@@ -67,7 +72,7 @@ class SubtitleTable {
 
     [[nodiscard]] std::optional<Subtitle> find(qint32 subtitleId);
 
-    /// All subtitles of a film, oldest first.
+    /// All subtitles of a film but those that were removed, oldest first.
     [[nodiscard]] QList<Subtitle> ofFilm(qint32 filmId);
 
     /// Keeps the content and what was found in it; false when there is no such subtitle. The encoding and the
@@ -76,6 +81,12 @@ class SubtitleTable {
 
     /// Keeps the learner's encoding (empty: to be found) and what reading by it has found.
     void setEncoding(qint32 subtitleId, const QString &encoding, const SubtitleFindings &findings);
+
+    /// Keeps the learner's word for the language (ISO 639-2/T, empty: as name or text tell).
+    void setLanguage(qint32 subtitleId, const QString &language);
+
+    /// Takes an added file out of its film, or brings it back. Its row stays, and all that belongs to it.
+    void setRemoved(qint32 subtitleId, bool isRemoved);
 
     /// Keeps what was found in a content that is stored already, or why a track has none.
     void setFindings(qint32 subtitleId, const SubtitleFindings &findings);

@@ -77,12 +77,17 @@ QList<Subtitle> FilmLines::subtitlesOf(const Film &film) {
     return isAnyNew ? _subtitles.ofFilm(film.id) : subtitles;
 }
 
-// The learner's choice, where there is one, else the first candidate that can be read and is not the other
-// line.
+// The learner's choice, where there is one that was not removed, else the first candidate that can be read
+// and is not the other line.
 std::optional<ReadTrack> FilmLines::line(const Film &film, Line line, const FilmLinesAnswer &answer,
                                          const QList<Subtitle> &candidates) {
+    const auto isListed = [&answer](qint32 id) {
+        return std::any_of(answer.subtitles.begin(), answer.subtitles.end(),
+                           [id](const Subtitle &each) { return each.id == id; });
+    };
     QList<Subtitle> wanted = candidates;
-    if (const LineChoice chosen = _choices.choice(film.id, line)) {
+    const LineChoice chosen = _choices.choice(film.id, line);
+    if (chosen && (*chosen == 0 || isListed(*chosen))) {
         wanted = answer.subtitles;
         wanted.removeIf([id = *chosen](const Subtitle &each) { return each.id != id; });
     } else {

@@ -173,7 +173,18 @@ TEST_F(FilmWordsTest, WordsFollowTheSubtitleThatIsShownAndItsContent) {
     (void)put(choice, {{u"learned"_s, mine}});
     EXPECT_EQ(words()["subtitleId"_L1], mine);
     EXPECT_EQ(word(u"whale"_s)["count"_L1], 2);
-    (void)put(choice, {{u"learned"_s, subtitleId(u"Film.fr.srt"_s)}});
+    const QString removed = u"Api/Subtitles/Removed?subtitleId=%1"_s.arg(mine);
+    EXPECT_EQ(awaited(u"whale"_s, 2).size(), 2);
+    (void)post(removed, "", "text/plain");
+    EXPECT_TRUE(word(u"whale"_s).isEmpty() && search(u"whale"_s).isEmpty()) << "taken out";
+    (void)ask("DELETE", removed);
+    EXPECT_EQ(word(u"whale"_s)["count"_L1], 2);
+    const int french = subtitleId(u"Film.fr.srt"_s);
+    const QString language = u"Api/Subtitles/Language?subtitleId=%1"_s.arg(french);
+    (void)put(language, {{u"language"_s, u"eng"_s}});
+    (void)put(choice, {{u"learned"_s, french}});
+    EXPECT_EQ(word(u"phare"_s)["count"_L1], 1) << "English, by the learner's word";
+    (void)put(language, {{u"language"_s, QString()}});
     EXPECT_EQ(word(u"cliff"_s)["count"_L1], 3) << "of the best English one, when the upper line is French";
 
     writeFile(u"Film.en.srt"_s,

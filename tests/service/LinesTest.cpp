@@ -4,6 +4,8 @@
 #include <QFile>
 #include <QJsonArray>
 
+#include <algorithm>
+
 #include <sys/stat.h>
 
 namespace murvo::service::test {
@@ -151,6 +153,68 @@ TEST_F(LinesTest, ALanguageThatANameMayNotMeanGivesWayToTheText) {
     writeFile(QStringLiteral("the danish.srt"), english);
     const QJsonObject lines = linesOf(films.filePath(QStringLiteral("The.Danish.Girl.2015.mkv")));
     EXPECT_EQ(lines[QLatin1String("learned")][QLatin1String("language")].toString(), QStringLiteral("eng"));
+}
+
+TEST_F(LinesTest, TheLearnersWordForALanguageGoesBeforeNameAndText) {
+    (void)put(QStringLiteral("Api/Settings"), {{QStringLiteral("nativeLanguage"), QStringLiteral("fra")}});
+    writeFile(QStringLiteral("Film.nl.srt"), srt("Where have you been all the morning?"));
+    writeFile(QStringLiteral("Film.fr.srt"), srt("Bonjour"));
+    const QJsonObject lines = linesOf(film());
+    ASSERT_TRUE(lines[QLatin1String("learned")].isNull()) << "its name says Dutch";
+    const QJsonArray tracks = lines[QLatin1String("tracks")].toArray();
+    const auto isDutch = [](const QJsonValue &track) {
+        return track[QLatin1String("language")].toString() == QLatin1String("nld");
+    };
+    const auto dutch = std::find_if(tracks.begin(), tracks.end(), isDutch);
+    ASSERT_NE(dutch, tracks.end());
+    const QString language = QStringLiteral("Api/Subtitles/Language?subtitleId=%1")
+                                 .arg((*dutch)[QLatin1String("subtitleId")].toInt());
+    EXPECT_EQ(put(language, {{QStringLiteral("language"), QStringLiteral("eng")}}).status, 200);
+    EXPECT_EQ(fileOf(linesOf(film()), "learned"), QStringLiteral("Film.nl.srt"))
+        << "also when it is looked up again";
+    EXPECT_EQ(get(language).json()[QLatin1String("found")].toString(), QStringLiteral("nld"));
+    (void)put(language, {{QStringLiteral("language"), QString()}});
+    EXPECT_TRUE(linesOf(film())[QLatin1String("learned")].isNull());
+}
+
+TEST_F(LinesTest, AnAddedFileCanBeTakenOutAndComesBackAsItWas) {
+    writeFile(QStringLiteral("Film.en.srt"), srt("Beside it"));
+    const QString film = LinesTest::film();
+    const int videoId = lookUp(film, 0, 0).json()[QLatin1String("videoId")].toInt();
+    const auto add = [&] {
+        const Reply reply =
+            post(QStringLiteral("Api/MovieFile/AddSubtitle?fileName=own.en.srt&videoId=%1").arg(videoId),
+                 srt("My own elephant"), "text/plain");
+        return reply.json()[QLatin1String("subtitleId")].toInt();
+    };
+    const int own = add();
+    const auto subtitle = [](const char *route, int id) {
+        return QStringLiteral("Api/Subtitles/%1?subtitleId=%2").arg(QLatin1String(route)).arg(id);
+    };
+    (void)put(QStringLiteral("Api/MovieFile/Choice?videoId=%1").arg(videoId),
+              {{QStringLiteral("learned"), own}});
+    (void)put(subtitle("Timing", own), {{QStringLiteral("offsetMs"), 500},
+                                        {QStringLiteral("rateNumerator"), 1},
+                                        {QStringLiteral("rateDenominator"), 1}});
+    const QJsonObject before = linesOf(film);
+    ASSERT_EQ(fileOf(before, "learned"), QStringLiteral("own.en.srt"));
+    EXPECT_EQ(post(subtitle("Removed", own), "", "text/plain").status, 200);
+    const QJsonObject without = linesOf(film);
+    EXPECT_EQ(fileOf(without, "learned"), QStringLiteral("Film.en.srt")) << "what is there stands in for it";
+    EXPECT_EQ(without[QLatin1String("tracks")].toArray().size(), 1);
+    const int beside = without[QLatin1String("learned")][QLatin1String("subtitleId")].toInt();
+    EXPECT_EQ(post(subtitle("Removed", beside), "", "text/plain").status, 409)
+        << "what lies in a folder is not the service's to take away";
+
+    EXPECT_EQ(ask("DELETE", subtitle("Removed", own)).status, 200);
+    const auto isAsBefore = [&] {
+        const QJsonObject now = linesOf(film);
+        return now[QLatin1String("learned")] == before[QLatin1String("learned")];
+    };
+    EXPECT_TRUE(isAsBefore());
+    (void)post(subtitle("Removed", own), "", "text/plain");
+    EXPECT_EQ(add(), own);
+    EXPECT_TRUE(isAsBefore()) << "added again, it is the same";
 }
 
 TEST_F(LinesTest, AnotherContentForgetsTimingAndEncodingOfTheOneBefore) {

@@ -226,6 +226,8 @@ QList<Reply> TablesTest::errors() {
                          put(ofFilm(u"Choice"_s), {{u"learned"_s, 999}}),
                          put(ofSubtitle(u"Timing"_s, u"en"_s), {{u"offsetMs"_s, 1}}),
                          put(ofSubtitle(u"Encoding"_s, u"en"_s), {{u"encoding"_s, u"UTF-7"_s}}),
+                         put(ofSubtitle(u"Language"_s, u"en"_s), {{u"language"_s, u"en"_s}}),
+                         post(ofSubtitle(u"Removed"_s, u"en"_s), "", "text/plain"),
                          ask("GET", settings, {{"Origin", "null"}}),
                          get(u"Api/Nothing"_s),
                          get(u"Api/MovieFile/Lines?videoId=12345"_s),
@@ -303,6 +305,13 @@ QStringList TablesTest::seenFields() {
     see(watching, put(ofFilm(u"Watching"_s), {{u"positionMs"_s, 1}, {u"audioTrackId"_s, 2}}));
     see(u"GET, PUT Api/Pages/Settings"_s, get(u"Api/Pages/Settings"_s));
     see(u"GET, PUT Api/Subtitles/Encoding?subtitleId=N"_s, get(ofSubtitle(u"Encoding"_s, u"fr"_s)));
+    see(u"GET, PUT Api/Subtitles/Language?subtitleId=N"_s, get(ofSubtitle(u"Language"_s, u"fr"_s)));
+    const Reply added =
+        post(u"Api/MovieFile/AddSubtitle?fileName=own.srt&"_s + ofFilm(u""_s).section(u'?', 1),
+             "1\n00:00:01,000 --> 00:00:02,000\nOwn\n", "text/plain");
+    see(u"POST, DELETE Api/Subtitles/Removed?subtitleId=N"_s,
+        post(u"Api/Subtitles/Removed?subtitleId=%1"_s.arg(added.json()["subtitleId"_L1].toInt()), "",
+             "text/plain"));
     see(u"GET Api/Settings/Languages"_s, get(u"Api/Settings/Languages"_s));
     see(u"GET Api/Home/PendingFilms?after=N"_s, get(u"Api/Home/PendingFilms?after=9"_s));
     (void)put(settings, {{u"nativeLanguage"_s, u"deu"_s}});
