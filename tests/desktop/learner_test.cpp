@@ -311,6 +311,14 @@ class LearnerWithSubtitles : public Learner {
         return waitUntil(
             [&] { return line(id).startsWith(word) && (!word.isEmpty() || line(id).isEmpty()); });
     }
+    /// What there is for the lower line beside its timing.
+    void openRarelyUsed() {
+        clickIn(".timing-card:last-child summary");
+        ASSERT_TRUE(waitUntil([this] {
+            return inPage("document.querySelectorAll('.timing-card:last-child [open] option').length > 40") ==
+                   QLatin1String("true");
+        }));
+    }
     [[nodiscard]] bool waitForOffset(const char *text) const {
         return waitUntil([&] {
             return inPage("document.querySelector('.timing-card .offset').textContent") ==
@@ -370,6 +378,7 @@ TEST_F(LearnerWithSubtitles, ReadsAFileInTheLettersThatTheyChoose) {
     ASSERT_NO_FATAL_FAILURE(play());
     ASSERT_NO_FATAL_FAILURE(openPanel());
     ASSERT_TRUE(waitForLine("native", text));
+    ASSERT_NO_FATAL_FAILURE(openRarelyUsed());
     const auto choose = [this](const char *guess) {
         clickIn(".timing-card:last-child .wrong-letters");
         ASSERT_TRUE(waitUntil([this] {
@@ -387,7 +396,7 @@ TEST_F(LearnerWithSubtitles, ReadsAFileInTheLettersThatTheyChoose) {
     EXPECT_TRUE(waitForLine("native", text)) << "the first guess was right";
 }
 
-TEST_F(LearnerWithSubtitles, AddsAFileByTheProgramsChooser) {
+TEST_F(LearnerWithSubtitles, AddsAFileByTheProgramsChooserAndTakesItOut) {
     const QTemporaryDir elsewhere;
     QFile file(elsewhere.filePath(QStringLiteral("mine.srt")));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -406,8 +415,28 @@ TEST_F(LearnerWithSubtitles, AddsAFileByTheProgramsChooser) {
     atChooser.start(50ms);
     clickIn(".adder button");
     EXPECT_TRUE(waitForLine("native", QStringLiteral("mine"))) << "its language is not known";
-    EXPECT_TRUE(waitUntil(
-        [this] { return inPage("document.querySelectorAll('tbody tr').length") == QLatin1String("4"); }));
+    const auto waitForRows = [this](const char *count) {
+        return waitUntil([this, count] {
+            return inPage("document.querySelectorAll('tbody tr').length") == QLatin1String(count);
+        });
+    };
+    EXPECT_TRUE(waitForRows("4"));
+    // They know better, and say so by keyboard: E, N goes past other languages with an E.
+    const char *language = "document.querySelector('.timing-card:last-child select.language')";
+    ASSERT_NO_FATAL_FAILURE(openRarelyUsed());
+    std::ignore = inPage(QByteArray(language) + ".focus()");
+    pressKey(QStringLiteral("e"));
+    pressKey(QStringLiteral("n"));
+    EXPECT_TRUE(waitUntil([this] {
+        return inPage("document.querySelector('.timing-card:last-child h3').textContent") ==
+               QLatin1String("English");
+    }));
+    clickIn("#subtitles-panel .remove");
+    EXPECT_TRUE(waitForRows("3"));
+    EXPECT_TRUE(waitUntil([this] { return line("native") != QLatin1String("mine"); }));
+    clickIn("#subtitles-panel .taken button");
+    EXPECT_TRUE(waitForLine("native", QStringLiteral("mine"))) << "as it was";
+    EXPECT_TRUE(waitForRows("4"));
 }
 
 } // namespace murvo::test

@@ -103,6 +103,21 @@ export class ServiceApi {
     return this.#put(`Subtitles/Encoding?subtitleId=${subtitleId}`, { encoding });
   }
 
+  /** { language: what the learner has said, found, languages: all known ones }. */
+  subtitleLanguage(subtitleId) {
+    return this.#ask(`Subtitles/Language?subtitleId=${subtitleId}`);
+  }
+
+  setSubtitleLanguage(subtitleId, language) {
+    return this.#put(`Subtitles/Language?subtitleId=${subtitleId}`, { language });
+  }
+
+  /** Takes a file that was added out of its film, or brings it back. */
+  setSubtitleRemoved(subtitleId, isRemoved) {
+    const method = isRemoved ? 'POST' : 'DELETE';
+    return this.#ask(`Subtitles/Removed?subtitleId=${subtitleId}`, { method, body: isRemoved ? '' : undefined });
+  }
+
   audioTracks(videoId) {
     return this.#ask(`MovieFile/AudioTracks?videoId=${videoId}`).then((reply) => reply.audioTracks);
   }

@@ -133,6 +133,18 @@ export class Subtitles {
     await this.load();
   }
 
+  /** code: what language it is in; empty: as it was found. */
+  async setLanguage(trackId, code) {
+    await this.api.setSubtitleLanguage(trackId, code);
+    await this.load();
+  }
+
+  /** Takes an added file out of the film, or brings it back as it was. */
+  async setRemoved(trackId, isRemoved) {
+    await this.api.setSubtitleRemoved(trackId, isRemoved);
+    await this.load();
+  }
+
   #saveLater(id, pauseMs) {
     clearTimeout(this.#timers.get(id));
     this.#timers.set(id, setTimeout(() => this.#save(id), pauseMs));

@@ -17,6 +17,7 @@ export class SubtitlePanel {
   #body;
   #reading;
   #said;
+  #taken; // the file that was taken out last can be brought back
   #cards;
   #listed = '';
 
@@ -28,15 +29,20 @@ export class SubtitlePanel {
     this.#panels = panels;
     this.#reading = create(document, 'p', { className: 'reading', role: 'status' });
     this.#said = create(document, 'p', { className: 'said', role: 'alert' });
+    this.#taken = create(document, 'p', { className: 'taken', role: 'status' });
     this.#body = create(document, 'tbody');
     this.#cards = lineNames.map((name) => new TimingCard(document, name, subtitles, film,
       (text) => { this.#said.textContent = text; }));
-    this.#panel.append(this.#heading(), this.#table(), this.#adder(), this.#said,
+    this.#panel.append(this.#heading(), this.#table(), this.#adder(), this.#taken, this.#said,
       ...this.#cards.map((card) => card.element));
     panels.add(panelName, {
       element: this.#panel,
       button: document.getElementById('subtitles'),
-      opened: () => { this.#said.textContent = ''; this.show(); },
+      opened: () => {
+        this.#said.textContent = '';
+        this.#taken.replaceChildren();
+        this.show();
+      },
       closed: () => { for (const card of this.#cards) card.closed(); },
     });
   }
@@ -115,11 +121,37 @@ export class SubtitlePanel {
     const title = create(this.#document, 'th', { scope: 'row' },
       create(this.#document, 'span', { className: 'name', textContent: name, lang: track.languageTag ?? '' }),
       create(this.#document, 'span', { className: 'details', textContent: details, title: details }));
+    if (track.source === 'added') title.prepend(this.#remover(track, name));
     const row = create(this.#document, 'tr', { className: track.error ? 'unusable' : '' }, title);
     lineNames.forEach((line, i) => {
       row.append(create(this.#document, 'td', {}, this.#radio(track, line, shown[i], name)));
     });
     return row;
+  }
+
+  #remover(track, name) {
+    const hint = t('subtitles.remove', { name: track.fileName });
+    return button(this.#document, { className: 'remove', ariaLabel: hint, title: hint },
+      () => this.#setRemoved(track, name, true), '×');
+  }
+
+  async #setRemoved(track, name, isRemoved) {
+    this.#said.textContent = '';
+    this.#taken.replaceChildren();
+    try {
+      await this.#subtitles.setRemoved(track.subtitleId, isRemoved);
+    } catch (error) {
+      this.#said.textContent = error.message;
+      return;
+    }
+    if (!isRemoved) {
+      this.#tell(t('subtitles.added', { name }));
+      return;
+    }
+    const undo = button(this.#document, { className: 'plain', textContent: t('fit.undo') },
+      () => this.#setRemoved(track, name, false));
+    this.#taken.replaceChildren(t('subtitles.removed', { name: track.fileName }), ' ', undo);
+    if (this.#panel === this.#document.activeElement) undo.focus(); // the keyboard was on what is gone
   }
 
   #radio(track, line, shownId, name) {

@@ -3,6 +3,7 @@
 import { button, create, setHidden } from '../../shared/elements.mjs';
 import { t } from '../../shared/texts.mjs';
 import { FilmFit } from './filmfit.mjs';
+import { LanguageChoice } from './languagechoice.mjs';
 import { LetterChoice } from './letterchoice.mjs';
 import { LinePicker } from './linepicker.mjs';
 import { trackName } from '../lines/subtitles.mjs';
@@ -26,6 +27,7 @@ export class TimingCard {
   #rates;
   #picker;
   #fit;
+  #language;
   #letters;
 
   /** failed(text): what the learner asked for could not be done. */
@@ -45,6 +47,7 @@ export class TimingCard {
     this.#picker = new LinePicker(document, film, this.#pick,
       (cue, positionMs) => this.#moveTo(startingAt(this.#line.timing, cue, positionMs)));
     this.#fit = new FilmFit(document, subtitles, name);
+    this.#language = new LanguageChoice(document, subtitles, name, failed);
     this.#letters = new LetterChoice(document, subtitles, name, failed);
     const step = (byMs, text, hint) => button(document, { 'data-title': hint, 'data-label': hint },
       () => this.#moveTo(shifted(this.#line.timing, byMs)), text);
@@ -55,8 +58,7 @@ export class TimingCard {
         step(-stepMs, '−', 'timing.stepEarlier'), this.#value, step(stepMs, '+', 'timing.stepLater'),
         this.#pick, this.#reset),
       this.#picker.element,
-      create(document, 'div', { className: 'row' }, this.#rates, this.#letters.button),
-      this.#letters.list);
+      this.#rarelyUsed());
   }
 
   show() {
@@ -70,6 +72,7 @@ export class TimingCard {
     setHidden(this.#reset, isUnmoved(line.timing), this.#pick);
     this.#showRate(line.timing);
     this.#fit.show();
+    this.#language.show();
     this.#letters.show();
   }
 
@@ -88,6 +91,18 @@ export class TimingCard {
 
   #moveTo(timing) {
     this.#subtitles.move(this.#name, timing);
+  }
+
+  #rarelyUsed() {
+    const summary = create(this.#document, 'summary', { 'data-text': 'subtitles.rare' });
+    // As with buttons, a click leaves the keyboard to the film.
+    summary.addEventListener('pointerdown', (event) => event.preventDefault());
+    const details = create(this.#document, 'details', {}, summary,
+      create(this.#document, 'div', { className: 'row' }, this.#letters.button, this.#language.element),
+      this.#letters.list,
+      create(this.#document, 'div', { className: 'row' }, this.#rates));
+    details.addEventListener('toggle', () => { if (details.open) details.scrollIntoView({ block: 'nearest' }); });
+    return details;
   }
 
   #rateChoice() {
