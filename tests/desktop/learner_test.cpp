@@ -406,7 +406,8 @@ TEST_F(LearnerWithSubtitles, AddsAFileByTheProgramsChooserAndTakesItOut) {
     // The chooser runs the event loop itself, within the click.
     QTimer atChooser;
     QObject::connect(&atChooser, &QTimer::timeout, [&] {
-        if (QApplication::activeModalWidget() == nullptr)
+        if (const QWidget *chooser = QApplication::activeModalWidget();
+            !chooser || !chooser->isActiveWindow())
             return;
         atChooser.stop();
         typeInstead(file.fileName());

@@ -14,8 +14,12 @@ namespace murvo::test {
 /// is no such chooser.
 [[nodiscard]] inline std::optional<QString> answerSaveChooser(const QString &path) {
     auto *chooser = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-    if (chooser == nullptr || !chooser->isActiveWindow())
+    if (chooser == nullptr)
         return std::nullopt;
+    if (!chooser->isActiveWindow()) { // a window manager may withhold the keyboard from what comes unasked
+        chooser->activateWindow();
+        return std::nullopt;
+    }
     QString suggested = chooser->selectedFiles().value(0);
     if (chooser->acceptMode() != QFileDialog::AcceptSave || path.isEmpty()) {
         chooser->reject();
