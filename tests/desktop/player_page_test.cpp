@@ -130,6 +130,12 @@ TEST_F(PlayerPage, HasNoSeriousFaultInAnyState) {
     typeInstead(QStringLiteral("the"));
     ASSERT_TRUE(waitInPage("String(document.querySelectorAll('#transcript-panel mark').length > 0)"));
     look("player-search");
+
+    ASSERT_NO_FATAL_FAILURE(openPanel("ctrl+comma", "settings-panel"));
+    std::ignore = inPage("document.querySelector('#settings-panel input[value=de]').click(); 1");
+    EXPECT_TRUE(
+        waitInPage("String(document.querySelector('#bar [data-action=home]').ariaLabel === 'Startseite')"))
+        << "all of the page speaks another language, whatever was open before";
 }
 
 TEST_F(PlayerPage, OffersToGoOnDrillsAndTellsAtTheEndWhatWasMet) {

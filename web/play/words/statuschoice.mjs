@@ -24,7 +24,7 @@ export class StatusChoice {
   show(status) {
     this.#status = status;
     this.element.setAttribute('aria-label', t('card.howWell'));
-    this.#said.dataset.label = t('card.howWell'); // not said: it shows while nothing else does
+    this.#said.dataset.unsaid = t('card.howWell'); // shows while nothing else does
     for (const [name, each] of this.#buttons) {
       each.setAttribute('aria-pressed', String(name === status));
       each.setAttribute('aria-label', t(`status.${name}`));
