@@ -31,15 +31,19 @@ QStringList usualFolders() {
     return folders;
 }
 
-// The text of its tables stands at the beginning. No more is read of a file that nobody has chosen.
+// A store says so in its first bytes; one of an earlier version that was saved, not copied by hand, has the
+// text of its tables at the beginning. No more is read of a file that nobody has chosen.
 bool isStore(const QString &path) {
     constexpr qint64 beginningBytes = 64 << 10;
+    constexpr qsizetype applicationIdPlace = 68;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return false;
     const QByteArray beginning = file.read(beginningBytes);
-    return beginning.startsWith("SQLite format 3") && beginning.contains("CREATE TABLE films") &&
-           beginning.contains("CREATE TABLE settings");
+    if (!beginning.startsWith("SQLite format 3"))
+        return false;
+    return beginning.mid(applicationIdPlace, 4) == "Murv" ||
+           (beginning.contains("CREATE TABLE films") && beginning.contains("CREATE TABLE settings"));
 }
 
 QString idOf(const QString &path) {

@@ -209,7 +209,15 @@ TEST_F(LearnerFileTest, ASavedFileIsFoundWherePeopleKeepThemAndBroughtBack) {
     put(u"My English, old.sqlite"_s, saved.left(saved.size() / 2));
     put(u"Downloads/murvo-notes.sqlite"_s, "my own notes");
     put(u"other.sqlite"_s, made({{1, u"CREATE TABLE notes (id INTEGER);"_s}}, ""));
-    ASSERT_TRUE(QFile::link(QStringLiteral("/dev/zero"), home.filePath(u"murvo-zero.sqlite"_s)));
+    // Copied by hand, of a program that has known the learner since its first version.
+    QList<Database::SchemaStep> steps = Database::builtInSteps();
+    steps.first().sql += u"INSERT INTO films VALUES (1, 'a', 'b', hex(zeroblob(100000)));\n"_s;
+    const QByteArray copied = made(steps, "");
+    ASSERT_FALSE(copied.first(65'536).contains("CREATE TABLE films"));
+    put(u"murvo.sqlite"_s, copied);
+    const QTemporaryDir elsewhere;
+    ASSERT_TRUE(QFile::copy(home.filePath(u"Downloads/murvo (1).sqlite"_s), elsewhere.filePath(u"a"_s)));
+    ASSERT_TRUE(QFile::link(elsewhere.filePath(u"a"_s), home.filePath(u"murvo-link.sqlite"_s)));
     mark(u"later"_s);
 
     const QString list = u"Api/Learner/Saved"_s;
@@ -224,7 +232,7 @@ TEST_F(LearnerFileTest, ASavedFileIsFoundWherePeopleKeepThemAndBroughtBack) {
                     "application/json");
     };
     EXPECT_EQ(QSet<QString>(files().keyBegin(), files().keyEnd()),
-              (QSet<QString>{u"murvo (1).sqlite"_s, u"My English, old.sqlite"_s}));
+              (QSet<QString>{u"murvo (1).sqlite"_s, u"My English, old.sqlite"_s, u"murvo.sqlite"_s}));
     const QJsonObject found = files()[u"murvo (1).sqlite"_s];
     EXPECT_EQ(found["folderName"_L1], "Downloads"_L1);
     EXPECT_EQ(found["bytes"_L1].toInt(), saved.size());
