@@ -220,7 +220,7 @@ QList<FoundLine> LineTable::find(const LineQuery &sought, qint64 belowId, qint32
             connection, std::string("SELECT lines.id, subtitle_id, start_ms, end_ms, lines.text, film_id "
                                     "FROM line_texts CROSS JOIN lines ON lines.id = line_texts.rowid "
                                     "CROSS JOIN subtitles ON subtitles.id = subtitle_id "
-                                    "WHERE line_texts MATCH ?1 AND is_removed = 0 AND (?2 = '' OR ?2 = ") +
+                                    "WHERE line_texts MATCH ?1 AND (?2 = '' OR ?2 = ") +
                             likelyLanguage + ") " +
                             (belowId > 0 ? "AND line_texts.rowid < ?3 " : "AND ?3 = 0 ") +
                             "ORDER BY line_texts.rowid DESC LIMIT ?4");

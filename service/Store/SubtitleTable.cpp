@@ -107,12 +107,12 @@ void bindFindings(SQLite::Statement &update, int firstPlace, const SubtitleFindi
     update.bind(firstPlace + 2, findings.problem.toStdString());
 }
 
-// How a content was moved and which letters were chosen for it says nothing of another one.
+// How a content was moved, and which letters and language were chosen for it, says nothing of another one.
 void forgetWhatWasOfAnother(SQLite::Database &connection, qint32 subtitleId, const QByteArray &digest) {
     const char *isAnother = " AND content_sha256 IS NOT NULL AND content_sha256 <> ?)";
     for (const char *forget :
          {"DELETE FROM timings WHERE subtitle_id IN (SELECT id FROM subtitles WHERE id = ?",
-          "UPDATE subtitles SET encoding = '' WHERE id IN (SELECT id FROM subtitles "
+          "UPDATE subtitles SET encoding = '', chosen_language = '' WHERE id IN (SELECT id FROM subtitles "
           "WHERE id = ?"}) {
         SQLite::Statement statement(connection, std::string(forget) + isAnother);
         statement.bind(1, subtitleId);

@@ -75,8 +75,8 @@ class SubtitleTable {
     /// All subtitles of a film but those that were removed, oldest first.
     [[nodiscard]] QList<Subtitle> ofFilm(qint32 filmId);
 
-    /// Keeps the content and what was found in it; false when there is no such subtitle. The encoding and the
-    /// timing of another content are forgotten. On the disk when it returns.
+    /// Keeps the content and what was found in it; false when there is no such subtitle. Encoding, language
+    /// and timing that were chosen for another content are forgotten. On the disk when it returns.
     bool storeContent(qint32 subtitleId, const QByteArray &content, const SubtitleFindings &findings);
 
     /// Keeps the learner's encoding (empty: to be found) and what reading by it has found.

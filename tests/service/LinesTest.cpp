@@ -217,7 +217,7 @@ TEST_F(LinesTest, AnAddedFileCanBeTakenOutAndComesBackAsItWas) {
     EXPECT_TRUE(isAsBefore()) << "added again, it is the same";
 }
 
-TEST_F(LinesTest, AnotherContentForgetsTimingAndEncodingOfTheOneBefore) {
+TEST_F(LinesTest, AnotherContentForgetsWhatWasChosenForTheOneBefore) {
     writeFile(QStringLiteral("Film.fr.srt"), srt("D\xe9j\xe0 vu, gar\xe7on"));
     const QString film = LinesTest::film();
     const auto native = [&] { return linesOf(film)[QLatin1String("native")].toObject(); };
@@ -232,6 +232,8 @@ TEST_F(LinesTest, AnotherContentForgetsTimingAndEncodingOfTheOneBefore) {
                        {QStringLiteral("rateDenominator"), 1}});
     EXPECT_EQ(texts(native())[0].section(u' ', 1), guesses[1][QLatin1String("sample")].toString());
     EXPECT_EQ(native()[QLatin1String("timing")][QLatin1String("offsetMs")].toInt(), -30'000);
+    (void)put(QStringLiteral("Api/Subtitles/Language") + query,
+              {{QStringLiteral("language"), QStringLiteral("eng")}});
     writeFile(QStringLiteral("Film.fr.srt"), srt("Déjà vu, garçon"));
     EXPECT_EQ(texts(native())[0].section(u' ', 1), QStringLiteral("Déjà vu, garçon"));
     EXPECT_EQ(native()[QLatin1String("timing")][QLatin1String("offsetMs")].toInt(-1), 0);
