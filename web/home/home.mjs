@@ -62,7 +62,10 @@ const search = new SearchView(document, api, tools);
 const lists = new ListsPanel(document, api, {
   imported: () => { words.refresh(); refreshCounts(); },
   // What still waits is of the words and films that are here now.
-  beforeBringing: () => Promise.all([removal.carryOut(), preferences.saveNow()]),
+  beforeBringing: async () => {
+    await Promise.all([removal.carryOut(), preferences.saveNow()]);
+    await api.settled();
+  },
   broughtBack: () => {
     sessionStorage.setItem(toTellNext, 'lists.learnerDone');
     location.reload();

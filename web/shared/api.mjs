@@ -6,6 +6,7 @@ import { hasText, t } from './texts.mjs';
 
 export class ServiceApi {
   #base;
+  #writes = new Set(); // on their way
 
   /** base: the address of "Api/", below the service's token. */
   constructor(base) {
@@ -109,7 +110,7 @@ export class ServiceApi {
   }
 
   setSubtitleLanguage(subtitleId, language) {
-    return this.#put(`Subtitles/Language?subtitleId=${subtitleId}`, { language });
+    return this.#put(`Subtitles/Language?subtitleId=${subtitleId}`, { language }, { keepalive: true });
   }
 
   /** Takes a file that was added out of its film, or brings it back. */
@@ -264,7 +265,22 @@ export class ServiceApi {
     return this.#ask(path, { ...options, method: 'PUT', body: JSON.stringify(body) });
   }
 
-  async #ask(path, options) {
+  /** Settles when nothing is on its way that may change what the service keeps. */
+  async settled() {
+    while (this.#writes.size > 0) await Promise.allSettled(this.#writes);
+  }
+
+  #ask(path, options) {
+    const reply = this.#fetch(path, options);
+    if (options?.method) {
+      this.#writes.add(reply);
+      const done = () => this.#writes.delete(reply);
+      reply.then(done, done);
+    }
+    return reply;
+  }
+
+  async #fetch(path, options) {
     const response = await fetch(new URL(path, this.#base), options).catch(() => {
       throw new Error(t('error.unreachable'));
     });

@@ -23,7 +23,7 @@ export class LearnerPart {
   #polling = new Polling(() => this.#look(), pollMs);
 
   /**
-   * tools: { beforeBringing() settles when the pages have nothing more to write of what is here now, broughtBack(): all
+   * tools: { busy(isBusy): whether a file is being brought back, beforeBringing() settles when the pages have nothing more to write of what is here now, broughtBack(): all
    * that the pages show is another's }.
    */
   constructor(document, api, tools) {
@@ -39,11 +39,7 @@ export class LearnerPart {
           className: 'field', href: api.learnerFileAddress, download: '', textContent: t('lists.learnerSave'),
         })),
       create(document, 'p', { textContent: t('lists.learnerBack') }), this.#list, this.#state);
-  }
-
-  /** Whether a file is being brought back: nothing else is to be begun then. */
-  get isBusy() {
-    return this.#isBusy;
+    this.element.tabIndex = -1;
   }
 
   opened() {
@@ -56,21 +52,24 @@ export class LearnerPart {
 
   // A file that is put into its folder meanwhile is listed, too.
   async #look() {
+    let files = null;
+    let problem = '';
     try {
-      await this.#load();
-      if (this.#isUnread) setText(this.#state, '');
-      this.#isUnread = false;
+      files = await this.#api.savedLearnerFiles();
     } catch (error) {
-      this.#isUnread = true;
-      setText(this.#state, error.message);
+      problem = error.message;
     }
+    if (this.#isBusy) return;
+    if (problem || this.#isUnread) setText(this.#state, problem);
+    this.#isUnread = Boolean(problem);
+    if (files) this.#take(files);
   }
 
-  async #load() {
-    const files = await this.#api.savedLearnerFiles();
-    if (this.#isBusy || JSON.stringify(files) === JSON.stringify(this.#files)) return;
+  #take(files) {
+    if (JSON.stringify(files) === JSON.stringify(this.#files)) return;
     const focused = this.#list.contains(this.#document.activeElement) && this.#document.activeElement.closest('li');
     this.#files = files;
+    if (!files.some(({ id }) => id === this.#askedOf)) this.#askedOf = null;
     this.#show();
     if (focused) this.#focus(focused.dataset.file);
   }
@@ -109,14 +108,14 @@ export class LearnerPart {
 
   async #bring(file) {
     if (this.#isBusy) return;
-    this.#isBusy = true;
+    this.#setBusy(true);
     setText(this.#state, t('lists.learnerBringing'));
     try {
       await this.#tools.beforeBringing();
       await this.#api.bringBackLearnerFile(file.id);
       this.#tools.broughtBack();
     } catch (error) {
-      this.#isBusy = false;
+      this.#setBusy(false);
       this.#askedOf = null;
       this.#show();
       setText(this.#state, error.message);
@@ -124,9 +123,15 @@ export class LearnerPart {
     }
   }
 
-  // To what does no harm.
+  #setBusy(isBusy) {
+    this.#isBusy = isBusy;
+    this.#tools.busy(isBusy);
+  }
+
+  // To what does no harm; to all of it when the file has gone.
   #focus(id) {
-    this.#list.querySelector(`[data-file="${id}"] button:last-child`)?.focus();
+    const choice = this.#list.querySelector(`[data-file="${id}"] button:last-child`);
+    (choice ?? this.element).focus();
   }
 }
 

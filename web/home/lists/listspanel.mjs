@@ -15,6 +15,7 @@ export class ListsPanel {
   #tools;
   #dialog;
   #parts = [];
+  #isBusy = false; // all is being replaced: nothing else is to be begun
 
   /** tools: { imported() when words have come, beforeBringing() and broughtBack() as LearnerPart has them }. */
   constructor(document, api, tools) {
@@ -35,10 +36,6 @@ export class ListsPanel {
     for (const part of this.#parts) part.opened?.();
   }
 
-  get #isBusy() {
-    return this.#parts.some((part) => part.isBusy);
-  }
-
   #close() {
     if (!this.#isBusy) this.#dialog.close();
   }
@@ -46,18 +43,24 @@ export class ListsPanel {
   // Anew each time, in the language of then.
   #build() {
     const d = this.#document;
-    this.#parts = [
-      new PackagePart(d, this.#api),
-      new AnkiPart(d, this.#api),
-      new ImportPart(d, this.#api, this.#tools.imported),
-      new LearnerPart(d, this.#api, this.#tools),
+    const before = [
+      new PackagePart(d, this.#api), new AnkiPart(d, this.#api), new ImportPart(d, this.#api, this.#tools.imported),
     ];
+    const others = [this.#filePart(), ...before.map((part) => part.element)];
+    const learners = new LearnerPart(d, this.#api, {
+      ...this.#tools,
+      busy: (isBusy) => {
+        this.#isBusy = isBusy;
+        for (const each of others) each.inert = isBusy;
+      },
+    });
+    this.#parts = [...before, learners];
     const closing = { className: 'close', ariaLabel: t('close') };
     const title = { id: 'lists-title', tabIndex: -1, autofocus: true, textContent: t('lists.title') };
     this.#dialog.replaceChildren(
       create(d, 'header', {}, create(d, 'h2', title), button(d, closing, () => this.#close())),
       create(d, 'div', { className: 'parts', tabIndex: 0, role: 'group', 'aria-labelledby': 'lists-title' },
-        this.#filePart(), ...this.#parts.map((part) => part.element)));
+        ...others, learners.element));
   }
 
   #filePart() {
