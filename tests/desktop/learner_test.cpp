@@ -311,13 +311,24 @@ class LearnerWithSubtitles : public Learner {
         return waitUntil(
             [&] { return line(id).startsWith(word) && (!word.isEmpty() || line(id).isEmpty()); });
     }
-    /// What there is for the lower line beside its timing.
-    void openRarelyUsed() {
-        clickIn(".timing-card:last-child summary");
-        ASSERT_TRUE(waitUntil([this] {
-            return inPage("document.querySelectorAll('.timing-card:last-child [open] option').length > 40") ==
-                   QLatin1String("true");
+    /// What there is for a line beside its timing. card: a selector of its card in the panel.
+    void openRarelyUsed(const QByteArray &card) {
+        clickIn((card + " summary").constData());
+        ASSERT_TRUE(waitUntil(
+            [&] { return isInPage("document.querySelectorAll('" + card + " [open] option').length > 40"); }));
+    }
+    /// By keyboard: E, N goes past other languages with an E.
+    void chooseEnglish(const QByteArray &card) {
+        ASSERT_NO_FATAL_FAILURE(openRarelyUsed(card));
+        std::ignore = inPage(("document.querySelector('" + card + " select.language').focus()").constData());
+        pressKey(QStringLiteral("e"));
+        pressKey(QStringLiteral("n"));
+        ASSERT_TRUE(waitUntil([&] {
+            return isInPage("document.querySelector('" + card + " select.language').value === 'eng'");
         }));
+    }
+    [[nodiscard]] bool isInPage(const QByteArray &condition) const {
+        return inPage(condition.constData()) == QLatin1String("true");
     }
     [[nodiscard]] bool waitForOffset(const char *text) const {
         return waitUntil([&] {
@@ -378,7 +389,7 @@ TEST_F(LearnerWithSubtitles, ReadsAFileInTheLettersThatTheyChoose) {
     ASSERT_NO_FATAL_FAILURE(play());
     ASSERT_NO_FATAL_FAILURE(openPanel());
     ASSERT_TRUE(waitForLine("native", text));
-    ASSERT_NO_FATAL_FAILURE(openRarelyUsed());
+    ASSERT_NO_FATAL_FAILURE(openRarelyUsed(".timing-card:last-child"));
     const auto choose = [this](const char *guess) {
         clickIn(".timing-card:last-child .wrong-letters");
         ASSERT_TRUE(waitUntil([this] {
@@ -422,22 +433,35 @@ TEST_F(LearnerWithSubtitles, AddsAFileByTheProgramsChooserAndTakesItOut) {
         });
     };
     EXPECT_TRUE(waitForRows("4"));
-    // They know better, and say so by keyboard: E, N goes past other languages with an E.
-    const char *language = "document.querySelector('.timing-card:last-child select.language')";
-    ASSERT_NO_FATAL_FAILURE(openRarelyUsed());
-    std::ignore = inPage(QByteArray(language) + ".focus()");
-    pressKey(QStringLiteral("e"));
-    pressKey(QStringLiteral("n"));
+    ASSERT_NO_FATAL_FAILURE(chooseEnglish(".timing-card:last-child"));
     EXPECT_TRUE(waitUntil([this] {
-        return inPage("document.querySelector('.timing-card:last-child h3').textContent") ==
-               QLatin1String("English");
+        return isInPage("document.querySelector('.timing-card:last-child h3').textContent === 'English'");
     }));
+
     clickIn("#subtitles-panel .remove");
     EXPECT_TRUE(waitForRows("3"));
     EXPECT_TRUE(waitUntil([this] { return line("native") != QLatin1String("mine"); }));
-    clickIn("#subtitles-panel .taken button");
+    EXPECT_TRUE(isInPage("document.querySelector('.taken button') !== document.activeElement"))
+        << "the space bar is the film's still";
+    std::ignore = inPage("document.querySelector('.taken button').focus()");
+    pressKey(QStringLiteral("Return"));
     EXPECT_TRUE(waitForLine("native", QStringLiteral("mine"))) << "as it was";
     EXPECT_TRUE(waitForRows("4"));
+    EXPECT_TRUE(waitUntil([this] { return isInPage("document.activeElement.matches('.remove')"); }))
+        << "the keyboard is where it was before";
+}
+
+TEST_F(LearnerWithSubtitles, SaysThatAFileIsEnglishAndHasItsWords) {
+    writeBeside(QStringLiteral(".srt"), subtitles("harbour", 9)); // too little to tell a language by
+    ASSERT_NO_FATAL_FAILURE(play());
+    ASSERT_TRUE(waitForLine("learned", QStringLiteral("harbour")));
+    const auto isMarked = [this] { return isInPage("!!document.querySelector('#learned .word.unknown')"); };
+    pressKey(QStringLiteral("t"));
+    ASSERT_TRUE(waitUntil([this] { return isInPage("!document.getElementById('subtitles-panel').hidden"); }));
+    EXPECT_FALSE(isMarked());
+    ASSERT_NO_FATAL_FAILURE(chooseEnglish(".timing-card"));
+    clickIn("#subtitles-panel .close"); // before the choice has rested
+    EXPECT_TRUE(waitUntil(isMarked));
 }
 
 } // namespace murvo::test

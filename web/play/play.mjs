@@ -188,6 +188,7 @@ function show() {
   subtitlePanel.update();
   endCard.update(film.ended);
   showWaiting();
+  notice.place();
   // Behind a bar that nobody sees nothing needs to be drawn.
   if (!isBarSeen() && film.playing) return;
   controls.show();
@@ -212,7 +213,8 @@ function showSubtitles() {
   const shown = lineNames.filter((name) => subtitles.line(name));
   const isEnglish = Boolean(learned) && ['eng', ''].includes(learned.language);
   shownLines.view('learned').setWords(isEnglish ? (word) => words.classOf(word) : null);
-  const wanted = isEnglish ? `${learned.subtitleId} ${subtitles.isReadingFilm}` : null; // there are more at its end
+  // There are more when the film has been read, and when the learner has said that it is English.
+  const wanted = isEnglish ? [learned.subtitleId, learned.language, subtitles.isReadingFilm].join(' ') : null;
   if (wanted && wanted !== wordsAskedFor) words.loadQuietly();
   wordsAskedFor = wanted;
   const first = shown[0] ?? lineNames[0];
@@ -296,6 +298,7 @@ onPicturePresses(element('picture'), {
 addEventListener('wheel', (event) => { if (event.ctrlKey) event.preventDefault(); }, { passive: false });
 addEventListener('pagehide', () => {
   subtitles.saveNow();
+  subtitlePanel.saveNow();
   preferences.saveNow();
   watching.saveNow();
   volume.saveNow();

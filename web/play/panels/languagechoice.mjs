@@ -16,8 +16,8 @@ export class LanguageChoice {
   #select;
   #asFound;
   #foundName = ''; // of the language; empty: not known
-  #shownFor = 0;
-  #resting = null;
+  #shown = { subtitleId: 0, as: '' };
+  #waiting = null; // { subtitleId, language, timer }: chosen, and not saved yet
 
   /** failed(text): what the learner asked for could not be done; empty: nothing is wrong any more. */
   constructor(document, subtitles, name, failed) {
@@ -27,54 +27,76 @@ export class LanguageChoice {
     this.#failed = failed;
     this.#asFound = create(document, 'option', { value: '' });
     this.#select = create(document, 'select', { className: 'language' }, this.#asFound);
-    this.#select.addEventListener('change', () => {
-      clearTimeout(this.#resting);
-      this.#resting = setTimeout(() => this.#choose(), restMs);
-    });
+    this.#select.addEventListener('change', () => this.#chosen());
     this.element = create(document, 'label', {},
       create(document, 'span', { 'data-text': 'subtitles.language' }), this.#select);
   }
 
   show() {
-    this.#asFound.textContent = t('subtitles.asFound', { name: this.#foundName || t('subtitles.unknownLanguage') });
-    const { subtitleId } = this.#subtitles.line(this.#name);
-    if (subtitleId !== this.#shownFor) this.#load(subtitleId);
+    const { subtitleId, language, cueCount } = this.#subtitles.line(this.#name);
+    const as = `${language} ${cueCount}`; // what tells its language may be another now
+    if (subtitleId !== this.#shown.subtitleId) {
+      this.saveNow();
+      this.#foundName = '';
+      this.#select.replaceChildren(this.#asFound); // no others to choose from until they come
+    }
+    if (subtitleId !== this.#shown.subtitleId || as !== this.#shown.as) this.#load({ subtitleId, as });
+    this.#nameFound();
   }
 
-  async #load(subtitleId) {
-    clearTimeout(this.#resting); // it was meant for another one
-    this.#shownFor = subtitleId;
-    this.#select.replaceChildren(this.#asFound); // no others to choose from until they come
-    let told = null;
+  closed() {
+    this.saveNow();
+    this.#shown = { subtitleId: 0, as: '' }; // the next time it is looked up again
+  }
+
+  /** Saves at once what is not saved yet. */
+  saveNow() {
+    if (this.#waiting) this.#save();
+  }
+
+  #nameFound() {
+    this.#asFound.textContent = t('subtitles.asFound', { name: this.#foundName || t('subtitles.unknownLanguage') });
+  }
+
+  async #load(shown) {
+    this.#shown = shown;
     try {
-      told = await this.#subtitles.api.subtitleLanguage(subtitleId);
+      const told = await this.#subtitles.api.subtitleLanguage(shown.subtitleId);
+      if (shown === this.#shown) this.#offer(told);
     } catch (error) {
       console.warn(error.message); // what was found holds
     }
-    if (subtitleId !== this.#shownFor) return;
-    if (told) this.#offer(told);
-    else this.#shownFor = 0; // the next time, perhaps
   }
 
   #offer({ language, found, languages }) {
     const option = ({ code, languageTag, nativeName }) =>
       create(this.#document, 'option', { value: code, lang: languageTag, textContent: nativeName });
-    const byName = new Intl.Collator('en').compare;
-    const sorted = [...languages].sort((a, b) => byName(a.nativeName, b.nativeName));
+    if (this.#select.options.length === 1) {
+      const byName = new Intl.Collator('en').compare;
+      const sorted = [...languages].sort((a, b) => byName(a.nativeName, b.nativeName));
+      this.#select.append(...sorted.map(option));
+    }
     this.#foundName = languages.find(({ code }) => code === found)?.nativeName ?? '';
-    this.#select.replaceChildren(this.#asFound, ...sorted.map(option));
-    this.#select.value = language;
-    this.show();
+    this.#nameFound();
+    if (!this.#waiting) this.#select.value = language;
   }
 
-  async #choose() {
-    const subtitleId = this.#shownFor;
+  #chosen() {
+    clearTimeout(this.#waiting?.timer);
+    const timer = setTimeout(() => this.#save(), restMs);
+    this.#waiting = { subtitleId: this.#shown.subtitleId, language: this.#select.value, timer };
+  }
+
+  async #save() {
+    const { subtitleId, language, timer } = this.#waiting;
+    clearTimeout(timer);
+    this.#waiting = null;
     this.#failed('');
     try {
-      await this.#subtitles.setLanguage(subtitleId, this.#select.value);
+      await this.#subtitles.setLanguage(subtitleId, language);
     } catch (error) {
       this.#failed(error.message);
-      this.#load(subtitleId); // shows what holds
+      if (this.#shown.subtitleId === subtitleId) this.#load(this.#shown); // shows what holds
     }
   }
 }

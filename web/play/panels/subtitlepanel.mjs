@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+import { isolated } from '../../shared/direction.mjs';
 import { button, create, keepFocus } from '../../shared/elements.mjs';
 import { spokenLanguage, t } from '../../shared/texts.mjs';
 import { lineNames, trackDetails, trackName } from '../lines/subtitles.mjs';
 import { TimingCard } from './timingcard.mjs';
 
 const panelName = 'subtitles';
+const removerId = ({ subtitleId }) => `remove-${subtitleId}`;
 const lineTitle = (name) => t(`subtitles.line.${name}`);
 
 /** The panel of subtitles: which track is which line, files of the learner's own, and the timing of what is shown. */
@@ -51,6 +53,11 @@ export class SubtitlePanel {
   show() {
     if (!this.#panels.isOpen(panelName)) return;
     keepFocus(this.#panel, () => this.#draw());
+  }
+
+  /** Saves at once what is not saved yet: the page is about to go. */
+  saveNow() {
+    for (const card of this.#cards) card.saveNow();
   }
 
   /** To be called after changes of the film. */
@@ -118,7 +125,7 @@ export class SubtitlePanel {
   #row(track, shown) {
     const name = track.subtitleId ? trackName(track) : t('subtitles.none');
     const details = track.subtitleId ? trackDetails(track) : '';
-    const title = create(this.#document, 'th', { scope: 'row' },
+    const title = create(this.#document, 'th', { scope: 'row', ariaLabel: [name, details].filter(Boolean).join(', ') },
       create(this.#document, 'span', { className: 'name', textContent: name, lang: track.languageTag ?? '' }),
       create(this.#document, 'span', { className: 'details', textContent: details, title: details }));
     if (track.source === 'added') title.prepend(this.#remover(track, name));
@@ -131,27 +138,37 @@ export class SubtitlePanel {
 
   #remover(track, name) {
     const hint = t('subtitles.remove', { name: track.fileName });
-    return button(this.#document, { className: 'remove', ariaLabel: hint, title: hint },
-      () => this.#setRemoved(track, name, true), '×');
+    return button(this.#document, { id: removerId(track), className: 'remove', ariaLabel: hint, title: hint },
+      () => this.#remove(track, name), '×');
   }
 
-  async #setRemoved(track, name, isRemoved) {
-    this.#said.textContent = '';
+  async #remove(track, name) {
+    const undo = button(this.#document, { className: 'plain', textContent: t('fit.undo') },
+      () => this.#bringBack(track, name, undo));
+    const hadFocus = this.#document.activeElement?.id === removerId(track);
+    if (!await this.#setRemoved(track, true)) return;
+    this.#taken.replaceChildren(t('subtitles.removed', { name: isolated(track.fileName) }), ' ', undo);
+    if (hadFocus) undo.focus(); // what had the keyboard is gone
+  }
+
+  async #bringBack(track, name, undo) {
+    const hadFocus = this.#document.activeElement === undo;
+    if (!await this.#setRemoved(track, false)) return;
     this.#taken.replaceChildren();
+    this.#tell(t('subtitles.added', { name }));
+    if (hadFocus) this.#document.getElementById(removerId(track))?.focus();
+  }
+
+  // Whether it could be done.
+  async #setRemoved({ subtitleId }, isRemoved) {
+    this.#said.textContent = '';
     try {
-      await this.#subtitles.setRemoved(track.subtitleId, isRemoved);
+      await this.#subtitles.setRemoved(subtitleId, isRemoved);
+      return true;
     } catch (error) {
       this.#said.textContent = error.message;
-      return;
+      return false;
     }
-    if (!isRemoved) {
-      this.#tell(t('subtitles.added', { name }));
-      return;
-    }
-    const undo = button(this.#document, { className: 'plain', textContent: t('fit.undo') },
-      () => this.#setRemoved(track, name, false));
-    this.#taken.replaceChildren(t('subtitles.removed', { name: track.fileName }), ' ', undo);
-    if (this.#panel === this.#document.activeElement) undo.focus(); // the keyboard was on what is gone
   }
 
   #radio(track, line, shownId, name) {

@@ -83,6 +83,12 @@ export class TimingCard {
 
   closed() {
     this.#picker.close();
+    this.#language.closed();
+  }
+
+  /** Saves at once what is not saved yet. */
+  saveNow() {
+    this.#language.saveNow();
   }
 
   get #line() {
