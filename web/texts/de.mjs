@@ -585,7 +585,7 @@ export default {
   'practice.seconds': '{seconds} s',
   'practice.afterLines': 'Nach jeder Zeile',
   'practice.autoPause': 'Auto-Pause',
-  'practice.autoPause.does': 'Auto-Pause: Der Film hält nach jeder Zeile an. Mit {key} geht er weiter.',
+  'practice.autoPause.does': 'Auto-Pause: Der Film hält nach jeder Zeile an. {key} setzt ihn fort.',
   'practice.autoPauseHard': 'Auto-Pause: unbekannte Wörter',
   'practice.hardOnly': 'Nur nach Zeilen mit unbekanntem Wort',
   'practice.thisLine': 'Diese Zeile',

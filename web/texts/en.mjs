@@ -362,7 +362,7 @@ export default {
   'lists.learnerFile': '{file}, in {folder}',
   'lists.learnerAsk': 'All that is here gives way to what the file has. It is kept as a file of this list.',
   'lists.learnerReplace': 'Replace everything',
-  'lists.learnerBringing': 'Bringing it back …',
+  'lists.learnerBringing': 'Bringing it back…',
   'lists.learnerDone': 'All that the file has is here now.',
 
   // Search

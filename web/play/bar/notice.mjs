@@ -19,16 +19,30 @@ export class Notice {
   say(text, forMs = readingMs(text)) {
     clearTimeout(this.#timer);
     this.#element.textContent = text;
-    this.#place();
-    this.#timer = setTimeout(() => { this.#element.textContent = ''; }, forMs);
+    this.place();
+    this.#timer = setTimeout(() => {
+      this.#element.textContent = '';
+      this.#stand(null);
+    }, forMs);
   }
 
-  #place() {
-    const { ownerDocument, style } = this.#element;
+  /** To be called when cards may have come or gone. */
+  place() {
+    if (this.#element.textContent === '') return;
+    const { ownerDocument } = this.#element;
     const cards = [...ownerDocument.querySelectorAll('.glass:not([hidden])')].map((card) => card.getBoundingClientRect());
-    Object.assign(style, { left: '', maxWidth: '' });
-    const place = noticePlace(ownerDocument.defaultView.innerWidth, this.#element.getBoundingClientRect().bottom, cards);
-    if (place) Object.assign(style, { left: `${place.middle}px`, maxWidth: `${place.maxWidth}px` });
+    this.#stand(null);
+    // In a narrow stretch it reaches further down, and something else may be in its way there.
+    for (let i = 0; i < 2; i += 1) {
+      const { bottom } = this.#element.getBoundingClientRect();
+      this.#stand(noticePlace(ownerDocument.defaultView.innerWidth, bottom, cards));
+    }
+  }
+
+  #stand(place) {
+    const { style } = this.#element;
+    style.left = place ? `${place.middle}px` : '';
+    style.maxWidth = place ? `${place.maxWidth}px` : '';
   }
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+import { fromLeftToRight } from '../../shared/direction.mjs';
 import { t } from '../../shared/texts.mjs';
 import { keyName } from '../keys/keyname.mjs';
 import { LineTools } from './linetools.mjs';
@@ -115,7 +116,7 @@ export class Practice {
     if (told.includes(name)) return false;
     this.#preferences.change('practice', { told: [...told, name] });
     const key = this.#keyOf('togglePlay');
-    this.#say(t(`practice.${name}.does`, { key: key ? keyName(key) : t('bar.play') }));
+    this.#say(t(`practice.${name}.does`, { key: key ? fromLeftToRight(keyName(key)) : t('bar.play') }));
     return true;
   }
 }
