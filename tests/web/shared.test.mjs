@@ -73,6 +73,34 @@ test('a failure says what is known of it, else what the service says', async (co
   await assert.rejects(api.filmLines(7), /does not answer/);
 });
 
+test('what changes something is waited for to its end, well or ill, and what only asks is not', async (context) => {
+  const api = new ServiceApi(new URL('http://127.0.0.1:1/t/Api/'));
+  const open = [];
+  context.mock.method(globalThis, 'fetch', (url) => new Promise((settle, fail) => { open.push({ url, settle, fail }); }));
+  let isSettled = false;
+  const settled = () => api.settled().then(() => { isSettled = true; });
+  const turn = () => new Promise((settle) => { setImmediate(settle); });
+  api.filmLines(7).catch(() => {});
+  await settled();
+  assert.ok(isSettled);
+
+  isSettled = false;
+  const [ill, well] = [api.importWords('sea'), api.changeSettings({ volumePercent: 50 })];
+  ill.catch(() => {});
+  settled();
+  open.find(({ url }) => String(url).includes('Import')).fail(new TypeError('Failed to fetch'));
+  await turn();
+  assert.equal(isSettled, false);
+  const last = api.undoGrade(); // begun while it waits
+  open.find(({ url }) => String(url).endsWith('Settings')).settle(new Response('{}'));
+  await turn();
+  assert.equal(isSettled, false);
+  open.at(-1).settle(new Response('{}'));
+  await Promise.all([well, last]);
+  await turn();
+  assert.ok(isSettled);
+});
+
 test('stripping the flag\'s classes as the player does leaves the bare code', () => {
   const stripped = flagClass('fra').replace('flag', '').replace('small', '').replace(' ', '').replace(' ', '');
   assert.equal(stripped, 'fra');
