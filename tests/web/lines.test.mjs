@@ -88,6 +88,15 @@ test('replay repeats the line that is heard, or the one just over', () => {
   assert.equal(steps.jump(0, 500), null);
 });
 
+test('what waits before the line that it was sent to tells when that begins', () => {
+  const steps = new LineSteps(new CueIndex([cue(1200, 1900, 'a'), cue(2700, 3500, 'b')]));
+  assert.equal(steps.startAhead(1100), null, 'sent nowhere');
+  steps.goTo(1);
+  assert.deepEqual([1980, 2000, 2699, 2700].map((time) => steps.startAhead(time)), [2700, 2700, 2700, null]);
+  steps.goTo(1);
+  assert.equal(steps.startAhead(1000), null, 'elsewhere');
+});
+
 test('the line asked for is forgotten once the film is elsewhere', () => {
   const steps = new LineSteps(index);
   steps.jump(1, 6000);
@@ -116,4 +125,8 @@ test('a line appears at its time and nothing is drawn in between', (context) => 
   film.setPlaying(false);
   timers.pass(3000);
   assert.equal(drawn.length, 4);
+  film.stepBy(track);
+  film.goToLine(1); // a second's beginning, within the line before
+  driver.update();
+  assert.deepEqual(drawn.slice(4).map(([, text]) => text), ['C'], 'the line that the film waits before');
 });

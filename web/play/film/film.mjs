@@ -60,6 +60,13 @@ export class Film {
     return this.clock.position(this.#now());
   }
 
+  /** The time of which the lines show: a film that waits right before the line that it was sent to shows that line. */
+  get shownMs() {
+    const position = this.positionMs;
+    if (this.playing || position === null) return position;
+    return this.#steps?.startAhead(position) ?? position;
+  }
+
   /** Where the film is when a command that is given now takes effect; null before the first report. */
   get commandMs() {
     const now = this.#now();

@@ -26,7 +26,7 @@ export class LinesDriver {
   update() {
     clearTimeout(this.#timer);
     this.#timer = null;
-    const position = this.#film.positionMs;
+    const position = this.#film.shownMs;
     if (position === null) return;
     let next = Infinity;
     for (const { index, view } of this.#tracks) {

@@ -27,6 +27,13 @@ export class LineSteps {
     return this.#index.lastStarted(time - justBegunMs);
   }
 
+  /** When the line begins that was jumped to and has not begun yet at time; null when there is none. */
+  startAhead(time) {
+    const place = this.current(time);
+    const cue = place === this.#asked ? this.#index.cues[place] : null;
+    return cue && cue.startMs > time ? cue.startMs : null;
+  }
+
   /** The line to jump to; null when there is none. step: -1 the line before, 0 the same again, 1 the next. */
   jump(step, time) {
     const wanted = this.current(time) + step;

@@ -43,7 +43,7 @@ export function shifted(timing, byMs) {
 
 /** The timing by which the cue, given in its own time, begins at positionMs of the film. */
 export function startingAt(timing, cue, positionMs) {
-  return shifted(timing, Math.round(positionMs) - filmTime(cue.startMs, timing));
+  return shifted(timing, Math.floor(positionMs) - filmTime(cue.startMs, timing));
 }
 
 /**
