@@ -252,10 +252,34 @@ TEST_F(HomePage, BringsBackAllThatWasSaved) {
 TEST_F(HomePage, GoesOnWithAFilmOfTheShelfOrSaysThatItHasMoved) {
     ASSERT_NO_FATAL_FAILURE(comeBackFromAFilm());
     ASSERT_NO_FATAL_FAILURE(waitFor("String(document.querySelectorAll('#shelf .film-open').length === 1)"));
+    // The page of the film has kept its own place meanwhile.
+    ASSERT_NO_FATAL_FAILURE(
+        send("PUT", "MovieFile/Watching?videoId=1", R"({"positionMs":9000,"durationMs":20000})"));
+    std::ignore = inHome("$(window).trigger('refreshLevel'); 1");
+    ASSERT_NO_FATAL_FAILURE(
+        waitFor("String(document.querySelector('#shelf .way span').style.width === '45%')"));
     click("#shelf .film-open");
     EXPECT_TRUE(waitUntil([this] { return player() && player()->isPlaying(); }, 20s));
     EXPECT_EQ(delegate->session().videoSourcePath, film);
+    EXPECT_TRUE(waitUntil([this] { return time() >= 9000; }, 5s)) << "where it was left";
     delegate->loadHomeScreen();
+    // From a line that was found, the film begins there.
+    click("#tab-search");
+    std::ignore = inHome("(f => { f.value = 'waves'; f.dispatchEvent(new Event('input')); })"
+                         "(document.querySelector('#search .field')); 1");
+    ASSERT_NO_FATAL_FAILURE(waitFor("String(document.querySelectorAll('#results .watch').length > 1)"));
+    const int startsAtS =
+        inHome(
+            "document.querySelector('#results li:last-child .watch').textContent.split(':').reduce((m, s) => "
+            "60 * m + Number(s), 0)")
+            .toInt();
+    ASSERT_GT(startsAtS, 0);
+    click("#results li:last-child .watch");
+    EXPECT_TRUE(
+        waitUntil([&] { return player() && player()->isPlaying() && time() >= startsAtS * 1000; }, 20s));
+    EXPECT_LT(time(), startsAtS * 1000 + 5000);
+    delegate->loadHomeScreen();
+    click("#tab-films");
     const QString elsewhere = film + QStringLiteral(".moved");
     ASSERT_TRUE(QFile::rename(film, elsewhere));
     std::ignore = inHome("$(window).trigger('refreshLevel'); 1");

@@ -5,6 +5,7 @@ import { beforeEach, test } from 'node:test';
 import { Film } from '../../web/play/film/film.mjs';
 import { SavedVolume } from '../../web/play/film/savedvolume.mjs';
 import { Watching, isOver, placeToOffer } from '../../web/play/film/watching.mjs';
+import { leavePlace, takePlace } from '../../web/shared/askedplace.mjs';
 import { FakeTimers } from './faketimers.mjs';
 
 const hour = 3_600_000;
@@ -15,11 +16,13 @@ let watching;
 let kept;
 let saved;
 let offers;
+let asked; // the place that the home page has left
 
 beforeEach(() => {
   clock = 0;
   saved = [];
   offers = [];
+  asked = null;
   kept = { positionMs: 0, durationMs: 0, speedPercent: 100, audioTrackId: null, isFinished: false };
   film = new Film({ execute: () => {} }, () => clock, () => watching.update());
   film.durationMs = hour;
@@ -31,6 +34,7 @@ beforeEach(() => {
   watching = new Watching(api, 7, film, () => clock, {
     show: (positionMs) => offers.push(positionMs),
     hide: () => { offers.push('hidden'); watching.settled(); },
+    asked: () => asked,
   }, tools);
 });
 
@@ -48,6 +52,35 @@ test('a film is offered to be gone on with where it was left in its middle, and 
   assert.equal(placeToOffer({ ...kept, positionMs: hour / 2, durationMs: hour }, 31_000), null, 'only the page is new');
   assert.equal(isOver(67_000, 70_000), true, 'of a short film five per cent');
   assert.equal(isOver(66_000, 70_000), false);
+});
+
+test('a film that was asked for at a place begins there, and nothing is offered', async () => {
+  kept = { ...kept, positionMs: hour / 2, durationMs: hour };
+  asked = 125_900;
+  await watching.load();
+  run(0.25);
+  assert.equal(film.positionMs, 125_000);
+  assert.deepEqual(offers, []);
+});
+
+test('a place on its way to the player is for one film, soon, and once', () => {
+  const kept = new Map();
+  const storage = { getItem: (name) => kept.get(name) ?? null, setItem: (name, text) => kept.set(name, text), removeItem: (name) => kept.delete(name) };
+  const taken = (videoId, nowMs) => takePlace(storage, videoId, nowMs);
+  const leave = () => leavePlace(storage, 7, 5000, 1_000_000);
+  assert.equal(taken(7, 0), null);
+  leave();
+  assert.deepEqual([taken(7, 1_030_000), taken(7, 1_030_000)], [5000, null]);
+  leave();
+  assert.deepEqual([taken(8, 1_030_000), taken(7, 1_030_000)], [null, null]);
+  for (const nowMs of [999_000, 1_120_000]) {
+    leave();
+    assert.equal(taken(7, nowMs), null);
+  }
+  for (const text of ['', '{', 'null', '{"videoId":7,"leftAtMs":0}', '{"videoId":7,"positionMs":"x","leftAtMs":0}']) {
+    storage.setItem('askedPlace', text);
+    assert.equal(taken(7, 1), null, text);
+  }
 });
 
 test('the place is kept every five seconds, at a pause and when the page goes, and not twice', async () => {
@@ -101,7 +134,7 @@ test('what nobody has answered yet is not overwritten, and is asked for until it
     watching: async () => { if ((fails -= 1) >= 0) throw new Error('There is nothing here.'); return kept; },
     changeWatching: async (_, state) => { saved.push(state); throw new Error('There is nothing here.'); },
   };
-  watching = new Watching(api, 7, film, () => clock, { show: (positionMs) => offers.push(positionMs), hide() {} }, tools);
+  watching = new Watching(api, 7, film, () => clock, { show: (positionMs) => offers.push(positionMs), hide() {}, asked: () => null }, tools);
   assert.equal((await watching.load()).positionMs, 0);
   run(11);
   watching.saveNow();

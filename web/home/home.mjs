@@ -58,7 +58,9 @@ const tools = {
 
 const films = new FilmsView(document, api, { ...tools, opened: sayReady });
 const review = new ReviewView(document, api, { ...tools, counted: showDue });
-const search = new SearchView(document, api, tools);
+const search = new SearchView(document, api, {
+  ...tools, watch: (videoId, startMs) => films.open(videoId, startMs),
+});
 const lists = new ListsPanel(document, api, {
   imported: () => { words.refresh(); refreshCounts(); },
   // What still waits is of the words and films that are here now.

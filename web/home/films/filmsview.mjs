@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+import { leavePlace } from '../../shared/askedplace.mjs';
 import { number, t } from '../../shared/texts.mjs';
 import { filmCard, titleTexts } from './filmcard.mjs';
 
@@ -63,7 +64,7 @@ export class FilmsView {
     shelf.replaceChildren(...films.map((film) => filmCard(this.#document, film, {
       still: this.#api.stillAddress(film),
       isBusy: film.videoId === this.#opening,
-      opened: () => this.#open(film),
+      opened: () => this.#openFromShelf(film),
       removed: () => this.#remove(film),
     })));
     const buttons = shelf.querySelectorAll('button');
@@ -89,18 +90,22 @@ export class FilmsView {
     this.render();
   }
 
-  async #open(film) {
+  // The shelf's films are gone on with; those that were seen to their end begin anew.
+  #openFromShelf(film) {
     const { title } = titleTexts(film.fileName);
-    if (!film.isThere) {
-      this.#tools.toast.tell(t(film.isAddress ? 'films.howAddress' : 'films.howMoved', { title }));
-      return;
-    }
+    if (!film.isThere) this.#tools.toast.tell(t(film.isAddress ? 'films.howAddress' : 'films.howMoved', { title }));
+    else this.open(film.videoId, film.isFinished ? 0 : film.positionMs);
+  }
+
+  /** Opens a film at a place, unless another one is on its way. */
+  async open(videoId, positionMs) {
     if (this.#opening !== null) return;
-    this.#opening = film.videoId;
+    this.#opening = videoId;
     this.render();
     try {
       await this.#tools.removal.carryOut();
-      await this.#api.openFilm(film.videoId);
+      leavePlace(localStorage, videoId, positionMs, Date.now());
+      await this.#api.openFilm(videoId);
       this.#tools.opened();
       this.#openingTimer = setTimeout(() => this.endOpening(), longestOpeningMs);
     } catch (error) {

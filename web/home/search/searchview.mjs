@@ -19,7 +19,7 @@ export class SearchView {
   #languages = [];
   #timer = null;
 
-  /** tools: { play(soundUrl), trouble(error, source), learnerTag() }. */
+  /** tools: { play(soundUrl), watch(videoId, startMs), trouble(error, source), learnerTag() }. */
   constructor(document, api, tools) {
     this.#document = document;
     this.#tools = tools;
@@ -148,10 +148,10 @@ export class SearchView {
     found.textContent = count === 0 ? '' : t(hasMore ? 'search.foundSoFar' : 'search.found', { count });
     hint.hidden = count > 0;
     hint.textContent = query ? t('search.nothing', { text: query.text }) : t('search.hint');
-    const sounds = () => [...results.querySelectorAll('.sound')];
-    const focused = sounds().indexOf(this.#document.activeElement);
+    const buttons = () => [...results.querySelectorAll('button')];
+    const focused = buttons().indexOf(this.#document.activeElement);
     results.replaceChildren(...groups.map((group) => this.#group(group)));
-    sounds()[focused]?.focus({ preventScroll: true });
+    buttons()[focused]?.focus({ preventScroll: true });
   }
 
   #group({ videoId, fileName, lines }) {
@@ -162,7 +162,7 @@ export class SearchView {
       this.#make('ol', {}, ...lines.map((line) => this.#line(line))));
   }
 
-  #line({ text, translation, startMs, soundUrl }) {
+  #line({ text, translation, videoId, startMs, soundUrl }) {
     const { language } = this.#hits.query;
     const learnerTag = this.#tools.learnerTag();
     // Of lines in any language nobody knows which one each is in; a line beneath an English one is the learner's.
@@ -177,6 +177,9 @@ export class SearchView {
     if (translation) {
       texts.append(this.#make('p', { className: 'translation', dir: 'auto', lang: tags[1], textContent: translation }));
     }
-    return this.#make('li', {}, play, texts, this.#make('span', { className: 'time', textContent: time }));
+    const watchLabel = { ariaLabel: t('search.watch', { time }), title: t('search.watchShort') };
+    const watch = button(this.#document, { className: 'watch', ...watchLabel },
+      () => this.#tools.watch(videoId, startMs), time);
+    return this.#make('li', {}, play, texts, watch);
   }
 }

@@ -36,15 +36,21 @@ export class ResumeCard {
 
   show(positionMs, durationMs) {
     this.#positionMs = positionMs;
-    const time = timeText(positionMs);
-    this.#card.querySelector('.stopped').textContent = t('resume.stopped', { time });
-    this.#card.querySelector('.go-on').textContent = t('resume.goOn', { time });
     this.#card.querySelector('.filled').style.width = `${durationMs > 0 ? (100 * positionMs) / durationMs : 0}%`;
     this.#card.hidden = false;
-    this.#said.textContent = t('resume.said', { time });
+    this.translate();
     this.#waitOn(shownMs);
     clearTimeout(this.#lastTimer);
     this.#lastTimer = setTimeout(() => this.hide(), longestShownMs);
+  }
+
+  /** To be called after the language of the interface has changed. */
+  translate() {
+    if (this.#card.hidden) return;
+    const time = timeText(this.#positionMs);
+    this.#card.querySelector('.stopped').textContent = t('resume.stopped', { time });
+    this.#card.querySelector('.go-on').textContent = t('resume.goOn', { time });
+    this.#said.textContent = t('resume.said', { time });
   }
 
   hide() {

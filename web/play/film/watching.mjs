@@ -40,8 +40,8 @@ export class Watching {
   #hasWarned = false;
 
   /**
-   * now(): a monotonic clock in ms. offer: { show(positionMs, durationMs), hide() }; settled() must be
-   * called when it is over. tools: their ownSpeed is the learner's, which may not be the film's now.
+   * now(): a monotonic clock in ms. offer: { show(positionMs, durationMs), hide(), asked(): the place where the learner
+   * has asked to be already, or null }; settled() must be called when an offer is over. tools: their ownSpeed is the learner's, which may not be the film's now.
    */
   constructor(api, videoId, film, now, offer, tools) {
     this.#api = api;
@@ -103,7 +103,9 @@ export class Watching {
   #begin(positionMs) {
     this.#isBegun = true;
     this.#lastKeptAt = this.#now();
-    const place = placeToOffer(this.#kept, positionMs);
+    const asked = this.#offer.asked();
+    const place = asked === null ? placeToOffer(this.#kept, positionMs) : null;
+    if (asked !== null) this.#film.seekToSecond(asked / 1000);
     if (place !== null) this.#offered = { positionMs, at: this.#now() };
     const { speedPercent } = this.#kept;
     if (speedPercent !== 100 && this.#tools.ownSpeed === 1) this.#tools.ownSpeed = speedPercent / 100;
