@@ -130,6 +130,11 @@ test('a word that is told in the learner’s language comes before one that is n
   const head = (word, more = {}) => ({ word, gloss: '', entries: [], english: [{}], isPhrase: false, ...more });
   assert.equal(likeliest([head('known'), head('know', { entries: [{}] })]).word, 'know');
   assert.equal(likeliest([head('look forward', { isPhrase: true }), head('look', { entries: [{}] })]).word, 'look forward');
+  for (const phrase of ['a little', 'at the']) {
+    const [told, english] = [{ entries: [{}] }, { english: [{}] }];
+    assert.equal(likeliest([head(phrase, { isPhrase: true, ...told }), head('word', told)]).word, 'word');
+    assert.equal(likeliest([head(phrase, { isPhrase: true, ...english }), head('word')]).word, phrase, 'what else');
+  }
   assert.equal(likeliest([head('known')]).word, 'known');
   assert.equal(likeliest([]), null);
 });

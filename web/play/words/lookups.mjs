@@ -4,14 +4,16 @@ import { sentenceAround } from '../lines/linetext.mjs';
 
 /**
  * What a card has to show for a picked word or phrase: { form, whole, headwords, near, sources, language,
- * hasDictionary }, as the service answers, and meant: the headword that was asked for, where that is certain. A phrase
- * that no dictionary has stands first all the same, so that it can be saved and taught.
+ * hasDictionary }, as the service answers; meant: the headword that was asked for, where that is certain; offset: of one
+ * word, where its line begins in the text that the headwords' places are of. A phrase that no dictionary has stands first
+ * all the same, so that it can be saved and taught.
  * picked: { text, start, end, isPhrase, before, after }, before and after the texts of the lines around.
  */
 export async function lookUpPicked(api, { text, start, end, isPhrase, before, after }) {
   if (!isPhrase) {
     const sentence = sentenceAround(text, before, after, start, end);
-    return api.lookUp(sentence.text, sentence.offset + start);
+    const reply = await api.lookUp(sentence.text, sentence.offset + start);
+    return { ...reply, offset: sentence.offset };
   }
   const phrase = text.slice(start, end).replace(/\s+/g, ' ');
   const reply = await api.lookUp(phrase, 0);
@@ -37,10 +39,14 @@ export function byPartOfSpeech(entries) {
   return [...groups].map(([partOfSpeech, senses]) => ({ partOfSpeech, senses }));
 }
 
+// "a little" of "a little boat", "at the": whoever clicks one of the words means the word.
+const hasArticleAtEnd = ({ word, isPhrase }) => isPhrase && /^(an?|the) | (an?|the)$/i.test(word);
+
 /** Which headword to show first: one that is told in the learner's language, or a phrase; null when there is none. */
 export function likeliest(headwords) {
   const isTold = ({ gloss, entries, english, isPhrase }) => gloss !== '' || entries.length > 0 || (isPhrase && english.length > 0);
-  return headwords.find(isTold) ?? headwords[0] ?? null;
+  const told = headwords.filter(isTold);
+  return told.find((each) => !hasArticleAtEnd(each)) ?? told[0] ?? headwords[0] ?? null;
 }
 
 /** The first meaning, as short as it can be told; empty when there is none. */

@@ -11,6 +11,7 @@ import { PickedWord } from './pickedword.mjs';
 import { StatusChoice } from './statuschoice.mjs';
 
 const widthPx = 404;
+const fullHeightPx = 421;
 const grades = {
   grade0: 'new', grade1: 'learning1', grade2: 'learning2', grade3: 'learning3', grade4: 'learning4', grade5: 'known', ignoreWord: 'ignored',
 };
@@ -29,6 +30,7 @@ export class WordCard {
   #tell;
   #warn;
   #closePick = () => {};
+  #marked = () => {};
   #place = null; // what was picked, as open() has it
   #word = null; // the PickedWord that the card is about; null while it is closed
   #sound = null;
@@ -63,6 +65,11 @@ export class WordCard {
   /** close(): what the card's own button does. */
   onClose(close) {
     this.#closePick = close;
+  }
+
+  /** marked(start, end): what the card is about, from and to which place of the line's text. */
+  onMark(marked) {
+    this.#marked = marked;
   }
 
   get isOpen() {
@@ -134,6 +141,11 @@ export class WordCard {
     this.#parts.word = create(d, 'h2', { id: 'card-word', lang: 'en', textContent: form });
     this.#parts.ipa = create(d, 'span', { className: 'ipa', lang: 'en-fonipa' });
     this.#parts.save = button(d, { className: 'save' }, () => this.#change((word) => word.toggleSaved()), t('card.save'));
+    this.#parts.teach = this.#teach();
+    this.#parts.body = create(d, 'div', { className: 'body', tabIndex: 0, role: 'group', ariaLabel: t('card.meanings') },
+      part('meanings', 'meanings'), part('english', 'english'), part('elsewhere', 'elsewhere'), part('sources', 'sources'));
+    this.#parts.footer = create(d, 'footer', {}, this.#parts.teach, this.#trouble,
+      create(d, 'div', { className: 'marks' }, this.#status.element, this.#parts.save));
     this.#element.replaceChildren(
       create(d, 'header', {},
         create(d, 'div', { className: 'title' }, this.#parts.word, this.#parts.ipa,
@@ -141,11 +153,7 @@ export class WordCard {
           icon('slow', () => this.#speak('slowSoundUrl'), 'card.speakSlowly')),
         icon('close', () => this.#closePick(), 'close'),
         part('about', 'about'), part('choices', 'choices')),
-      create(d, 'div', { className: 'body', tabIndex: 0, role: 'group', ariaLabel: t('card.meanings') },
-        part('meanings', 'meanings'), part('english', 'english'), part('elsewhere', 'elsewhere'), part('sources', 'sources')),
-      create(d, 'footer', {}, this.#teach(), this.#trouble,
-        create(d, 'div', { className: 'marks' }, this.#status.element, this.#parts.save)),
-    );
+      this.#parts.body, this.#parts.footer);
     this.#element.setAttribute('aria-busy', 'true');
     this.#status.show(null);
     this.#element.hidden = false;
@@ -166,11 +174,21 @@ export class WordCard {
       reserved: this.#document.getElementById('bar').getBoundingClientRect().height,
     });
     const { style } = this.#element;
+    this.#putTeach(view.innerHeight < fullHeightPx);
     style.width = `${width}px`;
     style.left = `${place.left}px`;
     style.top = place.top === undefined ? 'auto' : `${place.top}px`;
     style.bottom = place.bottom === undefined ? 'auto' : `${place.bottom}px`;
     style.maxHeight = `${place.maxHeight}px`;
+  }
+
+  // Where there is little room it is scrolled to, behind what the word means.
+  #putTeach(isLow) {
+    const { teach, body, footer } = this.#parts;
+    const home = isLow ? body : footer;
+    if (teach.parentElement === home) return;
+    if (isLow) body.append(teach);
+    else footer.prepend(teach);
   }
 
   #choose(headword) {
@@ -186,7 +204,10 @@ export class WordCard {
     this.#element.setAttribute('aria-busy', 'false');
     const word = picked.lemma || reply.form;
     const filmWord = this.#words.word(word);
-    const { cue } = this.#place;
+    const { cue, start, end } = this.#place;
+    const isWider = headword?.isPhrase && reply.offset !== undefined;
+    const from = isWider ? headword.start - reply.offset : start;
+    this.#marked(from, isWider ? from + headword.length : end);
     this.#parts.word.textContent = word;
     this.#parts.about.replaceChildren(...aboutPart(d, picked, word, filmWord));
     this.#parts.choices.replaceChildren(...choicesPart(d, picked, (each) => this.#choose(each)));

@@ -150,6 +150,14 @@ export class WordPicker {
     this.#view.pick(range);
   }
 
+  /** Marks what the card has found around the picked words: a phrase that they are of. */
+  markAlso(start, end) {
+    if (!this.isOpen) return;
+    const { words } = this.#view.text;
+    const among = [...words.keys()].filter((i) => words[i].start < end && words[i].end > start);
+    if (among.length > 0) this.#view.pick({ first: among[0], last: among.at(-1) });
+  }
+
   #open(byKey) {
     const { text, words } = this.#view.text;
     const { first, last } = this.#range;
