@@ -8,6 +8,7 @@ test('a panel keeps the keys that its parts need, and leaves the player its own'
   const kept = (focused, keys, more = {}) => keys.filter((key) => belongsToPanel({ key, ...more }, focused)).join();
   const keys = [' ', 'Enter', 'ArrowUp', 'ArrowLeft', 's', 'F3', 'PageDown', 'Home'];
   assert.equal(kept('part', keys), ' ,Enter,ArrowUp,ArrowLeft,PageDown,Home');
+  assert.equal(kept('list', keys), 'Enter,ArrowUp,PageDown,Home', 'the space bar is the film\'s');
   assert.equal(kept('body', keys), 'ArrowUp,PageDown,Home', 'it scrolls, and the film goes on with the rest');
   assert.equal(kept('', keys), '');
   assert.equal(kept('field', [...keys, '/']), ' ,Enter,ArrowUp,ArrowLeft,s,PageDown,Home,/');

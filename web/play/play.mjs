@@ -3,8 +3,10 @@
 // The player page: brings its parts together and connects them to the player's events.
 
 import { ServiceApi } from '../shared/api.mjs';
+import { takePlace } from '../shared/askedplace.mjs';
 import { PlayerBridge, hiddenFrameNavigation } from '../shared/bridge.mjs';
 import { copyText } from '../shared/clipboard.mjs';
+import { fromLeftToRight } from '../shared/direction.mjs';
 import { Preferences } from '../shared/preferences.mjs';
 import { t } from '../shared/texts.mjs';
 import { AudioMenu } from './bar/audiomenu.mjs';
@@ -22,6 +24,7 @@ import { ResumeCard } from './film/resumecard.mjs';
 import { SavedVolume } from './film/savedvolume.mjs';
 import { Watching } from './film/watching.mjs';
 import { Keyboard } from './keys/keyboard.mjs';
+import { keyName } from './keys/keyname.mjs';
 import { LineAnnouncer } from './lines/lineannouncer.mjs';
 import { ShownLines } from './lines/shownlines.mjs';
 import { Subtitles, lineNames } from './lines/subtitles.mjs';
@@ -61,7 +64,10 @@ let isFullScreen = false;
 // The lines over the picture, and their words.
 const shownLines = new ShownLines(document, film, subtitles, now);
 const announcer = new LineAnnouncer(element('line-said'), lineNames.map((name) => shownLines.view(name)));
-const look = new LinesLook(document, preferences);
+const look = new LinesLook(document, preferences, (name) => {
+  const [key] = keyboard.keymap.keysOf(name === 'learned' ? 'toggleLearned' : 'toggleNative');
+  notice.say(t('lines.hidden', { line: t(`lines.${name}`), key: fromLeftToRight(keyName(key)) }));
+});
 const words = new FilmWords(api, videoId, () => showWords());
 const hover = new HoverPause(film, lineNames.map((name) => element(name)), () => preferences.get('lines').pausesOnHover);
 const card = new WordCard(document, {
@@ -77,6 +83,7 @@ const card = new WordCard(document, {
 });
 const picker = new WordPicker(film, { lines: shownLines, words, hover, card, say: (key) => notice.say(t(key)) });
 card.onClose(() => picker.close());
+card.onMark((start, end) => picker.markAlso(start, end));
 const timingKeys = new TimingKeys(subtitles, film, (text) => notice.say(text));
 
 // What lies beside the picture.
@@ -108,6 +115,7 @@ const resumeCard = new ResumeCard(document, (positionMs) => {
 const watching = new Watching(api, videoId, film, now, {
   show: (positionMs, durationMs) => resumeCard.show(positionMs, durationMs),
   hide: () => resumeCard.hide(),
+  asked: () => takePlace(localStorage, Number(videoId), Date.now()),
 }, practice);
 const endCard = new EndCard(document, api, videoId, subtitles);
 const isBarSeen = () => !document.body.classList.contains('resting');
@@ -242,6 +250,7 @@ function showTexts() {
   settingsPanel.translate();
   keySheet.show();
   endCard.translate();
+  resumeCard.translate();
   show();
 }
 

@@ -39,6 +39,7 @@ export default {
   'lines.below': 'الترجمة',
   'lines.learned': 'السطر العلوي',
   'lines.native': 'السطر السفلي',
+  'lines.hidden': '{line}: مخفي. المفتاح {key} يُظهره من جديد.',
   'words.noneUnknown': 'كل كلمات هذه الجملة معروفة لديك',
   'words.noLine': 'لا توجد جملة هنا بعد',
   'words.copied': 'تم النسخ',
@@ -504,6 +505,8 @@ export default {
   'search.foundSoFar': 'الجمل الأولى: {count}',
   'search.hear': 'سماع الجملة عند {time}',
   'search.hearShort': 'سماع الجملة',
+  'search.watch': 'المشاهدة من {time}',
+  'search.watchShort': 'المشاهدة من هنا',
 
   // Tour and help of the home page
   'tour.title': 'أهلًا وسهلًا',

@@ -39,6 +39,7 @@ export default {
   'lines.below': 'Untertitel',
   'lines.learned': 'Obere Zeile',
   'lines.native': 'Untere Zeile',
+  'lines.hidden': '{line} ausgeblendet. {key} zeigt sie wieder.',
   'words.noneUnknown': 'Du kennst jedes Wort dieser Zeile',
   'words.noLine': 'Hier gibt es noch keine Zeile',
   'words.copied': 'Kopiert',
@@ -391,6 +392,8 @@ export default {
   'search.foundSoFar': 'Die ersten {count} Zeilen',
   'search.hear': 'Zeile bei {time} anhören',
   'search.hearShort': 'Zeile anhören',
+  'search.watch': 'Ab {time} ansehen',
+  'search.watchShort': 'Von hier an ansehen',
 
   // Tour and help of the home page
   'tour.title': 'Willkommen',

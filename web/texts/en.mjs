@@ -39,6 +39,7 @@ export default {
   'lines.below': 'Subtitles',
   'lines.learned': 'Upper line',
   'lines.native': 'Lower line',
+  'lines.hidden': '{line} hidden. {key} shows it again.',
   'words.noneUnknown': 'You know every word of this line',
   'words.noLine': 'There is no line here yet',
   'words.copied': 'Copied',
@@ -378,6 +379,8 @@ export default {
   'search.foundSoFar': 'The first {count} lines',
   'search.hear': 'Hear the line at {time}',
   'search.hearShort': 'Hear the line',
+  'search.watch': 'Watch from {time}',
+  'search.watchShort': 'Watch from here',
 
   // Tour and help of the home page
   'tour.title': 'Welcome',

@@ -39,6 +39,7 @@ export default {
   'lines.below': 'Subtítulos',
   'lines.learned': 'Línea superior',
   'lines.native': 'Línea inferior',
+  'lines.hidden': '{line}: oculta. {key} vuelve a mostrarla.',
   'words.noneUnknown': 'Conoces todas las palabras de esta línea',
   'words.noLine': 'Aquí aún no hay ninguna línea',
   'words.copied': 'Copiado',
@@ -430,6 +431,8 @@ export default {
   'search.foundSoFar': 'Las primeras {count} líneas',
   'search.hear': 'Escuchar la línea en {time}',
   'search.hearShort': 'Escuchar la línea',
+  'search.watch': 'Ver desde {time}',
+  'search.watchShort': 'Ver desde aquí',
 
   // Tour and help of the home page
   'tour.title': 'Te damos la bienvenida',

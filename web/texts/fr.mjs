@@ -40,6 +40,7 @@ export default {
   'lines.below': 'Sous-titres',
   'lines.learned': 'Ligne du haut',
   'lines.native': 'Ligne du bas',
+  'lines.hidden': '{line} masquée. {key} la réaffiche.',
   'words.noneUnknown': 'Vous connaissez tous les mots de cette réplique',
   'words.noLine': 'Pas encore de réplique ici',
   'words.copied': 'Copié',
@@ -416,6 +417,8 @@ export default {
   'search.foundSoFar': 'Les {count} premières répliques',
   'search.hear': 'Écouter la réplique à {time}',
   'search.hearShort': 'Écouter la réplique',
+  'search.watch': 'Regarder à partir de {time}',
+  'search.watchShort': 'Regarder à partir d’ici',
 
   // Tour and help of the home page
   'tour.title': 'Bienvenue',

@@ -39,6 +39,7 @@ export default {
   'lines.below': 'Sottotitoli',
   'lines.learned': 'Riga superiore',
   'lines.native': 'Riga inferiore',
+  'lines.hidden': '{line}: nascosta. {key} la mostra di nuovo.',
   'words.noneUnknown': 'Conosci tutte le parole di questa battuta',
   'words.noLine': 'Qui non c’è ancora nessuna battuta',
   'words.copied': 'Copiato',
@@ -417,6 +418,8 @@ export default {
   'search.foundSoFar': 'Le prime {count} battute',
   'search.hear': 'Ascolta la battuta a {time}',
   'search.hearShort': 'Ascolta la battuta',
+  'search.watch': 'Guarda da {time}',
+  'search.watchShort': 'Guarda da qui',
 
   // Tour and help of the home page
   'tour.title': 'Ti diamo il benvenuto',

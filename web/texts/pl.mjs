@@ -39,6 +39,7 @@ export default {
   'lines.below': 'Napisy',
   'lines.learned': 'Górny wiersz',
   'lines.native': 'Dolny wiersz',
+  'lines.hidden': '{line}: ukryty. {key} pokazuje go znowu.',
   'words.noneUnknown': 'Znasz każde słowo tej kwestii',
   'words.noLine': 'Nie ma tu jeszcze żadnej kwestii',
   'words.copied': 'Skopiowano',
@@ -446,6 +447,8 @@ export default {
   'search.foundSoFar': 'Pierwsze kwestie: {count}',
   'search.hear': 'Posłuchaj kwestii z {time}',
   'search.hearShort': 'Posłuchaj kwestii',
+  'search.watch': 'Oglądaj od {time}',
+  'search.watchShort': 'Oglądaj od tego miejsca',
 
   // Tour and help of the home page
   'tour.title': 'Witaj',

@@ -39,6 +39,7 @@ export default {
   'lines.below': 'Legendas',
   'lines.learned': 'Linha de cima',
   'lines.native': 'Linha de baixo',
+  'lines.hidden': '{line}: oculta. {key} volta a mostrá-la.',
   'words.noneUnknown': 'Você conhece todas as palavras desta fala',
   'words.noLine': 'Ainda não há nenhuma fala aqui',
   'words.copied': 'Copiado',
@@ -424,6 +425,8 @@ export default {
   'search.foundSoFar': 'As primeiras {count} falas',
   'search.hear': 'Ouvir a fala em {time}',
   'search.hearShort': 'Ouvir a fala',
+  'search.watch': 'Assistir a partir de {time}',
+  'search.watchShort': 'Assistir a partir daqui',
 
   // Tour and help of the home page
   'tour.title': 'Boas-vindas',

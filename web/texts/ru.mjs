@@ -39,6 +39,7 @@ export default {
   'lines.below': 'Субтитры',
   'lines.learned': 'Верхняя строка',
   'lines.native': 'Нижняя строка',
+  'lines.hidden': '{line}: скрыта. {key} снова покажет её.',
   'words.noneUnknown': 'Вы знаете все слова этой реплики',
   'words.noLine': 'Здесь пока нет реплики',
   'words.copied': 'Скопировано',
@@ -447,6 +448,8 @@ export default {
   'search.foundSoFar': 'Первые реплики: {count}',
   'search.hear': 'Послушать реплику на {time}',
   'search.hearShort': 'Послушать реплику',
+  'search.watch': 'Смотреть с {time}',
+  'search.watchShort': 'Смотреть отсюда',
 
   // Tour and help of the home page
   'tour.title': 'Добро пожаловать',

@@ -39,6 +39,7 @@ export default {
   'lines.below': 'Altyazılar',
   'lines.learned': 'Üst satır',
   'lines.native': 'Alt satır',
+  'lines.hidden': '{line} gizlendi. {key} yeniden gösterir.',
   'words.noneUnknown': 'Bu replikteki her kelimeyi biliyorsunuz',
   'words.noLine': 'Burada henüz replik yok',
   'words.copied': 'Kopyalandı',
@@ -382,6 +383,8 @@ export default {
   'search.foundSoFar': 'İlk {count} replik',
   'search.hear': '{time} anındaki repliği dinle',
   'search.hearShort': 'Repliği dinle',
+  'search.watch': '{time} noktasından izle',
+  'search.watchShort': 'Buradan izle',
 
   // Tour and help of the home page
   'tour.title': 'Hoş geldiniz',

@@ -132,6 +132,7 @@ export class LearnerPart {
   #focus(id) {
     const choice = this.#list.querySelector(`[data-file="${id}"] button:last-child`);
     (choice ?? this.element).focus();
+    choice?.closest('li').scrollIntoView({ block: 'nearest' }); // with what it is asked
   }
 }
 

@@ -14,6 +14,8 @@ export class Notice {
 
   constructor(element) {
     this.#element = element;
+    new MutationObserver(() => this.place())
+      .observe(element.ownerDocument.body, { subtree: true, attributeFilter: ['hidden'] });
   }
 
   say(text, forMs = readingMs(text)) {
@@ -26,7 +28,7 @@ export class Notice {
     }, forMs);
   }
 
-  /** To be called when cards may have come or gone. */
+  /** To be called when a card may have moved. */
   place() {
     if (this.#element.textContent === '') return;
     const { ownerDocument } = this.#element;

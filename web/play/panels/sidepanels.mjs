@@ -10,16 +10,18 @@ const editing = new Set(['a', 'c', 'v', 'x', 'y', 'z', 'backspace', 'delete', 'h
 
 /**
  * Whether a key press belongs to a panel, and not to the film. focused: what has the focus there: 'field' (text),
- * 'part' (a button and the like), 'body': a panel that has more to show than is seen; '': one that has not.
+ * 'list', 'part' (a button and the like), 'body': a panel that has more to show than is seen; '': one that has not.
  */
 export function belongsToPanel({ key, ctrlKey, metaKey }, focused) {
   if (focused === 'body') return /^(Arrow(Up|Down)|Page|Home|End)/.test(key) && !ctrlKey && !metaKey;
+  if (focused === 'list') return /^(Arrow(Up|Down)|Page|Home|End|Enter)/.test(key) && !ctrlKey && !metaKey;
   if (focused === 'part') return /^(Arrow|Page|Home|End| |Enter)/.test(key);
   if (focused !== 'field' || /^(F\d|Escape)/.test(key)) return false;
   return !(ctrlKey || metaKey) || key.startsWith('Arrow') || editing.has(key.toLowerCase());
 }
 
 function focusedIn(panel, target) {
+  if (target.matches('[role="listbox"]')) return 'list';
   if (target !== panel) return target.matches(textField) ? 'field' : 'part';
   return panel.scrollHeight > panel.clientHeight ? 'body' : '';
 }

@@ -28,6 +28,7 @@ export class InterfaceLanguage {
     } catch (error) {
       console.warn(error.message); // what the desktop speaks does
     }
+    this.#document.body.classList.add('spoken'); // words that show at once do not change under the eyes
   }
 
   async #speak() {

@@ -36,10 +36,13 @@ export function toggledShow(look) {
 export class LinesLook {
   #document;
   #preferences;
+  #hidden;
 
-  constructor(document, preferences) {
+  /** hidden(name): a line was hidden by its key. */
+  constructor(document, preferences, hidden) {
     this.#document = document;
     this.#preferences = preferences;
+    this.#hidden = hidden;
     preferences.onChange(() => this.update());
     this.update();
   }
@@ -82,7 +85,9 @@ export class LinesLook {
   }
 
   #toggle(name) {
-    this.#preferences.change(name, toggledShow(this.#preferences.get(name)));
+    const change = toggledShow(this.#preferences.get(name));
+    this.#preferences.change(name, change);
+    if (change.show === 'never') this.#hidden(name);
   }
 
   #resize(direction) {
