@@ -152,7 +152,6 @@ export default {
   'keys.card': 'عند فتح كلمة',
   'keys.subtitles': 'الترجمة',
   'keys.panels': 'اللوحات',
-  'key.space': 'المسافة',
   'key.togglePlay': 'تشغيل أو إيقاف مؤقت',
   'key.back': 'خمس ثوانٍ إلى الخلف',
   'key.forward': 'خمس ثوانٍ إلى الأمام',
@@ -223,7 +222,7 @@ export default {
   'key.settings': 'الإعدادات',
   'key.keySheet': 'هذه القائمة',
 
-  // Lengths of time, and keys with a name
+  // Lengths of time
   'length.minutes': {
     zero: 'أقل من دقيقة',
     one: 'دقيقة',
@@ -248,6 +247,18 @@ export default {
     many: '{count} يومًا',
     other: '{count} يوم',
   },
+
+  // What stands on a keyboard
+  'keyname.ctrl': 'Ctrl',
+  'keyname.shift': 'Shift',
+  'keyname.space': 'المسافة',
+  'keyname.enter': 'Enter',
+  'keyname.pageup': 'PgUp',
+  'keyname.pagedown': 'PgDn',
+  'keyname.home': 'Home',
+  'keyname.end': 'End',
+  'keyname.insert': 'Insert',
+  'keyname.delete': 'Delete',
 
   // The frame of the home page
   'home.views': 'الأقسام',

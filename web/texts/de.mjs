@@ -131,7 +131,6 @@ export default {
   'keys.card': 'Wenn ein Wort offen ist',
   'keys.subtitles': 'Untertitel',
   'keys.panels': 'Seitenleisten',
-  'key.space': 'Leertaste',
   'key.togglePlay': 'Abspielen oder anhalten',
   'key.back': '5 Sekunden zurück',
   'key.forward': '5 Sekunden vor',
@@ -202,10 +201,22 @@ export default {
   'key.settings': 'Einstellungen',
   'key.keySheet': 'Diese Übersicht',
 
-  // Lengths of time, and keys with a name
+  // Lengths of time
   'length.minutes': { one: '{count} Minute', other: '{count} Minuten' },
   'length.hours': { one: '{count} Stunde', other: '{count} Stunden' },
   'length.days': { one: '{count} Tag', other: '{count} Tage' },
+
+  // What stands on a keyboard
+  'keyname.ctrl': 'Strg',
+  'keyname.shift': 'Umschalt',
+  'keyname.space': 'Leertaste',
+  'keyname.enter': 'Eingabe',
+  'keyname.pageup': 'Bild auf',
+  'keyname.pagedown': 'Bild ab',
+  'keyname.home': 'Pos1',
+  'keyname.end': 'Ende',
+  'keyname.insert': 'Einfg',
+  'keyname.delete': 'Entf',
 
   // The frame of the home page
   'home.views': 'Ansichten',

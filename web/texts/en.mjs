@@ -131,7 +131,6 @@ export default {
   'keys.card': 'While a word is open',
   'keys.subtitles': 'Subtitles',
   'keys.panels': 'Panels',
-  'key.space': 'Space',
   'key.togglePlay': 'Play or pause',
   'key.back': '5 seconds back',
   'key.forward': '5 seconds on',
@@ -202,10 +201,22 @@ export default {
   'key.settings': 'Settings',
   'key.keySheet': 'This sheet',
 
-  // Lengths of time, and keys with a name
+  // Lengths of time
   'length.minutes': { one: '{count} minute', other: '{count} minutes' },
   'length.hours': { one: '{count} hour', other: '{count} hours' },
   'length.days': { one: '{count} day', other: '{count} days' },
+
+  // What stands on a keyboard
+  'keyname.ctrl': 'Ctrl',
+  'keyname.shift': 'Shift',
+  'keyname.space': 'Space',
+  'keyname.enter': 'Enter',
+  'keyname.pageup': 'PgUp',
+  'keyname.pagedown': 'PgDn',
+  'keyname.home': 'Home',
+  'keyname.end': 'End',
+  'keyname.insert': 'Insert',
+  'keyname.delete': 'Delete',
 
   // The frame of the home page
   'home.views': 'Views',

@@ -143,7 +143,6 @@ export default {
   'keys.card': 'Con una palabra abierta',
   'keys.subtitles': 'Subtítulos',
   'keys.panels': 'Paneles',
-  'key.space': 'Espacio',
   'key.togglePlay': 'Reproducir o pausar',
   'key.back': 'Retroceder 5 segundos',
   'key.forward': 'Avanzar 5 segundos',
@@ -214,10 +213,22 @@ export default {
   'key.settings': 'Ajustes',
   'key.keySheet': 'Esta lista de teclas',
 
-  // Lengths of time, and keys with a name
+  // Lengths of time
   'length.minutes': { one: '{count} minuto', many: '{count} de minutos', other: '{count} minutos' },
   'length.hours': { one: '{count} hora', many: '{count} de horas', other: '{count} horas' },
   'length.days': { one: '{count} día', many: '{count} de días', other: '{count} días' },
+
+  // What stands on a keyboard
+  'keyname.ctrl': 'Ctrl',
+  'keyname.shift': 'Mayús',
+  'keyname.space': 'Espacio',
+  'keyname.enter': 'Intro',
+  'keyname.pageup': 'Re Pág',
+  'keyname.pagedown': 'Av Pág',
+  'keyname.home': 'Inicio',
+  'keyname.end': 'Fin',
+  'keyname.insert': 'Insert',
+  'keyname.delete': 'Supr',
 
   // The frame of the home page
   'home.views': 'Secciones',

@@ -140,7 +140,6 @@ export default {
   'keys.card': 'Quand un mot est ouvert',
   'keys.subtitles': 'Sous-titres',
   'keys.panels': 'Panneaux',
-  'key.space': 'Espace',
   'key.togglePlay': 'Lecture ou pause',
   'key.back': 'Reculer de 5 secondes',
   'key.forward': 'Avancer de 5 secondes',
@@ -211,10 +210,22 @@ export default {
   'key.settings': 'Réglages',
   'key.keySheet': 'Cet aide-mémoire',
 
-  // Lengths of time, and keys with a name
+  // Lengths of time
   'length.minutes': { one: '{count} minute', many: '{count} de minutes', other: '{count} minutes' },
   'length.hours': { one: '{count} heure', many: '{count} d’heures', other: '{count} heures' },
   'length.days': { one: '{count} jour', many: '{count} de jours', other: '{count} jours' },
+
+  // What stands on a keyboard
+  'keyname.ctrl': 'Ctrl',
+  'keyname.shift': 'Maj',
+  'keyname.space': 'Espace',
+  'keyname.enter': 'Entrée',
+  'keyname.pageup': 'Pg préc',
+  'keyname.pagedown': 'Pg suiv',
+  'keyname.home': 'Début',
+  'keyname.end': 'Fin',
+  'keyname.insert': 'Inser',
+  'keyname.delete': 'Suppr',
 
   // The frame of the home page
   'home.views': 'Rubriques',

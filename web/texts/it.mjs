@@ -143,7 +143,6 @@ export default {
   'keys.card': 'Quando una parola è aperta',
   'keys.subtitles': 'Sottotitoli',
   'keys.panels': 'Pannelli',
-  'key.space': 'Spazio',
   'key.togglePlay': 'Riproduci o metti in pausa',
   'key.back': 'Indietro di 5 secondi',
   'key.forward': 'Avanti di 5 secondi',
@@ -214,10 +213,22 @@ export default {
   'key.settings': 'Impostazioni',
   'key.keySheet': 'Questo elenco',
 
-  // Lengths of time, and keys with a name
+  // Lengths of time
   'length.minutes': { one: '{count} minuto', many: '{count} minuti', other: '{count} minuti' },
   'length.hours': { one: '{count} ora', many: '{count} ore', other: '{count} ore' },
   'length.days': { one: '{count} giorno', many: '{count} giorni', other: '{count} giorni' },
+
+  // What stands on a keyboard
+  'keyname.ctrl': 'Ctrl',
+  'keyname.shift': 'Maiusc',
+  'keyname.space': 'Spazio',
+  'keyname.enter': 'Invio',
+  'keyname.pageup': 'Pag ↑',
+  'keyname.pagedown': 'Pag ↓',
+  'keyname.home': 'Inizio',
+  'keyname.end': 'Fine',
+  'keyname.insert': 'Ins',
+  'keyname.delete': 'Canc',
 
   // The frame of the home page
   'home.views': 'Sezioni',

@@ -146,7 +146,6 @@ export default {
   'keys.card': 'Gdy słowo jest otwarte',
   'keys.subtitles': 'Napisy',
   'keys.panels': 'Panele',
-  'key.space': 'Spacja',
   'key.togglePlay': 'Odtwórz lub wstrzymaj',
   'key.back': '5 sekund wstecz',
   'key.forward': '5 sekund naprzód',
@@ -217,10 +216,22 @@ export default {
   'key.settings': 'Ustawienia',
   'key.keySheet': 'Ta ściągawka',
 
-  // Lengths of time, and keys with a name
+  // Lengths of time
   'length.minutes': { one: '{count} minuta', few: '{count} minuty', many: '{count} minut', other: '{count} minuty' },
   'length.hours': { one: '{count} godzina', few: '{count} godziny', many: '{count} godzin', other: '{count} godziny' },
   'length.days': { one: '{count} dzień', few: '{count} dni', many: '{count} dni', other: '{count} dnia' },
+
+  // What stands on a keyboard
+  'keyname.ctrl': 'Ctrl',
+  'keyname.shift': 'Shift',
+  'keyname.space': 'Spacja',
+  'keyname.enter': 'Enter',
+  'keyname.pageup': 'PgUp',
+  'keyname.pagedown': 'PgDn',
+  'keyname.home': 'Home',
+  'keyname.end': 'End',
+  'keyname.insert': 'Insert',
+  'keyname.delete': 'Delete',
 
   // The frame of the home page
   'home.views': 'Widoki',

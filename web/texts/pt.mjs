@@ -143,7 +143,6 @@ export default {
   'keys.card': 'Com uma palavra aberta',
   'keys.subtitles': 'Legendas',
   'keys.panels': 'Painéis',
-  'key.space': 'Espaço',
   'key.togglePlay': 'Reproduzir ou pausar',
   'key.back': 'Voltar 5 segundos',
   'key.forward': 'Avançar 5 segundos',
@@ -214,10 +213,22 @@ export default {
   'key.settings': 'Ajustes',
   'key.keySheet': 'Esta lista de teclas',
 
-  // Lengths of time, and keys with a name
+  // Lengths of time
   'length.minutes': { one: '{count} minuto', many: '{count} de minutos', other: '{count} minutos' },
   'length.hours': { one: '{count} hora', many: '{count} de horas', other: '{count} horas' },
   'length.days': { one: '{count} dia', many: '{count} de dias', other: '{count} dias' },
+
+  // What stands on a keyboard
+  'keyname.ctrl': 'Ctrl',
+  'keyname.shift': 'Shift',
+  'keyname.space': 'Espaço',
+  'keyname.enter': 'Enter',
+  'keyname.pageup': 'PgUp',
+  'keyname.pagedown': 'PgDn',
+  'keyname.home': 'Home',
+  'keyname.end': 'End',
+  'keyname.insert': 'Insert',
+  'keyname.delete': 'Delete',
 
   // The frame of the home page
   'home.views': 'Seções',

@@ -146,7 +146,6 @@ export default {
   'keys.card': 'Пока слово открыто',
   'keys.subtitles': 'Субтитры',
   'keys.panels': 'Панели',
-  'key.space': 'Пробел',
   'key.togglePlay': 'Воспроизведение или пауза',
   'key.back': 'Назад на 5 секунд',
   'key.forward': 'Вперёд на 5 секунд',
@@ -217,10 +216,22 @@ export default {
   'key.settings': 'Настройки',
   'key.keySheet': 'Эта памятка',
 
-  // Lengths of time, and keys with a name
+  // Lengths of time
   'length.minutes': { one: '{count} минута', few: '{count} минуты', many: '{count} минут', other: '{count} минуты' },
   'length.hours': { one: '{count} час', few: '{count} часа', many: '{count} часов', other: '{count} часа' },
   'length.days': { one: '{count} день', few: '{count} дня', many: '{count} дней', other: '{count} дня' },
+
+  // What stands on a keyboard
+  'keyname.ctrl': 'Ctrl',
+  'keyname.shift': 'Shift',
+  'keyname.space': 'Пробел',
+  'keyname.enter': 'Enter',
+  'keyname.pageup': 'PgUp',
+  'keyname.pagedown': 'PgDn',
+  'keyname.home': 'Home',
+  'keyname.end': 'End',
+  'keyname.insert': 'Insert',
+  'keyname.delete': 'Delete',
 
   // The frame of the home page
   'home.views': 'Разделы',

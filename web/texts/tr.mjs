@@ -131,7 +131,6 @@ export default {
   'keys.card': 'Bir kelime açıkken',
   'keys.subtitles': 'Altyazılar',
   'keys.panels': 'Paneller',
-  'key.space': 'Boşluk',
   'key.togglePlay': 'Oynat veya duraklat',
   'key.back': '5 saniye geri',
   'key.forward': '5 saniye ileri',
@@ -202,10 +201,22 @@ export default {
   'key.settings': 'Ayarlar',
   'key.keySheet': 'Bu liste',
 
-  // Lengths of time, and keys with a name
+  // Lengths of time
   'length.minutes': { one: '{count} dakika', other: '{count} dakika' },
   'length.hours': { one: '{count} saat', other: '{count} saat' },
   'length.days': { one: '{count} gün', other: '{count} gün' },
+
+  // What stands on a keyboard
+  'keyname.ctrl': 'Ctrl',
+  'keyname.shift': 'Shift',
+  'keyname.space': 'Boşluk',
+  'keyname.enter': 'Enter',
+  'keyname.pageup': 'PgUp',
+  'keyname.pagedown': 'PgDn',
+  'keyname.home': 'Home',
+  'keyname.end': 'End',
+  'keyname.insert': 'Insert',
+  'keyname.delete': 'Delete',
 
   // The frame of the home page
   'home.views': 'Görünümler',

@@ -2,9 +2,9 @@
 
 import { fromLeftToRight } from '../../shared/direction.mjs';
 import { button, create, keepFocus } from '../../shared/elements.mjs';
+import { keyName } from '../../shared/keyname.mjs';
 import { t } from '../../shared/texts.mjs';
 import { Keymap, actionGroups, combinationsOf } from '../keys/keymap.mjs';
-import { keyName } from '../keys/keyname.mjs';
 import { keptKeys } from './keptkeys.mjs';
 
 /** All keys on one sheet, each of which can be chosen anew: a press on it waits for the next key. */

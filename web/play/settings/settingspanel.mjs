@@ -2,9 +2,9 @@
 
 import { Chips, Slider, Switch } from '../../shared/controls.mjs';
 import { button, create, keepFocus } from '../../shared/elements.mjs';
+import { keyName } from '../../shared/keyname.mjs';
 import { interfaceLanguages, t } from '../../shared/texts.mjs';
 import { Keymap } from '../keys/keymap.mjs';
-import { keyName } from '../keys/keyname.mjs';
 import { lineNames } from '../lines/subtitles.mjs';
 import { wordClasses } from '../words/filmwords.mjs';
 import { keptKeys } from './keptkeys.mjs';
