@@ -26,7 +26,7 @@ export default {
   'bar.more': 'المزيد',
   'bar.total': 'المدة: {time}',
   'bar.remaining': 'المتبقي: {time}',
-  'bar.toFullScreen': 'نقرتان لملء الشاشة',
+  'bar.toFullScreen': 'نقرتان أو F11 لملء الشاشة',
   'bar.fromFullScreen': 'Esc للخروج من ملء الشاشة',
 
   'bar.settings': 'الإعدادات',

@@ -26,7 +26,7 @@ export default {
   'bar.more': 'Mehr',
   'bar.total': 'Länge: {time}',
   'bar.remaining': 'Noch: {time}',
-  'bar.toFullScreen': 'Doppelklick für Vollbild',
+  'bar.toFullScreen': 'Doppelklick oder F11 für Vollbild',
   'bar.fromFullScreen': 'Esc beendet das Vollbild',
 
   'bar.settings': 'Einstellungen',

@@ -26,7 +26,7 @@ export default {
   'bar.more': 'More',
   'bar.total': 'Length: {time}',
   'bar.remaining': 'Left: {time}',
-  'bar.toFullScreen': 'Double-click for full screen',
+  'bar.toFullScreen': 'Double-click or F11 for full screen',
   'bar.fromFullScreen': 'Esc leaves full screen',
 
   'bar.settings': 'Settings',

@@ -26,7 +26,7 @@ export default {
   'bar.more': 'Más',
   'bar.total': 'Duración: {time}',
   'bar.remaining': 'Tiempo restante: {time}',
-  'bar.toFullScreen': 'Doble clic para pantalla completa',
+  'bar.toFullScreen': 'Doble clic o F11 para pantalla completa',
   'bar.fromFullScreen': 'Esc para salir de pantalla completa',
 
   'bar.settings': 'Ajustes',

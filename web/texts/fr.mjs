@@ -27,7 +27,7 @@ export default {
   'bar.more': 'Plus',
   'bar.total': 'Durée : {time}',
   'bar.remaining': 'Temps restant : {time}',
-  'bar.toFullScreen': 'Double-clic pour le plein écran',
+  'bar.toFullScreen': 'Double-clic ou F11 pour le plein écran',
   'bar.fromFullScreen': 'Échap pour quitter le plein écran',
 
   'bar.settings': 'Réglages',

@@ -26,7 +26,7 @@ export default {
   'bar.more': 'Altro',
   'bar.total': 'Durata: {time}',
   'bar.remaining': 'Rimanente: {time}',
-  'bar.toFullScreen': 'Doppio clic per lo schermo intero',
+  'bar.toFullScreen': 'Doppio clic o F11 per lo schermo intero',
   'bar.fromFullScreen': 'Esc per uscire dallo schermo intero',
 
   'bar.settings': 'Impostazioni',

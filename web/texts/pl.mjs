@@ -26,7 +26,7 @@ export default {
   'bar.more': 'Więcej',
   'bar.total': 'Długość: {time}',
   'bar.remaining': 'Pozostało: {time}',
-  'bar.toFullScreen': 'Dwukrotne kliknięcie: pełny ekran',
+  'bar.toFullScreen': 'Dwukrotne kliknięcie lub F11: pełny ekran',
   'bar.fromFullScreen': 'Esc wyłącza pełny ekran',
 
   'bar.settings': 'Ustawienia',

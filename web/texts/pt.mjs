@@ -26,7 +26,7 @@ export default {
   'bar.more': 'Mais',
   'bar.total': 'Duração: {time}',
   'bar.remaining': 'Tempo restante: {time}',
-  'bar.toFullScreen': 'Clique duas vezes para tela cheia',
+  'bar.toFullScreen': 'Clique duplo ou F11 para tela cheia',
   'bar.fromFullScreen': 'Esc sai da tela cheia',
 
   'bar.settings': 'Ajustes',

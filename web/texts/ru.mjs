@@ -26,7 +26,7 @@ export default {
   'bar.more': 'Ещё',
   'bar.total': 'Длительность: {time}',
   'bar.remaining': 'Осталось: {time}',
-  'bar.toFullScreen': 'Двойной щелчок — на весь экран',
+  'bar.toFullScreen': 'Двойной щелчок или F11 — на весь экран',
   'bar.fromFullScreen': 'Esc — выйти из полного экрана',
 
   'bar.settings': 'Настройки',

@@ -26,7 +26,7 @@ export default {
   'bar.more': 'Diğer',
   'bar.total': 'Süre: {time}',
   'bar.remaining': 'Kalan: {time}',
-  'bar.toFullScreen': 'Tam ekran için çift tıklayın',
+  'bar.toFullScreen': 'Tam ekran için çift tıklayın ya da F11’e basın',
   'bar.fromFullScreen': 'Tam ekrandan çıkmak için Esc',
 
   'bar.settings': 'Ayarlar',
