@@ -676,7 +676,7 @@ export default {
   'timing.stretched': 'بطول {percent}٪',
   'timing.afterCut': '{shift} بعد موضع القطع',
   'timing.moved': '{name}: {timing}',
-  'timing.reset': 'إعادة ضبط',
+  'timing.reset': 'التوقيت الأصلي',
   'timing.resetHint': 'كما هو في ملف الترجمة',
   'timing.stepEarlier': 'تقديم عُشر ثانية',
   'timing.stepLater': 'تأخير عُشر ثانية',

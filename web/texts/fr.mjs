@@ -128,7 +128,7 @@ export default {
   // Keys
   'keys.title': 'Raccourcis',
   'keys.hint': 'Cliquez sur une touche pour en choisir une autre ; Suppr l’enlève. Échap quitte le plein écran.',
-  'keys.reset': 'Tout rétablir',
+  'keys.reset': 'Tout réinitialiser',
   'keys.change': '{name} : {key}. Choisir une autre touche',
   'keys.add': '{name} : ajouter une touche',
   'keys.press': '{name} : appuyez maintenant sur la touche',
@@ -565,7 +565,7 @@ export default {
   'timing.stretched': 'durée à {percent} %',
   'timing.afterCut': '{shift} après une coupure',
   'timing.moved': '{name} : {timing}',
-  'timing.reset': 'Rétablir',
+  'timing.reset': 'Réinitialiser',
   'timing.resetHint': 'Comme dans les sous-titres d’origine',
   'timing.stepEarlier': '0,1 s plus tôt',
   'timing.stepLater': '0,1 s plus tard',

@@ -601,7 +601,7 @@ export default {
   'timing.stretched': '{percent}% długości',
   'timing.afterCut': '{shift} po cięciu',
   'timing.moved': '{name}: {timing}',
-  'timing.reset': 'Przywróć',
+  'timing.reset': 'Wyzeruj',
   'timing.resetHint': 'Tak jak w samych napisach',
   'timing.stepEarlier': '0,1 s wcześniej',
   'timing.stepLater': '0,1 s później',

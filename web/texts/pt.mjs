@@ -567,7 +567,7 @@ export default {
   'timing.stretched': '{percent}% da duração',
   'timing.afterCut': '{shift} depois de um corte',
   'timing.moved': '{name}: {timing}',
-  'timing.reset': 'Restaurar',
+  'timing.reset': 'Redefinir',
   'timing.resetHint': 'Como está na própria legenda',
   'timing.stepEarlier': '0,1 s mais cedo',
   'timing.stepLater': '0,1 s mais tarde',
