@@ -122,6 +122,7 @@ export default {
   'settings.language': 'اللغة',
   'settings.ownLanguage': 'لغتي',
   'settings.reset': 'استعادة الأصل',
+  'settings.wasReset': 'عاد كل هذا كما كان في البداية.',
   'look.show': 'الإظهار',
   'look.show.always': 'دائمًا',
   'look.show.pause': 'عند الإيقاف',

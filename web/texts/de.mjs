@@ -101,6 +101,7 @@ export default {
   'settings.language': 'Sprache',
   'settings.ownLanguage': 'Meine Sprache',
   'settings.reset': 'Zurücksetzen',
+  'settings.wasReset': 'All das ist wieder wie am Anfang.',
   'look.show': 'Zeigen',
   'look.show.always': 'Immer',
   'look.show.pause': 'Bei Pause',

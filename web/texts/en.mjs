@@ -101,6 +101,7 @@ export default {
   'settings.language': 'Language',
   'settings.ownLanguage': 'My language',
   'settings.reset': 'Reset',
+  'settings.wasReset': 'All of this is as it was at first.',
   'look.show': 'Show',
   'look.show.always': 'Always',
   'look.show.pause': 'While paused',

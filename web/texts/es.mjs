@@ -113,6 +113,7 @@ export default {
   'settings.language': 'Idioma',
   'settings.ownLanguage': 'El mío',
   'settings.reset': 'Restablecer',
+  'settings.wasReset': 'Todo esto vuelve a estar como al principio.',
   'look.show': 'Mostrar',
   'look.show.always': 'Siempre',
   'look.show.pause': 'En pausa',

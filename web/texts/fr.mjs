@@ -110,6 +110,7 @@ export default {
   'settings.language': 'Langue',
   'settings.ownLanguage': 'La mienne',
   'settings.reset': 'Valeurs d’origine',
+  'settings.wasReset': 'Tout ceci a retrouvé ses valeurs d’origine.',
   'look.show': 'Afficher',
   'look.show.always': 'Toujours',
   'look.show.pause': 'En pause',

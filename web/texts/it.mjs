@@ -113,6 +113,7 @@ export default {
   'settings.language': 'Lingua',
   'settings.ownLanguage': 'La mia',
   'settings.reset': 'Ripristina i valori iniziali',
+  'settings.wasReset': 'Tutto questo è di nuovo come all’inizio.',
   'look.show': 'Mostra',
   'look.show.always': 'Sempre',
   'look.show.pause': 'In pausa',

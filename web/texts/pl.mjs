@@ -116,6 +116,7 @@ export default {
   'settings.language': 'Język',
   'settings.ownLanguage': 'Mój język',
   'settings.reset': 'Przywróć ustawienia początkowe',
+  'settings.wasReset': 'Wszystko tu jest znów jak na początku.',
   'look.show': 'Pokazuj',
   'look.show.always': 'Zawsze',
   'look.show.pause': 'Podczas pauzy',

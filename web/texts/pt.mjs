@@ -113,6 +113,7 @@ export default {
   'settings.language': 'Idioma',
   'settings.ownLanguage': 'O meu',
   'settings.reset': 'Restaurar o padrão',
+  'settings.wasReset': 'Tudo isto voltou a ser como no início.',
   'look.show': 'Mostrar',
   'look.show.always': 'Sempre',
   'look.show.pause': 'Em pausa',

@@ -116,6 +116,7 @@ export default {
   'settings.language': 'Язык',
   'settings.ownLanguage': 'Мой язык',
   'settings.reset': 'Вернуть исходные настройки',
+  'settings.wasReset': 'Всё это снова как вначале.',
   'look.show': 'Показывать',
   'look.show.always': 'Всегда',
   'look.show.pause': 'На паузе',

@@ -101,6 +101,7 @@ export default {
   'settings.language': 'Dil',
   'settings.ownLanguage': 'Kendi dilim',
   'settings.reset': 'Varsayılanlara dön',
+  'settings.wasReset': 'Bunların hepsi yine baştaki gibi.',
   'look.show': 'Göster',
   'look.show.always': 'Her zaman',
   'look.show.pause': 'Duraklatılınca',
