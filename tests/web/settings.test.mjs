@@ -24,6 +24,15 @@ test('a hidden line comes back as it was shown before, whoever hid it and whatev
   }
 });
 
+test('how a line was shown before it was hidden is kept with its look', (context) => {
+  const preferences = preferencesOf(context);
+  preferences.change('learned', withShow(preferences.get('learned'), 'pause'));
+  for (const shown of ['never', 'pause']) {
+    preferences.change('learned', toggledShow(preferences.get('learned')));
+    assert.equal(preferences.get('learned').show, shown);
+  }
+});
+
 test('a reset can be taken back until something is set, also when it is pressed twice', (context) => {
   const preferences = preferencesOf(context);
   const reset = new LooksReset(preferences, ['learned', 'lines']);
