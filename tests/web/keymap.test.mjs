@@ -2,8 +2,10 @@
 
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { Keymap, actionGroups, groupOf, keyText } from '../../web/play/keys/keymap.mjs';
+import { Keymap, actionGroups, groupOf } from '../../web/play/keys/keymap.mjs';
 import { keptKeys } from '../../web/play/settings/keptkeys.mjs';
+import { keyName } from '../../web/shared/keyname.mjs';
+import { speak } from '../../web/shared/texts.mjs';
 
 const keymap = new Keymap();
 const press = (key, more = {}, isCardOpen = false) => keymap.actionOf({ key, ...more }, isCardOpen);
@@ -53,10 +55,14 @@ test('own keys take the place of the defaults, and a key that is taken is told',
   assert.equal(groupOf('grade1'), 'card');
 });
 
-test('keys are written as people read them', () => {
-  const text = (key) => keyText(key, 'Space');
-  assert.deepEqual(['space', 'Ctrl+arrowleft', 'Shift+a', 'f11', ',', 'Ctrl+='].map(text),
-    ['Space', 'Ctrl+←', 'Shift+A', 'F11', ',', 'Ctrl+=']);
+test('keys are written as the keyboards of the language have them', async () => {
+  const combinations = ['space', 'Ctrl+arrowleft', 'Shift+a', 'f11', ',', 'Ctrl+=', 'Ctrl++', 'Alt+pagedown', 'capslock'];
+  assert.deepEqual(combinations.map(keyName),
+    ['Space', 'Ctrl+←', 'Shift+A', 'F11', ',', 'Ctrl+=', 'Ctrl++', 'Alt+PgDn', 'capslock']);
+  await speak('deu');
+  assert.deepEqual(combinations.map(keyName),
+    ['Leertaste', 'Strg+←', 'Umschalt+A', 'F11', ',', 'Strg+=', 'Strg++', 'Alt+Bild ab', 'capslock']);
+  await speak('eng');
 });
 
 test('of kept keys only what a key press can match counts', () => {

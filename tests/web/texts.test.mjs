@@ -3,6 +3,7 @@
 import assert from 'node:assert/strict';
 import { readFileSync, readdirSync } from 'node:fs';
 import { test } from 'node:test';
+import { speedText } from '../../web/play/bar/speedtext.mjs';
 import { interfaceLanguages, languageFor, speak, spokenLanguage, t } from '../../web/shared/texts.mjs';
 import english from '../../web/texts/en.mjs';
 
@@ -72,6 +73,7 @@ test('a text takes its values, its number and its form', async () => {
   assert.match(t('words.count', { count: 12_345 }), /12[,.]345/, 'with the digits of times and speeds');
   await speak('deu');
   assert.match(t('words.count', { count: 12_345 }), /^12\.345 /);
+  assert.deepEqual([0.85, 1].map(speedText), ['0,85×', '1,0×']);
   await speak('kor');
   assert.deepEqual([spokenLanguage(), t('home.words')], ['en', 'Words']);
 });

@@ -6,8 +6,9 @@ import { interfaceDefaults } from '../shared/preferences.mjs';
 export const playDefaults = {
   // Own keys by action: { togglePlay: ['space'] }.
   keys: {},
-  learned: { show: 'always', sizePercent: 100, font: 'sans', edge: 'outline', colour: 'white', place: 'below' },
-  native: { show: 'always', sizePercent: 100, font: 'sans', edge: 'outline', colour: 'warm', place: 'below' },
+  // shownAs: how a line was shown before it was hidden, empty before that.
+  learned: { show: 'always', shownAs: '', sizePercent: 100, font: 'sans', edge: 'outline', colour: 'white', place: 'below' },
+  native: { show: 'always', shownAs: '', sizePercent: 100, font: 'sans', edge: 'outline', colour: 'warm', place: 'below' },
   // Of both: how far above the bar (per cent of the height), whether words are coloured by status.
   lines: { raisedPercent: 0, colours: true, arrowsStepLines: false, pausesOnHover: false },
   interface: interfaceDefaults,

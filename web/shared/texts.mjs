@@ -17,6 +17,7 @@ let language = 'en';
 let asked = 0;
 let plurals = new Intl.PluralRules('en');
 let numbers = new Intl.NumberFormat('en');
+let decimals = new Map(); // by how many digits follow the decimal sign
 
 /**
  * code: of the learner's language ("fra"), or one of the two-letter codes; English where the pages do not speak it.
@@ -33,6 +34,7 @@ export async function speak(code) {
   language = wanted;
   plurals = new Intl.PluralRules(wanted);
   numbers = new Intl.NumberFormat(numberLocale());
+  decimals = new Map();
 }
 
 /**
@@ -50,6 +52,15 @@ export const spokenLanguage = () => language;
 export const numberLocale = () => `${language}-u-nu-latn`;
 
 export const number = (value) => numbers.format(value);
+
+/** A number with so many digits after its decimal sign: "1.0", in French "1,0". */
+export function decimal(value, digits) {
+  if (!decimals.has(digits)) {
+    const format = { minimumFractionDigits: digits, maximumFractionDigits: digits };
+    decimals.set(digits, new Intl.NumberFormat(numberLocale(), format));
+  }
+  return decimals.get(digits).format(value);
+}
 
 /** Whether there is such a text, for keys that come from elsewhere. */
 export const hasText = (key) => Object.hasOwn(english, key);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import { create } from '../../shared/elements.mjs';
-import { t } from '../../shared/texts.mjs';
+import { spokenLanguage, t } from '../../shared/texts.mjs';
 import { flagClass } from './flagclass.mjs';
 import { Popover } from './popover.mjs';
 
@@ -34,7 +34,8 @@ export class LanguagePicker {
   }
 
   render() {
-    this.#list.replaceChildren(...this.#languages.map((language) => this.#option(language)));
+    const names = new Intl.DisplayNames(spokenLanguage(), { type: 'language', fallback: 'none' });
+    this.#list.replaceChildren(...this.#languages.map((language) => this.#option(language, names)));
     this.#check();
   }
 
@@ -66,15 +67,17 @@ export class LanguagePicker {
     if (hadFocus) option.focus(); // the list was made anew under it
   }
 
-  #option({ code, languageTag, nativeName, englishName, hasDictionary = true }) {
+  #option({ code, languageTag, nativeName, englishName, hasDictionary = true }, names) {
     const make = (...rest) => create(this.#document, ...rest);
-    // Also the English name, for a machine without the letters of the language's own.
-    const note = hasDictionary ? englishName : t('home.noDictionary', { language: englishName });
+    // Also the name in the interface's language, for a machine without the letters of the language's own.
+    const name = names.of(languageTag) ?? englishName;
+    const isSame = name.toLowerCase() === nativeName.toLowerCase();
+    const note = hasDictionary ? name : t('home.noDictionary', { language: name });
     return make('label', {},
       make('input', { type: 'radio', name: 'language', value: code }),
       make('span', { className: flagClass(code) }),
       make('span', { className: 'names' },
         make('span', { textContent: nativeName, lang: languageTag }),
-        make('small', { textContent: note, title: note })));
+        ...(isSame && hasDictionary ? [] : [make('small', { textContent: note, title: note })])));
   }
 }

@@ -3,6 +3,7 @@
 // What the review is drawn of. Each function makes elements out of what it is given, and knows no session.
 
 import { button, create } from '../../shared/elements.mjs';
+import { keyName } from '../../shared/keyname.mjs';
 import { t } from '../../shared/texts.mjs';
 import { timeText } from '../../shared/timetext.mjs';
 import { titleTexts } from '../films/filmcard.mjs';
@@ -70,7 +71,7 @@ export function backParts(document, { lemma, sighting }, { meaning, ipa, definit
 }
 
 export function turnPart(document, turn) {
-  const key = create(document, 'kbd', { textContent: t('key.space') });
+  const key = create(document, 'kbd', { textContent: keyName('space') });
   return create(document, 'div', { className: 'turn' },
     button(document, { className: 'main' }, turn, t('review.turn'), key));
 }

@@ -1,19 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import { button, create } from '../../shared/elements.mjs';
+import { keyName } from '../../shared/keyname.mjs';
 import { t } from '../../shared/texts.mjs';
 
-// Groups of keys, each with its text; 'space' stands for the interface's word for it.
+// Groups of keys, each with its text.
 const keyGroups = [
   ['help.everywhere', [
-    [['1', '2', '3', '4'], 'help.toView'], [['/'], 'help.toSearch'], [['?', 'F1'], 'help.thisSheet'],
-    [['Ctrl+O'], 'help.openFilm'],
+    [['1', '2', '3', '4'], 'help.toView'], [['/'], 'help.toSearch'], [['?', 'f1'], 'help.thisSheet'],
+    [['Ctrl+o'], 'help.openFilm'],
   ]],
   ['help.inReview', [
-    [['space'], 'help.turn'], [['1', '2', '3', '4'], 'help.grade'], [['S'], 'help.hearLine'], [['W'], 'help.hearWord'],
-    [['U'], 'help.undo'], [['Alt+1', 'Alt+4'], 'help.toViewFromReview'],
+    [['space'], 'help.turn'], [['1', '2', '3', '4'], 'help.grade'], [['s'], 'help.hearLine'], [['w'], 'help.hearWord'],
+    [['u'], 'help.undo'], [['Alt+1', 'Alt+4'], 'help.toViewFromReview'],
   ]],
-  ['help.inLists', [[['↑', '↓'], 'help.rows'], [['PgUp', 'PgDn'], 'help.pages']]],
+  ['help.inLists', [[['arrowup', 'arrowdown'], 'help.rows'], [['pageup', 'pagedown'], 'help.pages']]],
 ];
 
 /** The sheet with the keys of this page, and the ways to the tour and to what is told of accounts. */
@@ -47,7 +48,7 @@ export class Help {
     const press = (className, pressed, ...children) => button(this.#document, { className }, pressed, ...children);
     const closing = { className: 'close', ariaLabel: t('close') };
     const close = button(this.#document, closing, () => this.#dialog.close());
-    const key = (name) => make('kbd', { textContent: name === 'space' ? t('key.space') : name });
+    const key = (name) => make('kbd', { textContent: keyName(name) });
     const row = ([names, text]) => make('div', {},
       make('dt', { dir: 'ltr' }, ...names.map(key)), make('dd', { textContent: t(text) }));
     const group = ([title, rows]) => make('section', {},

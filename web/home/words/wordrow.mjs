@@ -64,7 +64,7 @@ function statusChoice(document, word, actions) {
   const label = t('words.statusOf', { word: word.lemma });
   const choice = create(document, 'select', { className: 'status', ariaLabel: label },
     ...statuses.map((status) => create(document, 'option', {
-      value: status, textContent: t(`words.status.${status}`), selected: status === word.status,
+      value: status, textContent: t(`status.${status}`), selected: status === word.status,
     })));
   choice.addEventListener('change', () => actions.setStatus(word, choice.value));
   return choice;

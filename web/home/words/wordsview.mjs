@@ -99,7 +99,7 @@ export class WordsView {
       meaning: (word, isWanted) => this.#meaning(word, isWanted),
       setGloss: (word, gloss) => this.#change(word, { gloss }, t('words.glossKept', { word: word.lemma })),
       setStatus: (word, status) => this.#change(word, { status }, t('words.statusSet', {
-        word: word.lemma, status: t(`words.status.${status}`),
+        word: word.lemma, status: t(`status.${status}`),
       })),
       play: this.#tools.play,
       learnerTag: this.#tools.learnerTag,
@@ -127,7 +127,7 @@ export class WordsView {
       create(this.#document, 'option', { value, textContent, selected: value === chosen }));
     const { statuses: chosen, order: chosenOrder } = this.#filter;
     status.replaceChildren(option('', t('words.allStatuses'), chosen), option(learning, t('words.allLearning'), chosen),
-      ...statuses.map((each) => option(each, t(`words.status.${each}`), chosen)));
+      ...statuses.map((each) => option(each, t(`status.${each}`), chosen)));
     order.replaceChildren(...orders.map((each) => option(each, t(`words.order.${each}`), chosenOrder)));
   }
 

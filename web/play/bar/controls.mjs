@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import { speedText } from './speedtext.mjs';
+import { keyName } from '../../shared/keyname.mjs';
 import { t } from '../../shared/texts.mjs';
-import { keyName } from '../keys/keyname.mjs';
 import { MoreButtons } from './morebuttons.mjs';
 import { Tips } from './tips.mjs';
 

@@ -161,15 +161,3 @@ const layerOf = (group) => (group === cardGroup ? 'card' : 'film');
 export function groupOf(action) {
   return actionGroups.find(([, actions]) => action in actions)?.[0] ?? null;
 }
-
-const names = {
-  arrowleft: '←', arrowright: '→', arrowup: '↑', arrowdown: '↓', pageup: 'PgUp', pagedown: 'PgDn', backspace: '⌫',
-  mediaplaypause: '⏯',
-};
-
-/** A combination as a sheet shows it. spaceName: the interface's word for the space bar. */
-export function keyText(text, spaceName) {
-  const parts = /^((?:\w+\+)*)(.+)$/.exec(text);
-  const key = parts[2] === 'space' ? spaceName : names[parts[2]] ?? (parts[2].length === 1 ? parts[2].toUpperCase() : parts[2]);
-  return parts[1] + (/^f\d+$/.test(key) ? key.toUpperCase() : key);
-}

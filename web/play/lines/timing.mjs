@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import { numberLocale, t } from '../../shared/texts.mjs';
+import { decimal, t } from '../../shared/texts.mjs';
 
 // How a subtitle's own times become the film's. A timing as the service keeps it: { offsetMs, rateNumerator,
 // rateDenominator, cut: { atMs, offsetMs } or null }. Pure functions; times in milliseconds.
@@ -9,10 +9,10 @@ export const unmoved = Object.freeze({ offsetMs: 0, rateNumerator: 1, rateDenomi
 
 /** How many frames a second films have: a subtitle made for one speed runs away from a film of another. */
 export const frameRates = [
-  { text: '23.976', numerator: 24000, denominator: 1001 },
-  { text: '24', numerator: 24, denominator: 1 },
-  { text: '25', numerator: 25, denominator: 1 },
-  { text: '29.97', numerator: 30000, denominator: 1001 },
+  { numerator: 24000, denominator: 1001 },
+  { numerator: 24, denominator: 1 },
+  { numerator: 25, denominator: 1 },
+  { numerator: 30000, denominator: 1001 },
 ];
 
 const gcd = (a, b) => (b === 0 ? a : gcd(b, a % b));
@@ -70,10 +70,7 @@ export function isSameRate(timing, made, shown) {
     === timing.rateDenominator * made.numerator * shown.denominator;
 }
 
-const number = (value, digits) => new Intl.NumberFormat(numberLocale(),
-  { minimumFractionDigits: digits, maximumFractionDigits: digits }).format(value);
-
-const seconds = (ms) => number(Math.abs(ms) / 1000, Math.abs(ms) % 100 === 0 ? 1 : 2);
+const seconds = (ms) => decimal(Math.abs(ms) / 1000, Math.abs(ms) % 100 === 0 ? 1 : 2);
 
 export function offsetText(offsetMs) {
   if (offsetMs === 0) return t('timing.asItIs');
@@ -85,7 +82,7 @@ export function timingText(timing) {
   const parts = [offsetText(timing.offsetMs)];
   if (timing.rateNumerator !== timing.rateDenominator) {
     const share = (timing.rateNumerator / timing.rateDenominator) * 100;
-    parts.push(t('timing.stretched', { percent: number(share, 2) }));
+    parts.push(t('timing.stretched', { percent: decimal(share, 2) }));
   }
   if (timing.cut) parts.push(t('timing.afterCut', { shift: offsetText(timing.cut.offsetMs) }));
   return parts.join(', ');

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import { button, create, setHidden } from '../../shared/elements.mjs';
-import { t } from '../../shared/texts.mjs';
+import { number } from '../../shared/texts.mjs';
 import { FilmFit } from './filmfit.mjs';
 import { LanguageChoice } from './languagechoice.mjs';
 import { LetterChoice } from './letterchoice.mjs';
@@ -113,10 +113,11 @@ export class TimingCard {
 
   #rateChoice() {
     const choices = [create(this.#document, 'option', { value: '', 'data-text': 'timing.rateOfFilm' })];
-    frameRates.forEach((made, i) => frameRates.forEach((shown, k) => {
-      const textContent = `${made.text} → ${shown.text}`;
-      if (i !== k) choices.push(create(this.#document, 'option', { value: `${i} ${k}`, textContent }));
-    }));
+    for (const i of frameRates.keys()) {
+      for (const k of frameRates.keys()) {
+        if (i !== k) choices.push(create(this.#document, 'option', { value: `${i} ${k}` })); // named when it is shown
+      }
+    }
     const select = create(this.#document, 'select', { 'data-title': 'timing.rateHint' }, ...choices);
     select.addEventListener('change', () => {
       const places = select.value === '' ? [0, 0] : select.value.split(' ');
@@ -128,11 +129,13 @@ export class TimingCard {
 
   #showRate(timing) {
     const select = this.#rates.querySelector('select');
-    const isRate = ({ value }) => {
-      const [made, shown] = value.split(' ').map((i) => frameRates[i]);
-      return value !== '' && isSameRate(timing, made, shown);
-    };
-    const found = [...select.options].find(isRate);
+    const ratesOf = ({ value }) => value.split(' ').map((i) => frameRates[i]);
+    const [, ...choices] = select.options; // without that of the film itself
+    for (const choice of choices) {
+      const text = ratesOf(choice).map(({ numerator, denominator }) => number(numerator / denominator)).join(' → ');
+      if (choice.textContent !== text) choice.textContent = text;
+    }
+    const found = choices.find((choice) => isSameRate(timing, ...ratesOf(choice)));
     select.value = timing.rateNumerator === timing.rateDenominator ? '' : found?.value ?? '';
   }
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import { fromLeftToRight } from '../../shared/direction.mjs';
+import { keyName } from '../../shared/keyname.mjs';
 import { t } from '../../shared/texts.mjs';
-import { keyName } from '../keys/keyname.mjs';
 import { LineTools } from './linetools.mjs';
 import { PracticeMarks } from './practicemarks.mjs';
 import { PracticePanel } from './practicepanel.mjs';

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import { speedText } from '../bar/speedtext.mjs';
-import { keyName } from '../keys/keyname.mjs';
 import { Switch } from '../../shared/controls.mjs';
 import { button, create } from '../../shared/elements.mjs';
+import { keyName } from '../../shared/keyname.mjs';
 import { t } from '../../shared/texts.mjs';
 
 // What the steppers go through.

@@ -2,10 +2,13 @@
 
 import { fromLeftToRight } from '../../shared/direction.mjs';
 import { button, create, keepFocus } from '../../shared/elements.mjs';
+import { keyName } from '../../shared/keyname.mjs';
 import { t } from '../../shared/texts.mjs';
 import { Keymap, actionGroups, combinationsOf } from '../keys/keymap.mjs';
-import { keyName } from '../keys/keyname.mjs';
+import { statusOfAction } from '../words/statuschoice.mjs';
 import { keptKeys } from './keptkeys.mjs';
+
+const nameOf = (action) => t(action in statusOfAction ? `status.${statusOfAction[action]}` : `key.${action}`);
 
 /** All keys on one sheet, each of which can be chosen anew: a press on it waits for the next key. */
 export class KeySheet {
@@ -58,7 +61,7 @@ export class KeySheet {
   #row(action, keymap) {
     const d = this.#document;
     const keys = keymap.keysOf(action);
-    const name = t(`key.${action}`);
+    const name = nameOf(action);
     const keyButtons = keys.map((key, place) => button(d, {
       id: `key-${action}-${place}`,
       className: 'key',
@@ -83,7 +86,7 @@ export class KeySheet {
     this.#ask(null);
     if (!isWaiting) {
       this.#waitingFor = { action, place };
-      this.#said.textContent = t('keys.press', { name: t(`key.${action}`) });
+      this.#said.textContent = t('keys.press', { name: nameOf(action) });
     }
     this.show();
     this.#focus(action, place);
@@ -122,7 +125,7 @@ export class KeySheet {
     const { action, place, key, from } = taken;
     const d = this.#document;
     const take = button(d, { className: 'strong' }, () => this.#take(taken), t('keys.take'));
-    const sentence = t('keys.taken', { key: fromLeftToRight(keyName(key)), name: t(`key.${from}`) });
+    const sentence = t('keys.taken', { key: fromLeftToRight(keyName(key)), name: nameOf(from) });
     const leave = () => { this.#ask(null); this.#focus(action, place); };
     this.#said.append(create(d, 'span', {}, sentence), take, button(d, { className: 'plain' }, leave, t('cancel')));
     this.show();

@@ -2,13 +2,14 @@
 
 import { Chips, Slider, Switch } from '../../shared/controls.mjs';
 import { button, create, keepFocus } from '../../shared/elements.mjs';
+import { keyName } from '../../shared/keyname.mjs';
 import { interfaceLanguages, t } from '../../shared/texts.mjs';
 import { Keymap } from '../keys/keymap.mjs';
-import { keyName } from '../keys/keyname.mjs';
 import { lineNames } from '../lines/subtitles.mjs';
 import { wordClasses } from '../words/filmwords.mjs';
 import { keptKeys } from './keptkeys.mjs';
 import { heights, lookOf, looks, sizes, withShow } from './lineslook.mjs';
+import { LooksReset } from './looksreset.mjs';
 
 const percent = (value) => t('bar.percent', { percent: value });
 const legend = [['unknown', 'unknown'], ['new', 'new'], ['learning', 'learning1'], ['known', 'known']]; // name, status
@@ -21,6 +22,8 @@ export class SettingsPanel {
   #panel;
   #shown = []; // what each control shows, carried out again after every change
   #isBuilt = false; // in the language and with the keys of now
+  #reset;
+  #said;
 
   /** panels: SidePanels; openKeys(): shows the sheet of keys. */
   constructor(document, panels, preferences, openKeys) {
@@ -29,10 +32,13 @@ export class SettingsPanel {
     this.#preferences = preferences;
     this.#panel = document.getElementById('settings-panel');
     this.openKeys = openKeys;
+    this.#reset = new LooksReset(preferences, [...lineNames, 'lines']);
+    this.#said = create(document, 'p', { className: 'said', role: 'status' });
     panels.add('settings', {
       element: this.#panel,
       button: document.getElementById('settings'),
       opened: () => this.translate(), // with the keys of now
+      closed: () => this.#reset.forget(),
     });
     preferences.onChange(() => this.show());
   }
@@ -56,7 +62,8 @@ export class SettingsPanel {
   #build() {
     const d = this.#document;
     this.#isBuilt = true;
-    this.#shown = [];
+    this.#shown = [() => this.#showReset()];
+    this.#said.replaceChildren();
     this.#panel.replaceChildren(
       create(d, 'header', {},
         create(d, 'h2', { id: 'settings-title' }, t('settings.title')),
@@ -132,10 +139,30 @@ export class SettingsPanel {
     return this.#section(t('settings.program'), language.element,
       create(d, 'p', { className: 'row' },
         button(d, { className: 'plain' }, () => this.openKeys(), t('keys.title')),
-        button(d, { className: 'plain' }, () => this.#reset(), t('settings.reset'))));
+        button(d, { id: 'settings-reset', className: 'plain' }, () => this.#resetLooks(), t('settings.reset'))),
+      this.#said);
   }
 
-  #reset() {
-    for (const name of [...lineNames, 'lines']) this.#preferences.reset(name);
+  #resetLooks() {
+    this.#reset.reset();
+    this.show();
+    this.#said.scrollIntoView({ block: 'nearest' });
+  }
+
+  #showReset() {
+    const { canUndo } = this.#reset;
+    if (canUndo === this.#said.hasChildNodes()) return;
+    if (!canUndo) {
+      this.#said.replaceChildren();
+      return;
+    }
+    const undo = button(this.#document, { className: 'plain' }, () => this.#undoReset(), t('fit.undo'));
+    this.#said.append(create(this.#document, 'span', {}, t('settings.wasReset')), undo);
+  }
+
+  #undoReset() {
+    const hadFocus = this.#said.contains(this.#document.activeElement);
+    this.#reset.undo();
+    if (hadFocus) this.#document.getElementById('settings-reset').focus(); // what had the keyboard is gone
   }
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import { create } from '../../shared/elements.mjs';
-import { t } from '../../shared/texts.mjs';
+import { hasText, spokenLanguage, t } from '../../shared/texts.mjs';
 import { byPartOfSpeech } from './lookups.mjs';
 
 const sensesAtOnce = 4;
@@ -15,10 +15,16 @@ export function meaningsPart(document, headword, { hasDictionary, languageTag })
   return parts;
 }
 
+// As the service names it, in the interface's language; what the texts do not know stays English.
+function kindOf(partOfSpeech) {
+  const key = `part.${partOfSpeech}`;
+  return hasText(key) ? { lang: spokenLanguage(), textContent: t(key) } : { lang: 'en', textContent: partOfSpeech };
+}
+
 function groupPart(document, { partOfSpeech, senses }, languageTag) {
   const items = senses.map((sense) => senseItem(document, sense, languageTag));
   const list = create(document, 'ol', {}, ...items.slice(0, sensesAtOnce));
-  const parts = partOfSpeech ? [create(document, 'h3', { lang: 'en', textContent: partOfSpeech }), list] : [list];
+  const parts = partOfSpeech ? [create(document, 'h3', kindOf(partOfSpeech)), list] : [list];
   if (items.length > sensesAtOnce) {
     const rest = create(document, 'ol', { start: sensesAtOnce + 1 }, ...items.slice(sensesAtOnce));
     parts.push(create(document, 'details', {},
@@ -46,7 +52,7 @@ function senseItem(document, { translations, definition, examples }, languageTag
 export function englishPart(document, english, isOpen) {
   if (english.length === 0) return [];
   const items = english.slice(0, 6).map(({ partOfSpeech, definition, examples, synonyms }) => create(document, 'li', { lang: 'en' },
-    create(document, 'span', { className: 'kind', textContent: partOfSpeech }), ' ',
+    create(document, 'span', { className: 'kind', ...kindOf(partOfSpeech) }), ' ',
     create(document, 'span', { textContent: definition }),
     examples[0] ? create(document, 'span', { className: 'example', textContent: `“${examples[0]}”` }) : '',
     synonyms.length > 0 ? create(document, 'span', { className: 'example', textContent: `= ${synonyms.slice(0, 5).join(', ')}` }) : ''));

@@ -6,6 +6,11 @@ import { t } from '../../shared/texts.mjs';
 const steps = ['new', 'learning1', 'learning2', 'learning3', 'learning4', 'known', 'ignored'];
 const marks = { new: '0', learning1: '1', learning2: '2', learning3: '3', learning4: '4', known: '✓', ignored: '–' };
 
+/** The status that an action by key gives the word of the open card. */
+export const statusOfAction = {
+  grade0: 'new', grade1: 'learning1', grade2: 'learning2', grade3: 'learning3', grade4: 'learning4', grade5: 'known', ignoreWord: 'ignored',
+};
+
 /** How well a word is known, as a row of buttons. */
 export class StatusChoice {
   #buttons = new Map();

@@ -8,13 +8,10 @@ import { cardPlace } from './cardplace.mjs';
 import { lookUpPicked, shortMeaning } from './lookups.mjs';
 import { englishPart, meaningsPart, sourcesPart } from './meanings.mjs';
 import { PickedWord } from './pickedword.mjs';
-import { StatusChoice } from './statuschoice.mjs';
+import { StatusChoice, statusOfAction } from './statuschoice.mjs';
 
 const widthPx = 404;
 const fullHeightPx = 421;
-const grades = {
-  grade0: 'new', grade1: 'learning1', grade2: 'learning2', grade3: 'learning3', grade4: 'learning4', grade5: 'known', ignoreWord: 'ignored',
-};
 
 /** The card of a picked word: what it means, how it sounds, where else it stands, and what the learner makes of it. */
 export class WordCard {
@@ -77,7 +74,7 @@ export class WordCard {
   }
 
   actions = {
-    ...Object.fromEntries(Object.entries(grades).map(([action, status]) => [action, () => this.#grade(status)])),
+    ...Object.fromEntries(Object.entries(statusOfAction).map(([action, status]) => [action, () => this.#grade(status)])),
     saveWord: () => this.#change((word) => word.save()),
     speakWord: () => this.#speak('soundUrl'),
     speakSlowly: () => this.#speak('slowSoundUrl'),
