@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import assert from 'node:assert/strict';
-import { existsSync, readFileSync } from 'node:fs';
+import { existsSync, readFileSync, readdirSync } from 'node:fs';
 import { test } from 'node:test';
 
 import { flagClass } from '../../web/home/frame/flagclass.mjs';
@@ -166,4 +166,20 @@ test('what is set in the pages is newer than a reply that was under way, and is 
   await again;
   assert.deepEqual(preferences.get('interface'), { language: 'fr', follows: false }); // of what was kept only what fits
   assert.equal(told, 3);
+});
+
+test('all that one module takes from another is there', () => {
+  const modules = readdirSync(web, { recursive: true }).filter((name) => name.endsWith('.mjs'));
+  assert.ok(modules.length > 100);
+  for (const name of modules) {
+    const source = readFileSync(new URL(name, web), 'utf8');
+    for (const [, names, from] of source.matchAll(/^import \{([^}]+)\} from '(\.[^']+)';$/gm)) {
+      const file = new URL(from, new URL(name, web));
+      const given = existsSync(file) ? readFileSync(file, 'utf8') : '';
+      for (const each of names.split(',').map((part) => part.trim().split(' as ')[0]).filter(Boolean)) {
+        const isGiven = new RegExp(`^export (async )?(class|const|function\\*?|let) ${each}\\b|^export \\{[^}]*\\b${each}\\b`, 'm').test(given);
+        assert.ok(isGiven, `${name}: ${each} of ${from}`);
+      }
+    }
+  }
 });
