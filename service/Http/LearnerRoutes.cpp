@@ -4,6 +4,7 @@
 #include "Http/Router.h"
 #include "Store/LearnerFile.h"
 
+#include <QDate>
 #include <QFileInfo>
 #include <QJsonArray>
 
@@ -26,8 +27,13 @@ RouteError errorOf(LearnerFileError::Reason reason) {
             QStringLiteral("This is not a file that was saved from this program.")};
 }
 
+// Those of several days can lie side by side. No backup is called so: see SavedFiles.
+QByteArray nameOfToday() {
+    return "murvo-" + QDate::currentDate().toString(Qt::ISODate).toLatin1() + ".sqlite";
+}
+
 Response give(const LearnerRouteParts &parts) {
-    return {200, "application/vnd.sqlite3", {}, "murvo.sqlite", parts.file.copy()};
+    return {200, "application/vnd.sqlite3", {}, nameOfToday(), parts.file.copy()};
 }
 
 // bring: puts another store in the place of this one and returns the path of the backup.

@@ -2,6 +2,7 @@
 #include "Speech/Espeak.h"
 
 #include "Log.h"
+#include "Speech/StressMarks.h"
 
 #include <QRegularExpression>
 #include <QStringList>
@@ -104,6 +105,11 @@ QByteArray wavFile(const QByteArray &samples, int sampleRate) {
     return file + samples;
 }
 
+bool isEnglish(const char *voice) {
+    const QByteArrayView name(voice);
+    return name == "en" || name.startsWith("en-");
+}
+
 } // namespace
 
 std::optional<QByteArray> sound(const QString &text, const char *voice, Pace pace,
@@ -138,7 +144,8 @@ std::optional<QString> pronunciation(const QString &text, const char *voice) {
             sentences.append(QString::fromUtf8(ipa).remove(languageMark).simplified());
     }
     sentences.removeAll(QString());
-    return sentences.join(u' ');
+    const QString all = sentences.join(u' ');
+    return isEnglish(voice) ? stressBeforeSyllables(all) : all;
 }
 
 } // namespace murvo::service::Espeak

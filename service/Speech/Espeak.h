@@ -27,7 +27,8 @@ namespace Espeak {
 [[nodiscard]] std::optional<QByteArray> sound(const QString &text, const char *voice, Pace pace,
                                               const std::atomic<bool> &isGivenUp);
 
-/// The text in the letters of the International Phonetic Alphabet, a blank between sentences.
+/// The text in the letters of the International Phonetic Alphabet, a blank between sentences. In English the
+/// stress marks stand before their syllables, in other languages right before the vowels.
 [[nodiscard]] std::optional<QString> pronunciation(const QString &text, const char *voice);
 
 } // namespace Espeak

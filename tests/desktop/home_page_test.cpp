@@ -212,7 +212,7 @@ TEST_F(HomePage, SavesTheWordsWhereTheLearnerWantsThem) {
 TEST_F(HomePage, BringsBackAllThatWasSaved) {
     ASSERT_NO_FATAL_FAILURE(comeBackFromAFilm());
     ASSERT_NO_FATAL_FAILURE(openLists());
-    const QString path = QDir::home().filePath(QStringLiteral("Downloads/murvo.sqlite"));
+    const QString path = QDir::home().filePath(QStringLiteral("Downloads/murvo-2026-11-23.sqlite"));
     const auto goes = qScopeGuard([&path] { QFile::remove(path); });
     std::ignore = saveBy("#lists section:last-child a[download]", path);
     ASSERT_TRUE(waitUntil([&path] { return QFileInfo(path).size() > 0; }));

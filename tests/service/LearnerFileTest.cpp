@@ -3,12 +3,16 @@
 #include "service/ServiceFixture.h"
 #include "service/Store/Database.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QScopeGuard>
 #include <QSet>
+
+#include <ctime>
+#include <tuple>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -204,8 +208,9 @@ TEST_F(LearnerFileTest, ASavedFileIsFoundWherePeopleKeepThemAndBroughtBack) {
         file.write(content);
     };
     mark(u"mine"_s);
+    const QString dated = u"murvo-2026-11-23.sqlite"_s;
     const QByteArray saved = save().body;
-    put(u"Downloads/murvo (1).sqlite"_s, saved);
+    put(u"Downloads/"_s + dated, saved);
     put(u"My English, old.sqlite"_s, saved.left(saved.size() / 2));
     put(u"Downloads/murvo-notes.sqlite"_s, "my own notes");
     put(u"other.sqlite"_s, made({{1, u"CREATE TABLE notes (id INTEGER);"_s}}, ""));
@@ -216,7 +221,7 @@ TEST_F(LearnerFileTest, ASavedFileIsFoundWherePeopleKeepThemAndBroughtBack) {
     ASSERT_FALSE(copied.first(65'536).contains("CREATE TABLE films"));
     put(u"murvo.sqlite"_s, copied);
     const QTemporaryDir elsewhere;
-    ASSERT_TRUE(QFile::copy(home.filePath(u"Downloads/murvo (1).sqlite"_s), elsewhere.filePath(u"a"_s)));
+    ASSERT_TRUE(QFile::copy(home.filePath(u"Downloads/"_s + dated), elsewhere.filePath(u"a"_s)));
     ASSERT_TRUE(QFile::link(elsewhere.filePath(u"a"_s), home.filePath(u"murvo-link.sqlite"_s)));
     mark(u"later"_s);
 
@@ -232,8 +237,8 @@ TEST_F(LearnerFileTest, ASavedFileIsFoundWherePeopleKeepThemAndBroughtBack) {
                     "application/json");
     };
     EXPECT_EQ(QSet<QString>(files().keyBegin(), files().keyEnd()),
-              (QSet<QString>{u"murvo (1).sqlite"_s, u"My English, old.sqlite"_s, u"murvo.sqlite"_s}));
-    const QJsonObject found = files()[u"murvo (1).sqlite"_s];
+              (QSet<QString>{dated, u"My English, old.sqlite"_s, u"murvo.sqlite"_s}));
+    const QJsonObject found = files()[dated];
     EXPECT_EQ(found["folderName"_L1], "Downloads"_L1);
     EXPECT_EQ(found["bytes"_L1].toInt(), saved.size());
     EXPECT_EQ(found["isBackup"_L1], false);
@@ -241,17 +246,38 @@ TEST_F(LearnerFileTest, ASavedFileIsFoundWherePeopleKeepThemAndBroughtBack) {
     EXPECT_EQ(bringBack(u"My English, old.sqlite"_s).errorCode(), u"damagedFile"_s);
     EXPECT_EQ(bringBack(u"other.sqlite"_s).errorCode(), u"fileMoved"_s);
     EXPECT_EQ(words(), u"later mine"_s);
-    const Reply taken = bringBack(u"murvo (1).sqlite"_s);
+    const Reply taken = bringBack(dated);
     ASSERT_EQ(taken.status, 200) << taken.body.toStdString();
     EXPECT_EQ(words(), u"mine"_s);
-    QFile file(home.filePath(u"Downloads/murvo (1).sqlite"_s));
+    QFile file(home.filePath(u"Downloads/"_s + dated));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.readAll(), saved) << "the file itself stays as it is";
 
     const QString backup = taken.json()["backupFileName"_L1].toString();
+    EXPECT_EQ(files()[dated]["isBackup"_L1], false);
     EXPECT_EQ(files()[backup]["isBackup"_L1], true);
     EXPECT_EQ(bringBack(backup).status, 200);
     EXPECT_EQ(words(), u"later mine"_s) << "and all of it is taken back";
+}
+
+TEST_F(LearnerFileTest, ASavedFileIsNamedAfterTheDayHere) {
+    const QByteArray zoneBefore = qgetenv("TZ");
+    const auto zoneGoesBack = qScopeGuard([&zoneBefore] {
+        std::ignore = zoneBefore.isNull() ? qunsetenv("TZ") : qputenv("TZ", zoneBefore);
+        tzset();
+    });
+    for (const int hours : {14, -12}) { // never on the same day
+        qputenv("TZ", QByteArray("HERE") + QByteArray::number(-hours));
+        tzset();
+        const auto name = [hours] {
+            const QDateTime there = QDateTime::currentDateTimeUtc().addSecs(hours * 3600);
+            return "attachment; filename=\"murvo-" + there.toString(u"yyyy-MM-dd"_s).toStdString() +
+                   ".sqlite\"";
+        };
+        const std::string before = name();
+        const std::string given = save().header("Content-Disposition");
+        EXPECT_THAT(given, testing::AnyOf(before, name())) << "the day may end meanwhile";
+    }
 }
 
 TEST_F(LearnerFileTest, AFileAboveTheLimitOfOtherBodiesIsTaken) {
