@@ -96,7 +96,41 @@ std::string matchOf(const LineQuery &sought) {
     return '"' + phrase.toStdString() + (sought.isWholeWord ? "\"" : "\" *");
 }
 
+// A damaged length asks for more memory than there can be before anything else is noticed of the damage.
+bool maySayDamagedIndex(const SQLite::Exception &failure) {
+    const int code = failure.getErrorCode() & 0xff;
+    return code == SQLITE_CORRUPT || code == SQLITE_NOMEM;
+}
+
 } // namespace
+
+// One that is damaged can neither be emptied nor dropped by its own means: its tables are first made those of
+// an index of nothing.
+void LineTable::remakeIndex(SQLite::Database &connection) {
+    connection.exec("DELETE FROM line_texts_data;"
+                    "INSERT INTO line_texts_data VALUES (1, x''), (10, x'00000000000000');"
+                    "DELETE FROM line_texts_idx;"
+                    "DELETE FROM line_texts_docsize;"
+                    "DELETE FROM line_texts_config;"
+                    "INSERT INTO line_texts_config VALUES ('version', 4);");
+    const std::string definition =
+        connection.execAndGet("SELECT sql FROM sqlite_master WHERE name = 'line_texts'").getString();
+    connection.exec("DROP TABLE line_texts");
+    connection.exec(definition);
+    connection.exec("INSERT INTO line_texts (line_texts) VALUES ('rebuild')");
+}
+
+template<typename Use>
+std::invoke_result_t<Use> LineTable::mendingIndex(const Use &use) {
+    try {
+        return use();
+    } catch (const SQLite::Exception &failure) {
+        if (!maySayDamagedIndex(failure))
+            throw;
+        _database.transact(remakeIndex); // all of it is in the lines
+        return use();
+    }
+}
 
 QList<qint32> LineTable::due(int madeBy, qint32 filmId) {
     return _database.run([madeBy, filmId](SQLite::Database &connection) {
@@ -121,11 +155,13 @@ bool LineTable::isDue(int madeBy, qint32 subtitleId) {
 
 void LineTable::replace(const Subtitle &subtitle, int madeBy, const QList<Cue> &cues,
                         const QList<MetWord> &words) {
-    _database.transact([&](SQLite::Database &connection) {
-        removeOf(connection, subtitle.id);
-        if (!writeSource(connection, subtitle, madeBy))
-            return;
-        writeWords(connection, subtitle.id, words, writeLines(connection, subtitle.id, cues));
+    mendingIndex([&] {
+        _database.transact([&](SQLite::Database &connection) {
+            removeOf(connection, subtitle.id);
+            if (!writeSource(connection, subtitle, madeBy))
+                return;
+            writeWords(connection, subtitle.id, words, writeLines(connection, subtitle.id, cues));
+        });
     });
 }
 
@@ -187,31 +223,8 @@ std::optional<StoredLine> LineTable::line(qint64 lineId) {
     });
 }
 
-// One that is damaged can neither be emptied nor dropped by its own means: its tables are first made those of
-// an index of nothing.
-void LineTable::remakeIndex(SQLite::Database &connection) {
-    connection.exec("DELETE FROM line_texts_data;"
-                    "INSERT INTO line_texts_data VALUES (1, x''), (10, x'00000000000000');"
-                    "DELETE FROM line_texts_idx;"
-                    "DELETE FROM line_texts_docsize;"
-                    "DELETE FROM line_texts_config;"
-                    "INSERT INTO line_texts_config VALUES ('version', 4);");
-    const std::string definition =
-        connection.execAndGet("SELECT sql FROM sqlite_master WHERE name = 'line_texts'").getString();
-    connection.exec("DROP TABLE line_texts");
-    connection.exec(definition);
-    connection.exec("INSERT INTO line_texts (line_texts) VALUES ('rebuild')");
-}
-
 QList<FoundLine> LineTable::search(const LineQuery &sought, qint64 belowId, qint32 count) {
-    try {
-        return find(sought, belowId, count);
-    } catch (const SQLite::Exception &failure) {
-        if ((failure.getErrorCode() & 0xff) != SQLITE_CORRUPT)
-            throw;
-        _database.transact(remakeIndex); // all of it is in the lines
-        return find(sought, belowId, count);
-    }
+    return mendingIndex([&] { return find(sought, belowId, count); });
 }
 
 QList<FoundLine> LineTable::find(const LineQuery &sought, qint64 belowId, qint32 count) {

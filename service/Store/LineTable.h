@@ -9,6 +9,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <type_traits>
 
 namespace SQLite {
 class Database;
@@ -86,6 +87,10 @@ class LineTable {
     static void remakeIndex(SQLite::Database &connection);
 
   private:
+    /// Does it once more, with the index made anew, when the index turns out to be damaged.
+    template<typename Use>
+    std::invoke_result_t<Use> mendingIndex(const Use &use);
+
     [[nodiscard]] QList<FoundLine> find(const LineQuery &sought, qint64 belowId, qint32 count);
 
     Database &_database;

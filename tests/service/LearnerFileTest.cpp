@@ -123,7 +123,7 @@ TEST_F(LearnerFileTest, WhatIsOddWithinAGoodFileDoesNoHarm) {
     const auto found = [this] { return get(u"Api/Lines/Search?text=hello"_s).json()["lines"_L1].toArray(); };
     EXPECT_EQ(changed("INSERT OR REPLACE INTO timings VALUES (1, 5, 0, 0, NULL, NULL)"), 200);
     EXPECT_EQ(found().size(), 1) << "a film's times are not divided by nothing";
-    EXPECT_EQ(changed("UPDATE line_texts_data SET block = randomblob(length(block))"), 200);
+    EXPECT_EQ(changed("UPDATE line_texts_data SET block = x'ffffffffffffffffffffffff'"), 200);
     EXPECT_EQ(found().size(), 1) << "the index is made anew";
     EXPECT_EQ(changed("INSERT OR REPLACE INTO settings VALUES ('sendsToAnki', '1'), ('ankiConnectPort', "
                       "'99999999'), ('nativeLanguage', 'x'), ('volumePercent', 'loud')"),
@@ -134,10 +134,26 @@ TEST_F(LearnerFileTest, WhatIsOddWithinAGoodFileDoesNoHarm) {
     EXPECT_EQ(settings["volumePercent"_L1], 100);
     EXPECT_EQ(settings["nativeLanguage"_L1].toString().size(), 3);
 
-    SQLite::Database(dataFolder.filePath(u"murvo.sqlite"_s).toStdString(), SQLite::OPEN_READWRITE, 5000)
-        .exec("UPDATE line_texts_data SET block = randomblob(length(block))");
-    restart();
-    EXPECT_EQ(found().size(), 1) << "also when the disk has spoilt it";
+    const auto spoilOnDisk = [this](const char *index) {
+        SQLite::Database(dataFolder.filePath(u"murvo.sqlite"_s).toStdString(), SQLite::OPEN_READWRITE, 5000)
+            .exec(std::string("UPDATE line_texts_data SET block = ") + index + " WHERE id = 10");
+        restart();
+    };
+    int count = 1;
+    for (const char *spoilt : {"x'ffffffffffffffffffffffff'",      // more levels than an index has
+                               "x'000000000101000087ffffff7f'"}) { // two thousand million segments
+        spoilOnDisk(spoilt);
+        EXPECT_EQ(found().size(), count) << "also when the disk has spoilt it: " << spoilt;
+        spoilOnDisk(spoilt);
+        ++count;
+        writeFile(u"Film %1.en.srt"_s.arg(count), srt("Hello again"));
+        const Reply film =
+            lookUp(writeFile(u"Film %1.mkv"_s.arg(count), QByteArray::number(count)), quint64(count));
+        fetchAndUpload(film);
+        EXPECT_EQ(get(u"Api/MovieFile/Words?videoId=%1"_s.arg(film.json()["videoId"_L1].toInt())).status,
+                  200);
+        EXPECT_EQ(found().size(), count) << "and the next film is taken into it";
+    }
 }
 
 TEST_F(LearnerFileTest, AFullDiskLeavesTheStoreAndItsBackupsAsTheyWere) {
