@@ -42,8 +42,9 @@ const QByteArray script = R"js(
   };
   for (const type of ['click', 'dblclick', 'keydown'])
     document.addEventListener(type, event => tell('dom:' + type, event.key || event.clientY));
+  tell('opened'); // before what the page's own scripts ask and hear
   const orders = new EventSource(channel + 'orders');
-  orders.onopen = () => tell('opened');
+  orders.onopen = () => tell('listens');
   orders.onmessage = event => {
     const order = JSON.parse(event.data);
     let value;
@@ -83,8 +84,14 @@ void RemotePage::receive(const QByteArray &report) {
             _results.insert(values[0].toInt(), values[1]);
             continue;
         }
-        if (name == QLatin1String("opened"))
+        if (name == QLatin1String("listens")) {
+            _isListening = true;
+            continue;
+        }
+        if (name == QLatin1String("opened")) {
             _events.clear();
+            _isListening = false;
+        }
         _events.append({.name = name, .values = values, .atMs = each[QLatin1String("at")].toDouble()});
     }
 }

@@ -28,7 +28,7 @@ class RemotePage {
     [[nodiscard]] QByteArray document(const QByteArray &body) const;
 
     /// A page with the script is open somewhere, and listens.
-    [[nodiscard]] bool isOpen() const { return _channel.openStreams(ordersPath) > 0; }
+    [[nodiscard]] bool isOpen() const { return _isListening && _channel.openStreams(ordersPath) > 0; }
     /// The value of the script in the page, once it has come.
     QJsonValue evaluate(const QString &script);
     /// Navigates a hidden frame to each address, in order, as pages send their requests.
@@ -54,6 +54,7 @@ class RemotePage {
     QList<PageEvent> _events;
     QHash<int, QJsonValue> _results;
     int _lastOrder = 0;
+    bool _isListening = false;
 };
 
 } // namespace murvo::test
