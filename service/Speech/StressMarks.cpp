@@ -25,7 +25,7 @@ QRegularExpression stressAfterOnset() {
 } // namespace
 
 QString stressBeforeSyllables(const QString &sounds) {
-    // Of what ends at a mark the search finds the longest first: it goes from the left.
+    // The search goes from the left: of all onsets that end at a mark it meets the longest first.
     static const QRegularExpression pattern = stressAfterOnset();
     return QString(sounds).replace(pattern, QStringLiteral("\\2\\1"));
 }

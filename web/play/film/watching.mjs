@@ -41,7 +41,8 @@ export class Watching {
 
   /**
    * now(): a monotonic clock in ms. offer: { show(positionMs, durationMs), hide(), asked(): the place where the learner
-   * has asked to be already, or null }; settled() must be called when an offer is over. tools: their ownSpeed is the learner's, which may not be the film's now.
+   * has asked to be already, or null }; settled() must be called when an offer is over. tools: their ownSpeed is the
+   * learner's, which may not be the film's now.
    */
   constructor(api, videoId, film, now, offer, tools) {
     this.#api = api;

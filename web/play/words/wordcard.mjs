@@ -11,7 +11,7 @@ import { PickedWord } from './pickedword.mjs';
 import { StatusChoice, statusOfAction } from './statuschoice.mjs';
 
 const widthPx = 404;
-const fullHeightPx = 421;
+const lowHeight = '(max-height: 420px)'; // as in card.css
 
 /** The card of a picked word: what it means, how it sounds, where else it stands, and what the learner makes of it. */
 export class WordCard {
@@ -171,7 +171,7 @@ export class WordCard {
       reserved: this.#document.getElementById('bar').getBoundingClientRect().height,
     });
     const { style } = this.#element;
-    this.#putTeach(view.innerHeight < fullHeightPx);
+    this.#putTeach(view.matchMedia(lowHeight).matches);
     style.width = `${width}px`;
     style.left = `${place.left}px`;
     style.top = place.top === undefined ? 'auto' : `${place.top}px`;
